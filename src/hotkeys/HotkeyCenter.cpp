@@ -1,0 +1,82 @@
+#include "hotkeys/HotkeyCenter.h"
+
+#include "platform/Platform.h"
+
+#include <limits>
+
+using namespace KeyboardShortcuts;
+
+namespace
+{
+quint32 unsignedOrDie(qint64 value, const Name &name)
+{
+    if (value < 0 || value > std::numeric_limits<quint32>::max())
+        qFatal("corvane: the stored value %s holds %lld, which is no key code or modifier mask",
+               qPrintable(defaultsKey(name)), static_cast<long long>(value));
+    return static_cast<quint32>(value);
+}
+} // namespace
+
+HotkeyCenter::HotkeyCenter(HotkeyService &service, const UserDefaults &defaults)
+    : m_service(service)
+    , m_defaults(defaults)
+{
+}
+
+HotkeyCenter &HotkeyCenter::shared()
+{
+    static auto *const center
+        = new HotkeyCenter(Platform::system().hotkeys, Platform::system().userDefaults);
+    return *center;
+}
+
+void HotkeyCenter::sync(const Name &name)
+{
+    m_refs.erase(name.rawValue);
+    if (disabled.contains(name.rawValue) || !handlers.contains(name.rawValue))
+        return;
+    const auto shortcut = getShortcut(name, m_defaults);
+    if (!shortcut)
+        return;
+    installHandlerIfNeeded();
+    const HotkeyId id = hotkeyId(name.rawValue);
+    auto registration
+        = m_service.registerHotkey(unsignedOrDie(shortcut->carbonKeyCode, name),
+                                   unsignedOrDie(shortcut->carbonModifiers, name), id);
+    if (registration)
+        m_refs.emplace(name.rawValue, std::move(*registration));
+}
+
+void HotkeyCenter::installHandlerIfNeeded()
+{
+    if (m_installed)
+        return;
+    m_installed = true;
+    // Looked up and run only after the service has done with its event.
+    m_service.installHandler([this](HotkeyId pressed) {
+        QMetaObject::invokeMethod(
+            &m_queue, [this, id = pressed.id] { dispatch(id); }, Qt::QueuedConnection);
+    });
+}
+
+HotkeyId HotkeyCenter::hotkeyId(const QString &name)
+{
+    if (const auto known = m_nameToId.constFind(name); known != m_nameToId.cend())
+        return {HotKeySignature, *known};
+    if (m_nextId == std::numeric_limits<quint32>::max())
+        qFatal("corvane: there are no more ids for hot keys");
+    const quint32 id = m_nextId++;
+    m_nameToId.insert(name, id);
+    m_idToName.insert(id, name);
+    return {HotKeySignature, id};
+}
+
+void HotkeyCenter::dispatch(quint32 id) const
+{
+    const auto name = m_idToName.constFind(id);
+    if (name == m_idToName.cend() || disabled.contains(*name))
+        return;
+    // A copy: the action may replace or remove its own handler.
+    if (const auto action = handlers.value(*name))
+        action();
+}

@@ -1,0 +1,63 @@
+// Key combinations: their value, their text, and where they are stored for a name.
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+
+class HotkeyCenter;
+class UserDefaults;
+
+namespace KeyboardShortcuts
+{
+
+/// The bits of a modifier mask. No others are ever set.
+enum Modifier : quint32 {
+    commandKey = 0x100,
+    shiftKey = 0x200,
+    optionKey = 0x800,
+    controlKey = 0x1000,
+};
+
+struct Shortcut {
+    /// The virtual key code of a physical key: 0 is the key labelled A on a US layout.
+    qint64 carbonKeyCode = 0;
+    /// An OR of Modifier bits.
+    qint64 carbonModifiers = 0;
+
+    bool operator==(const Shortcut &) const = default;
+
+    /// What the user reads, such as ⇧⌘A: modifiers in a fixed order, then the key's name.
+    QString description() const;
+};
+
+size_t qHash(const Shortcut &shortcut, size_t seed = 0);
+
+/// What a combination is stored and registered under.
+struct Name {
+    QString rawValue;
+
+    bool operator==(const Name &) const = default;
+};
+
+size_t qHash(const Name &name, size_t seed = 0);
+
+/// The names of keys by virtual key code, as a US layout labels them.
+const QHash<qint64, QString> &keyNames();
+
+/// The user-defaults key that holds the combination of the name.
+QString defaultsKey(const Name &name);
+
+/// The stored combination; nothing if there is none or if it cannot be read.
+std::optional<Shortcut> getShortcut(const Name &name, const UserDefaults &defaults);
+
+/// Stores a combination, or removes it, and makes the change live.
+void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name, UserDefaults &defaults,
+                 HotkeyCenter &center);
+
+/// The same on the system's own user defaults and HotkeyCenter::shared().
+std::optional<Shortcut> getShortcut(const Name &name);
+void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name);
+
+} // namespace KeyboardShortcuts

@@ -1,0 +1,41 @@
+#include "model/ActionKind.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+QString rawValue(ActionKind kind)
+{
+    switch (kind) {
+    case ActionKind::app:
+        return u"app"_s;
+    case ActionKind::path:
+        return u"path"_s;
+    case ActionKind::website:
+        return u"website"_s;
+    case ActionKind::shortcut:
+        return u"shortcut"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+std::optional<ActionKind> actionKind(const QString &raw)
+{
+    const auto found = std::ranges::find(allActionKinds, raw, rawValue);
+    return found == allActionKinds.end() ? std::nullopt : std::optional(*found);
+}
+
+QString title(ActionKind kind)
+{
+    switch (kind) {
+    case ActionKind::app:
+        return u"Open an app"_s;
+    case ActionKind::path:
+        return u"Open a folder or file"_s;
+    case ActionKind::website:
+        return u"Open a website"_s;
+    case ActionKind::shortcut:
+        return u"Run a Shortcut"_s;
+    }
+    Q_UNREACHABLE();
+}

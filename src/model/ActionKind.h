@@ -1,0 +1,30 @@
+// What an entry does when its keys are pressed.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <optional>
+
+enum class ActionKind {
+    app,
+    path,
+    website,
+    shortcut,
+};
+
+/// In the order in which the kinds are offered to the user.
+inline constexpr std::array allActionKinds{
+    ActionKind::app,
+    ActionKind::path,
+    ActionKind::website,
+    ActionKind::shortcut,
+};
+
+/// The text that stands for the kind in files, and that identifies it.
+QString rawValue(ActionKind kind);
+
+/// The kind with exactly that raw value (case matters), or nothing.
+std::optional<ActionKind> actionKind(const QString &rawValue);
+
+/// The label that the user sees, such as "Open an app".
+QString title(ActionKind kind);

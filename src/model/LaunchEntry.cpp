@@ -1,0 +1,99 @@
+#include "model/LaunchEntry.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The canonical text form: upper case, hyphens, no braces.
+QString canonicalText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
+/// Checked by ourselves: QUuid reads past trailing junk and cannot tell the zero id from an error.
+std::optional<QUuid> uuidFromText(const QString &text)
+{
+    static const QRegularExpression form(
+        uR"(\A[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}\z)"_s);
+    if (!form.match(text).hasMatch())
+        return std::nullopt;
+    return QUuid::fromString(text);
+}
+
+QString abbreviatingHome(const QString &path)
+{
+    const QString home = QDir::homePath();
+    if (home == u"/" || (path != home && !path.startsWith(home + u'/')))
+        return path;
+    return u'~' + path.sliced(home.size());
+}
+} // namespace
+
+KeyboardShortcuts::Name LaunchEntry::shortcutName() const
+{
+    return {u"corvane-"_s + canonicalText(id)};
+}
+
+QString LaunchEntry::targetDescription() const
+{
+    if (target.isEmpty())
+        return u"No target"_s;
+    if (kind == ActionKind::app || kind == ActionKind::path)
+        return abbreviatingHome(target);
+    return target;
+}
+
+Json LaunchEntry::toJson() const
+{
+    return {
+        {"id", JsonCoding::fromText(canonicalText(id))},
+        {"name", JsonCoding::fromText(name)},
+        {"kind", JsonCoding::fromText(rawValue(kind))},
+        {"target", JsonCoding::fromText(target)},
+        {"isEnabled", isEnabled},
+    };
+}
+
+Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
+{
+    const auto idText = JsonCoding::textMember(json, "id");
+    if (!idText)
+        return idText.error();
+    const auto id = uuidFromText(*idText);
+    if (!id)
+        return Error{u"“%1” is not an entry's id."_s.arg(*idText)};
+    const auto name = JsonCoding::textMember(json, "name");
+    if (!name)
+        return name.error();
+    const auto kindText = JsonCoding::textMember(json, "kind");
+    if (!kindText)
+        return kindText.error();
+    const auto kind = actionKind(*kindText);
+    if (!kind)
+        return Error{u"“%1” is not a kind of entry."_s.arg(*kindText)};
+    const auto target = JsonCoding::textMember(json, "target");
+    if (!target)
+        return target.error();
+    const auto isEnabled = JsonCoding::booleanMember(json, "isEnabled");
+    if (!isEnabled)
+        return isEnabled.error();
+    return LaunchEntry{*id, *name, *kind, *target, *isEnabled};
+}
+
+Result<QList<LaunchEntry>> LaunchEntry::listFromJson(const Json &json)
+{
+    if (!json.is_array())
+        return Error{u"The list is not an array of entries."_s};
+    QList<LaunchEntry> entries;
+    for (const Json &record : json) {
+        auto entry = fromJson(record);
+        if (!entry)
+            return entry.error();
+        entries.append(std::move(entry).value());
+    }
+    return entries;
+}

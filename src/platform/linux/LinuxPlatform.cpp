@@ -1,0 +1,75 @@
+#include "platform/linux/LinuxPlatform.h"
+
+#include "platform/linux/Session.h"
+
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+const Platform &Platform::system()
+{
+    return LinuxPlatform::shared().value()->services();
+}
+
+const Result<LinuxPlatform *> &LinuxPlatform::shared()
+{
+    static const Result<LinuxPlatform *> platform = make();
+    return platform;
+}
+
+Result<LinuxPlatform *> LinuxPlatform::make()
+{
+    const auto environment = QProcessEnvironment::systemEnvironment();
+    switch (sessionType(environment)) {
+    case SessionType::x11: {
+        auto x11 = std::make_unique<X11Connection>();
+        if (!x11->isOpen())
+            return Error{u"cannot connect to the X display %1"_s.arg(
+                environment.value(u"DISPLAY"_s))};
+        return new LinuxPlatform(std::move(x11));
+    }
+    case SessionType::wayland: {
+        const QString socket = waylandSocketPath(environment);
+        if (!acceptsConnections(socket))
+            return Error{u"cannot connect to the Wayland compositor at %1"_s.arg(socket)};
+        return new LinuxPlatform(nullptr);
+    }
+    case SessionType::none:
+        break;
+    }
+    return Error{u"there is no display; start it in a desktop session"_s};
+}
+
+LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
+    : m_x11(std::move(x11))
+    , m_x11Hotkeys(m_x11 ? std::make_unique<X11HotkeyService>(*m_x11) : nullptr)
+    , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                     + u"/Corvane/Corvane.conf"_s)
+    , m_services{
+          .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
+          .userDefaults = m_userDefaults,
+          .workspace = m_workspace,
+          .applicationSupport
+          = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+      }
+{
+}
+
+std::optional<QString> LinuxPlatform::hotkeysNotice() const
+{
+    if (m_x11Hotkeys)
+        return std::nullopt;
+    return u"key combinations do not work in Wayland sessions yet"_s;
+}
+
+void LinuxPlatform::flushHotkeys()
+{
+    if (m_x11Hotkeys)
+        m_x11Hotkeys->flush();
+}
+
+void LinuxPlatform::attachToEventLoop()
+{
+    if (m_x11Hotkeys)
+        m_x11Hotkeys->attachToEventLoop();
+}

@@ -1,0 +1,43 @@
+// The services of the desktop session that the program was started in.
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/linux/AbsentHotkeyService.h"
+#include "platform/linux/IniUserDefaults.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11HotkeyService.h"
+
+#include <memory>
+#include <optional>
+
+class LinuxPlatform
+{
+public:
+    /// The session's services; the error says why the program cannot run here (without a display
+    /// QApplication would abort). Needs no QApplication yet. The first call decides.
+    static const Result<LinuxPlatform *> &shared();
+
+    const Platform &services() const { return m_services; }
+
+    /// What is out of the ordinary with the hot keys of this session, for standard error.
+    std::optional<QString> hotkeysNotice() const;
+
+    /// Makes live what was registered so far.
+    void flushHotkeys();
+
+    /// To be called once, when QApplication exists.
+    void attachToEventLoop();
+
+private:
+    /// Without a connection there are no hot keys.
+    explicit LinuxPlatform(std::unique_ptr<X11Connection> x11);
+    static Result<LinuxPlatform *> make();
+
+    std::unique_ptr<X11Connection> m_x11;
+    std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
+    AbsentHotkeyService m_absentHotkeys;
+    IniUserDefaults m_userDefaults;
+    LinuxWorkspace m_workspace;
+    Platform m_services;
+};

@@ -1,0 +1,50 @@
+#include "platform/linux/x11/KeyGrabs.h"
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace
+{
+/// The press reaches us and nobody else.
+constexpr uint8_t reportToUsOnly = 0;
+} // namespace
+
+KeyGrabs::KeyGrabs(const X11Connection &connection)
+    : m_connection(connection)
+{
+}
+
+KeyGrabs::Difference KeyGrabs::differenceTo(const std::set<KeyGrab> &wanted) const
+{
+    Difference difference;
+    std::ranges::set_difference(m_held, wanted, std::back_inserter(difference.surplus));
+    std::ranges::set_difference(wanted, m_held, std::back_inserter(difference.lacking));
+    return difference;
+}
+
+std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
+{
+    auto *const connection = m_connection.get();
+    const auto root = m_connection.root();
+    for (const KeyGrab &grab : difference.surplus) {
+        xcb_ungrab_key(connection, grab.key, root, grab.modifiers);
+        m_held.erase(grab);
+    }
+
+    std::vector<xcb_void_cookie_t> requests;
+    for (const KeyGrab &grab : difference.lacking)
+        // Asynchronous: a synchronous grab would freeze the keyboard if we hung.
+        requests.push_back(xcb_grab_key_checked(connection, reportToUsOnly, root, grab.modifiers,
+                                                grab.key, XCB_GRAB_MODE_ASYNC,
+                                                XCB_GRAB_MODE_ASYNC));
+
+    std::set<KeyGrab> refused;
+    for (size_t i = 0; i < requests.size(); ++i) {
+        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection, requests[i]));
+        (error ? refused : m_held).insert(difference.lacking[i]);
+    }
+    xcb_flush(connection);
+    return refused;
+}

@@ -1,0 +1,33 @@
+// A connection to the X server that is ours alone, apart from the one of the GUI library.
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+/// What xcb gives is freed with free().
+struct XcbFree {
+    void operator()(void *memory) const { std::free(memory); }
+};
+template <typename Reply>
+using XcbPointer = std::unique_ptr<Reply, XcbFree>;
+
+class X11Connection
+{
+public:
+    /// Connects to the display that DISPLAY names; isOpen() tells whether that worked.
+    X11Connection();
+    ~X11Connection();
+    X11Connection(const X11Connection &) = delete;
+    X11Connection &operator=(const X11Connection &) = delete;
+
+    /// False also after the server has gone.
+    bool isOpen() const { return xcb_connection_has_error(m_connection) == 0; }
+    xcb_connection_t *get() const { return m_connection; }
+    /// Only while it is open.
+    xcb_window_t root() const { return m_root; }
+
+private:
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root = XCB_NONE;
+};

@@ -1,0 +1,274 @@
+#include "platform/linux/x11/X11HotkeyService.h"
+
+#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/linux/KeyCodes.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/Xkb.h"
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+using namespace KeyboardShortcuts;
+
+namespace
+{
+/// How often a held key is looked at, until it is up.
+constexpr auto heldKeysInterval = 15ms;
+/// One change of the keyboard comes as several events.
+constexpr auto keyboardSettlingTime = 50ms;
+
+constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
+
+template <typename Event>
+const Event &as(const xcb_generic_event_t &event)
+{
+    return reinterpret_cast<const Event &>(event);
+}
+} // namespace
+
+X11HotkeyService::X11HotkeyService(const X11Connection &connection)
+    : m_connection(connection)
+    , m_grabs(connection)
+{
+    m_heldKeysTimer.setInterval(heldKeysInterval);
+    m_heldKeysTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_heldKeysTimer, &QTimer::timeout, this, &X11HotkeyService::checkHeldKeys);
+    m_keyboardTimer.setInterval(keyboardSettlingTime);
+    m_keyboardTimer.setSingleShot(true);
+    connect(&m_keyboardTimer, &QTimer::timeout, this, &X11HotkeyService::readKeyboard);
+
+    selectKeyboardEvents();
+    m_keyboard = X11Keyboard::read(m_connection);
+    m_presses.setRepeatDelay(m_keyboard.repeatDelay());
+}
+
+void X11HotkeyService::selectKeyboardEvents()
+{
+    auto *const connection = m_connection.get();
+    m_xkbEvent = xcb_get_extension_data(connection, &xcb_xkb_id)->first_event;
+    xcb_discard_reply(connection,
+                      xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION,
+                                            XCB_XKB_MINOR_VERSION)
+                          .sequence);
+
+    constexpr uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY
+        | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY;
+    constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, mapParts,
+                          mapParts, nullptr);
+
+    // Without it, each repeat of a key under our grab comes with a release that never happened.
+    constexpr uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    xcb_discard_reply(connection,
+                      xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, flag, flag, 0,
+                                               0, 0)
+                          .sequence);
+}
+
+void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
+{
+    m_handler = std::move(handler);
+}
+
+std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
+                                                             HotkeyId id)
+{
+    const Combination combination{keyCode, modifiers & allModifiers};
+    if (KeyCodes::physicalKeys(keyCode).isEmpty() || m_registered.contains(combination))
+        return std::nullopt;
+    const quint64 token = ++m_lastToken;
+    m_registered.insert({combination, {token, id, m_keyboard.keys(keyCode)}});
+    scheduleFlush();
+    return Registration([this, combination, token] { unregister(combination, token); });
+}
+
+void X11HotkeyService::unregister(const Combination &combination, quint64 token)
+{
+    // What was refused has been let go of already, and the keys may be registered anew.
+    const auto found = m_registered.find(combination);
+    if (found == m_registered.end() || found->second.token != token)
+        return;
+    m_registered.erase(found);
+    scheduleFlush();
+}
+
+void X11HotkeyService::scheduleFlush()
+{
+    if (std::exchange(m_flushIsDue, true))
+        return;
+    const auto flushIfDue = [this] {
+        if (m_flushIsDue)
+            flush();
+    };
+    QMetaObject::invokeMethod(this, flushIfDue, Qt::QueuedConnection);
+}
+
+void X11HotkeyService::flush()
+{
+    m_flushIsDue = false;
+    const auto difference = m_grabs.differenceTo(wantedGrabs());
+    if (!difference.lacking.empty()) {
+        // The keys are looked at before and after: what was down before is no press of ours, and
+        // what went down in between without a press reaching us is none either.
+        const auto before = requestKeyMap();
+        const auto refused = m_grabs.apply(difference);
+        const auto after = requestKeyMap();
+        takeKeyMap(before, difference.lacking);
+        takeKeyMap(after, difference.lacking);
+        letGoOf(refused);
+    } else if (!difference.surplus.empty()) {
+        m_grabs.apply(difference);
+    }
+    updateTargets();
+    drain();
+}
+
+QList<KeyGrab> X11HotkeyService::grabsOf(const Combination &combination, xcb_keycode_t key) const
+{
+    QList<KeyGrab> grabs;
+    if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
+        for (const quint16 state : m_keyboard.lockVariants(*modifiers))
+            grabs.append({key, state});
+    }
+    return grabs;
+}
+
+std::set<KeyGrab> X11HotkeyService::wantedGrabs() const
+{
+    std::set<KeyGrab> wanted;
+    for (const auto &[combination, registered] : m_registered) {
+        for (const xcb_keycode_t key : registered.keys) {
+            for (const KeyGrab &grab : grabsOf(combination, key))
+                wanted.insert(grab);
+        }
+    }
+    return wanted;
+}
+
+void X11HotkeyService::letGoOf(const std::set<KeyGrab> &refused)
+{
+    if (refused.empty())
+        return;
+    for (auto item = m_registered.begin(); item != m_registered.end();) {
+        auto &[combination, registered] = *item;
+        const auto removed = registered.keys.removeIf([&](xcb_keycode_t key) {
+            return std::ranges::any_of(grabsOf(combination, key), [&](const KeyGrab &grab) {
+                return refused.contains(grab);
+            });
+        });
+        item = removed > 0 && registered.keys.isEmpty() ? m_registered.erase(item)
+                                                        : std::next(item);
+    }
+    // The lock variants that were granted beside a refused one.
+    m_grabs.apply(m_grabs.differenceTo(wantedGrabs()));
+}
+
+void X11HotkeyService::updateTargets()
+{
+    m_targets.clear();
+    for (const auto &[combination, registered] : m_registered) {
+        if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
+            for (const xcb_keycode_t key : registered.keys)
+                m_targets.insert({{key, *modifiers}, registered.id});
+        }
+    }
+}
+
+void X11HotkeyService::readKeyboard()
+{
+    m_keyboard = X11Keyboard::read(m_connection);
+    m_presses.setRepeatDelay(m_keyboard.repeatDelay());
+    for (auto &[combination, registered] : m_registered)
+        registered.keys = m_keyboard.keys(combination.keyCode);
+    flush();
+}
+
+void X11HotkeyService::attachToEventLoop()
+{
+    m_notifier.emplace(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read);
+    connect(&*m_notifier, &QSocketNotifier::activated, this, &X11HotkeyService::drain);
+    drain();
+}
+
+xcb_query_keymap_cookie_t X11HotkeyService::requestKeyMap() const
+{
+    return xcb_query_keymap(m_connection.get());
+}
+
+void X11HotkeyService::takeKeyMap(xcb_query_keymap_cookie_t request, std::vector<KeyGrab> newGrabs)
+{
+    const XcbPointer<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(m_connection.get(), request, nullptr));
+    if (!reply)
+        return;
+    KeyMapSnapshot snapshot{request.sequence, {}, std::move(newGrabs)};
+    std::ranges::copy(reply->keys, snapshot.map.begin());
+    m_snapshots.push_back(std::move(snapshot));
+}
+
+void X11HotkeyService::apply(const KeyMapSnapshot &snapshot)
+{
+    m_presses.releaseAllUp(snapshot.map);
+    for (const KeyGrab &grab : snapshot.grabs)
+        m_presses.markIfDown(grab.key, snapshot.map);
+}
+
+/// A round trip may have pulled events into xcb's queue, for which the notifier does not wake:
+/// so it is emptied after each. Events and snapshots of the keys are taken in the server's order.
+void X11HotkeyService::drain()
+{
+    if (!m_notifier)
+        return;
+    auto snapshot = m_snapshots.cbegin();
+    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        while (snapshot != m_snapshots.cend()
+               && static_cast<int>(event->full_sequence - snapshot->sequence) >= 0)
+            apply(*snapshot++);
+        handle(*event);
+    }
+    while (snapshot != m_snapshots.cend())
+        apply(*snapshot++);
+    m_snapshots.clear();
+
+    // A closed connection is always readable.
+    m_notifier->setEnabled(m_connection.isOpen());
+    if (!m_presses.hasHeldKeys())
+        m_heldKeysTimer.stop();
+    else if (!m_heldKeysTimer.isActive())
+        m_heldKeysTimer.start();
+}
+
+void X11HotkeyService::handle(const xcb_generic_event_t &event)
+{
+    const uint8_t type = event.response_type & ~0x80;
+    if (type == XCB_KEY_PRESS) {
+        handlePress(as<xcb_key_press_event_t>(event));
+    } else if (type == XCB_KEY_RELEASE) {
+        m_presses.released(as<xcb_key_release_event_t>(event).detail);
+    } else if (type == m_xkbEvent || type == XCB_MAPPING_NOTIFY) {
+        // New keys, new modifiers or a new repeat delay; most often they turn out to be the old.
+        m_keyboardTimer.start();
+    }
+}
+
+void X11HotkeyService::handlePress(const xcb_key_press_event_t &press)
+{
+    const auto target = m_targets.find({press.detail, m_keyboard.ownModifiers(press.state)});
+    const bool isOurs = target != m_targets.end();
+    const bool isRepeat = isOurs ? !m_presses.isFresh(press.detail, press.time)
+                                 : m_presses.isHeld(press.detail);
+    // This grab stays until the key is let go, so that its further repeats reach nobody.
+    if (isRepeat)
+        return;
+    // At once, and not at the key's release, or what is started could not grab the keyboard.
+    xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+    if (isOurs && m_handler)
+        m_handler(target->second);
+}
+
+void X11HotkeyService::checkHeldKeys()
+{
+    takeKeyMap(requestKeyMap(), {});
+    drain();
+}

@@ -1,0 +1,202 @@
+#include "platform/linux/x11/X11Keyboard.h"
+
+#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/linux/KeyCodes.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/Xkb.h"
+
+#include <algorithm>
+#include <span>
+
+using namespace KeyboardShortcuts;
+
+namespace
+{
+// Keysyms as X11 defines them.
+constexpr xcb_keysym_t scrollLock = 0xff14;
+constexpr xcb_keysym_t numLock = 0xff7f;
+constexpr xcb_keysym_t altLeft = 0xffe9;
+constexpr xcb_keysym_t altRight = 0xffea;
+constexpr xcb_keysym_t superLeft = 0xffeb;
+constexpr xcb_keysym_t superRight = 0xffec;
+
+/// What Linux's event codes are moved by wherever the server uses them.
+constexpr quint32 evdevOffset = 8;
+
+QByteArray keyName(const char (&name)[4])
+{
+    return QByteArray(name, qsizetype(qstrnlen(name, sizeof name)));
+}
+
+/// The keys of each modifier, and what they mean.
+class ModifierMap
+{
+public:
+    ModifierMap(const xcb_get_modifier_mapping_reply_t *map,
+                const xcb_get_keyboard_mapping_reply_t *keys, xcb_keycode_t firstKey)
+        : m_keysPerModifier(map->keycodes_per_modifier)
+        , m_modifierKeys(xcb_get_modifier_mapping_keycodes(map),
+                         size_t(xcb_get_modifier_mapping_keycodes_length(map)))
+        , m_symbolsPerKey(keys->keysyms_per_keycode)
+        , m_symbols(xcb_get_keyboard_mapping_keysyms(keys),
+                    size_t(xcb_get_keyboard_mapping_keysyms_length(keys)))
+        , m_firstKey(firstKey)
+    {
+    }
+
+    /// The first of Mod1 to Mod5 with a key that has the symbol; 0 if there is none.
+    quint16 bitOf(xcb_keysym_t symbol) const
+    {
+        for (size_t modifier = XCB_MAP_INDEX_1; modifier <= XCB_MAP_INDEX_5; ++modifier) {
+            const auto hasSymbol
+                = [this, symbol](xcb_keycode_t key) { return has(key, symbol); };
+            if (std::ranges::any_of(keysOf(modifier), hasSymbol))
+                return quint16(1 << modifier);
+        }
+        return 0;
+    }
+
+    bool hasKeys(size_t modifier) const
+    {
+        return std::ranges::any_of(keysOf(modifier), [](xcb_keycode_t key) { return key != 0; });
+    }
+
+private:
+    std::span<const xcb_keycode_t> keysOf(size_t modifier) const
+    {
+        return m_modifierKeys.subspan(modifier * m_keysPerModifier, m_keysPerModifier);
+    }
+
+    bool has(xcb_keycode_t key, xcb_keysym_t symbol) const
+    {
+        if (key < m_firstKey)
+            return false;
+        const auto symbols
+            = m_symbols.subspan(size_t(key - m_firstKey) * m_symbolsPerKey, m_symbolsPerKey);
+        return std::ranges::find(symbols, symbol) != symbols.end();
+    }
+
+    size_t m_keysPerModifier;
+    std::span<const xcb_keycode_t> m_modifierKeys;
+    size_t m_symbolsPerKey;
+    std::span<const xcb_keysym_t> m_symbols;
+    xcb_keycode_t m_firstKey;
+};
+
+quint16 firstOf(quint16 preferred, quint16 otherwise)
+{
+    return preferred ? preferred : otherwise;
+}
+} // namespace
+
+X11Keyboard X11Keyboard::read(const X11Connection &server)
+{
+    auto *const connection = server.get();
+    X11Keyboard keyboard;
+    keyboard.m_firstKey = xcb_get_setup(connection)->min_keycode;
+    keyboard.m_lastKey = xcb_get_setup(connection)->max_keycode;
+
+    const auto names = xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
+                                         XCB_XKB_NAME_DETAIL_KEY_NAMES
+                                             | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
+    const auto controls = xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD);
+    const auto modifiers = xcb_get_modifier_mapping(connection);
+    const auto symbols = xcb_get_keyboard_mapping(
+        connection, keyboard.m_firstKey, quint8(keyboard.m_lastKey - keyboard.m_firstKey + 1));
+
+    keyboard.readKeyNames(connection, names.sequence);
+    keyboard.readRepeatDelay(connection, controls.sequence);
+    keyboard.readModifiers(connection, modifiers.sequence, symbols.sequence);
+    return keyboard;
+}
+
+void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequence)
+{
+    const XcbPointer<xcb_xkb_get_names_reply_t> reply(
+        xcb_xkb_get_names_reply(connection, {sequence}, nullptr));
+    if (!reply)
+        return;
+    xcb_xkb_get_names_value_list_t lists;
+    xcb_xkb_get_names_value_list_unpack(
+        xcb_xkb_get_names_value_list(reply.get()), reply->nTypes, reply->indicators,
+        reply->virtualMods, reply->groupNames, reply->nKeys, reply->nKeyAliases,
+        reply->nRadioGroups, reply->which, &lists);
+    for (int i = 0; i < reply->nKeys; ++i)
+        m_keysByName.insert(keyName(lists.keyNames[i].name), xcb_keycode_t(reply->firstKey + i));
+    for (int i = 0; i < reply->nKeyAliases; ++i) {
+        const auto real = m_keysByName.constFind(keyName(lists.keyAliases[i].real));
+        if (real != m_keysByName.cend())
+            m_keysByName.insert(keyName(lists.keyAliases[i].alias), *real);
+    }
+}
+
+void X11Keyboard::readRepeatDelay(xcb_connection_t *connection, unsigned int sequence)
+{
+    const XcbPointer<xcb_xkb_get_controls_reply_t> reply(
+        xcb_xkb_get_controls_reply(connection, {sequence}, nullptr));
+    if (reply)
+        m_repeatDelay = std::chrono::milliseconds(reply->repeatDelay);
+}
+
+void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
+                                unsigned int keysSequence)
+{
+    const XcbPointer<xcb_get_modifier_mapping_reply_t> modifiers(
+        xcb_get_modifier_mapping_reply(connection, {mapSequence}, nullptr));
+    const XcbPointer<xcb_get_keyboard_mapping_reply_t> symbols(
+        xcb_get_keyboard_mapping_reply(connection, {keysSequence}, nullptr));
+    if (!modifiers || !symbols)
+        return;
+    const ModifierMap map(modifiers.get(), symbols.get(), m_firstKey);
+    m_command = firstOf(map.bitOf(superLeft), map.bitOf(superRight));
+    m_option = firstOf(map.bitOf(altLeft), map.bitOf(altRight));
+    m_locks = quint16(map.bitOf(numLock) | map.bitOf(scrollLock));
+    if (map.hasKeys(XCB_MAP_INDEX_LOCK))
+        m_locks |= XCB_MOD_MASK_LOCK;
+    m_locks &= quint16(~(m_command | m_option));
+}
+
+QList<xcb_keycode_t> X11Keyboard::keys(quint32 virtualKeyCode) const
+{
+    QList<xcb_keycode_t> found;
+    for (const KeyCodes::PhysicalKey &key : KeyCodes::physicalKeys(virtualKeyCode)) {
+        const quint32 byNumber = key.evdevCode + evdevOffset;
+        if (const auto byName = m_keysByName.constFind(key.xkbName); byName != m_keysByName.cend())
+            found.append(*byName);
+        else if (m_keysByName.isEmpty() && byNumber >= m_firstKey && byNumber <= m_lastKey)
+            found.append(xcb_keycode_t(byNumber));
+    }
+    return found;
+}
+
+std::optional<quint16> X11Keyboard::modifiers(quint32 mask) const
+{
+    if ((mask & commandKey && !m_command) || (mask & optionKey && !m_option))
+        return std::nullopt;
+    quint16 bits = 0;
+    if (mask & commandKey)
+        bits |= m_command;
+    if (mask & optionKey)
+        bits |= m_option;
+    if (mask & shiftKey)
+        bits |= XCB_MOD_MASK_SHIFT;
+    if (mask & controlKey)
+        bits |= XCB_MOD_MASK_CONTROL;
+    return bits;
+}
+
+QList<quint16> X11Keyboard::lockVariants(quint16 modifiers) const
+{
+    QList<quint16> variants;
+    // Counts through the subsets of the lock bits, the full set first and the empty one last.
+    for (quint16 on = m_locks;; on = quint16((on - 1) & m_locks)) {
+        variants.append(modifiers | on);
+        if (on == 0)
+            return variants;
+    }
+}
+
+quint16 X11Keyboard::ownModifiers(quint16 state) const
+{
+    return state & (XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | m_command | m_option);
+}

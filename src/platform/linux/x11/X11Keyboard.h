@@ -1,0 +1,54 @@
+// What the X server says of its keyboard: where the physical keys are, which bit each modifier
+// has, and when a held key begins to repeat.
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QtGlobal>
+#include <array>
+#include <chrono>
+#include <optional>
+#include <xcb/xcb.h>
+
+class X11Connection;
+
+class X11Keyboard
+{
+public:
+    /// A keyboard without keys and modifiers.
+    X11Keyboard() = default;
+
+    /// One round trip.
+    static X11Keyboard read(const X11Connection &connection);
+
+    /// The X key codes of a virtual key code; none if this keyboard has no such key.
+    QList<xcb_keycode_t> keys(quint32 virtualKeyCode) const;
+
+    /// The X modifier bits of a mask of KeyboardShortcuts::Modifier bits, other bits aside;
+    /// nothing if this keyboard lacks one of the modifiers.
+    std::optional<quint16> modifiers(quint32 mask) const;
+
+    /// The modifiers with each mix of the lock modifiers (Caps, Num and Scroll Lock) that this
+    /// keyboard has, the one without any included.
+    QList<quint16> lockVariants(quint16 modifiers) const;
+
+    /// What a press's state says of the four modifiers that combinations are made of.
+    quint16 ownModifiers(quint16 state) const;
+
+    std::chrono::milliseconds repeatDelay() const { return m_repeatDelay; }
+
+private:
+    void readKeyNames(xcb_connection_t *connection, unsigned int sequence);
+    void readRepeatDelay(xcb_connection_t *connection, unsigned int sequence);
+    void readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
+                       unsigned int keysSequence);
+
+    QHash<QByteArray, xcb_keycode_t> m_keysByName;
+    xcb_keycode_t m_firstKey = 0;
+    xcb_keycode_t m_lastKey = 0;
+    quint16 m_command = 0;
+    quint16 m_option = 0;
+    quint16 m_locks = 0;
+    std::chrono::milliseconds m_repeatDelay{660};
+};

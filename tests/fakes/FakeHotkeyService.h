@@ -1,0 +1,50 @@
+// A hot key service that records what it is asked for, and refuses what it is told to refuse.
+#pragma once
+
+#include "platform/HotkeyService.h"
+
+#include <QList>
+#include <QSet>
+
+class FakeHotkeyService : public HotkeyService
+{
+public:
+    struct Live {
+        quint32 keyCode;
+        quint32 modifiers;
+        HotkeyId id;
+
+        bool operator==(const Live &) const = default;
+    };
+
+    void installHandler(std::function<void(HotkeyId)> handler) override
+    {
+        ++installations;
+        m_handler = std::move(handler);
+    }
+
+    std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
+                                               HotkeyId id) override
+    {
+        ++attempts;
+        const auto hasSameKeys = [&](const Live &other) {
+            return other.keyCode == keyCode && other.modifiers == modifiers;
+        };
+        if (refusedKeyCodes.contains(keyCode)
+            || std::any_of(live.cbegin(), live.cend(), hasSameKeys))
+            return std::nullopt;
+        const Live registered{keyCode, modifiers, id};
+        live.append(registered);
+        return Registration([this, registered] { live.removeOne(registered); });
+    }
+
+    void press(HotkeyId id) { m_handler(id); }
+
+    QList<Live> live;
+    QSet<quint32> refusedKeyCodes;
+    int attempts = 0;
+    int installations = 0;
+
+private:
+    std::function<void(HotkeyId)> m_handler;
+};

@@ -1,0 +1,112 @@
+#include "platform/linux/IniUserDefaults.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString key = u"hotkey.corvane-1B4E28BA-2FA1-11D2-883F-0016D3CCA427"_s;
+const QByteArray value = R"({"carbonKeyCode":40,"carbonModifiers":256})";
+const QByteArray line = "hotkey.corvane-1B4E28BA-2FA1-11D2-883F-0016D3CCA427="
+                        "\"@ByteArray({\\\"carbonKeyCode\\\":40,\\\"carbonModifiers\\\":256})\"";
+
+struct File {
+    QTemporaryDir folder;
+    QString path = folder.filePath(u"Corvane/Corvane.conf"_s);
+
+    QByteArray read() const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    void write(const QByteArray &text) const
+    {
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+};
+} // namespace
+
+class IniUserDefaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void writesACombinationInTheAgreedFormAtOnce()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setData(key, value);
+        QCOMPARE(file.read(), "[General]\n" + line + "\n");
+    }
+
+    void readsTheAgreedForm()
+    {
+        const File file;
+        file.write("[General]\n" + line + "\n");
+        QCOMPARE(IniUserDefaults(file.path).data(key), value);
+    }
+
+    void readsWhatItWrote()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        const QByteArray anything = QByteArray("\0\xff\"\\\n=;[x]@ %,", 13);
+        defaults.setData(key, anything);
+        QCOMPARE(defaults.data(key), anything);
+        QCOMPARE(IniUserDefaults(file.path).data(key), anything);
+    }
+
+    void removesAValueAtOnce()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setData(key, value);
+        defaults.remove(key);
+        QCOMPARE(defaults.data(key), std::nullopt);
+        QVERIFY(!file.read().contains("hotkey"));
+    }
+
+    void removesWhatIsNotThere()
+    {
+        const File file;
+        IniUserDefaults(file.path).remove(key);
+        QVERIFY(!file.read().contains("hotkey"));
+    }
+
+    void keepsOtherValues()
+    {
+        const File file;
+        file.write("[General]\npauseAll=true\n[Other]\nx=1\n");
+        IniUserDefaults(file.path).setData(key, value);
+        QVERIFY(file.read().contains("pauseAll=true"));
+        QVERIFY(file.read().contains("[Other]\nx=1"));
+    }
+
+    void countsValuesOfOtherTypesAsAbsent_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("a text") << QByteArray("x=words");
+        QTest::newRow("JSON without its type") << QByteArray(R"(x="{\"carbonKeyCode\":40}")");
+        QTest::newRow("a number") << QByteArray("x=5");
+        QTest::newRow("a Boolean") << QByteArray("x=true");
+        QTest::newRow("a list") << QByteArray("x=a, b");
+        QTest::newRow("nothing") << QByteArray("x=");
+        QTest::newRow("another key") << QByteArray("y=@ByteArray(z)");
+    }
+    void countsValuesOfOtherTypesAsAbsent()
+    {
+        QFETCH(const QByteArray, text);
+        const File file;
+        file.write("[General]\n" + text + "\n");
+        QCOMPARE(IniUserDefaults(file.path).data(u"x"_s), std::nullopt);
+    }
+};
+
+QTEST_APPLESS_MAIN(IniUserDefaultsTest)
+#include "IniUserDefaultsTest.moc"

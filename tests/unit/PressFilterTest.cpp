@@ -1,0 +1,130 @@
+#include "platform/linux/x11/PressFilter.h"
+
+#include <QTest>
+#include <variant>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr PressFilter::Key k = 45;
+constexpr PressFilter::Key j = 44;
+
+// What can happen to a key, in the words of the server.
+struct Press {
+    quint32 time;
+    PressFilter::Key key = k;
+};
+struct Release {
+    PressFilter::Key key = k;
+};
+struct SeenDown {
+    QList<PressFilter::Key> keys;
+};
+struct GrabbedWhileDown {
+    PressFilter::Key key = k;
+};
+using Event = std::variant<Press, Release, SeenDown, GrabbedWhileDown>;
+
+PressFilter::KeyMap keyMap(const QList<PressFilter::Key> &keys)
+{
+    PressFilter::KeyMap map{};
+    for (const auto key : keys)
+        map[key / 8] = quint8(map[key / 8] | (1 << (key % 8)));
+    return map;
+}
+
+/// Plays the events and tells the presses that were fresh.
+struct Player {
+    PressFilter filter;
+    QList<quint32> fresh;
+
+    void operator()(const Press &press)
+    {
+        if (filter.isFresh(press.key, press.time))
+            fresh << press.time;
+    }
+    void operator()(const Release &release) { filter.released(release.key); }
+    void operator()(const SeenDown &seen) { filter.releaseAllUp(keyMap(seen.keys)); }
+    void operator()(const GrabbedWhileDown &grab)
+    {
+        filter.markIfDown(grab.key, keyMap({grab.key}));
+    }
+};
+} // namespace
+
+class PressFilterTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsPressesNotRepeats_data()
+    {
+        QTest::addColumn<QList<Event>>("events");
+        QTest::addColumn<QList<quint32>>("fresh");
+        const auto add
+            = [](const char *row, const QList<Event> &events, const QList<quint32> &fresh) {
+                  QTest::newRow(row) << events << fresh;
+              };
+        add("one press is fresh", {Press{1000}}, {1000});
+        add("the repeats of a held key are not",
+            {Press{1000}, SeenDown{{k}}, Press{1660}, Press{1700}, Press{1740}}, {1000});
+        add("a repeat a little early is not", {Press{1000}, SeenDown{{k}}, Press{1641}}, {1000});
+        add("a press sooner than any repeat is fresh", {Press{1000}, Press{1010}, Press{1020}},
+            {1000, 1010, 1020});
+        add("a press after the key was seen up is fresh",
+            {Press{1000}, SeenDown{{}}, Press{1660}}, {1000, 1660});
+        add("a press after a release is fresh", {Press{1000}, Press{1660}, Release{}, Press{1690}},
+            {1000, 1690});
+        add("a press during the hold of another key is fresh",
+            {Press{1000, k}, SeenDown{{k}}, Press{2000, j}}, {1000, 2000});
+        add("the release of another key changes nothing",
+            {Press{1000, k}, Release{j}, Press{1660, k}}, {1000});
+        add("a key that was down before its grab does not fire",
+            {GrabbedWhileDown{}, Press{1000}, Press{1030}}, {});
+        add("a key that was down before its grab fires when pressed again",
+            {GrabbedWhileDown{}, Press{1000}, SeenDown{{}}, Press{1100}}, {1100});
+        add("a grab that is made while a known press lasts keeps its time",
+            {Press{1000}, GrabbedWhileDown{}, Press{1010}}, {1000, 1010});
+        add("the server's clock may wrap", {Press{4294967290}, Press{5}}, {4294967290, 5});
+        add("the server's clock may wrap during a hold",
+            {Press{4294967290}, SeenDown{{k}}, Press{700}}, {4294967290});
+    }
+    void countsPressesNotRepeats()
+    {
+        QFETCH(const QList<Event>, events);
+        Player player;
+        player.filter.setRepeatDelay(660ms);
+        for (const Event &event : events)
+            std::visit(player, event);
+        QTEST(player.fresh, "fresh");
+    }
+
+    void followsTheRepeatDelay()
+    {
+        PressFilter filter;
+        filter.setRepeatDelay(200ms);
+        QVERIFY(filter.isFresh(k, 1000));
+        QVERIFY(!filter.isFresh(k, 1200));
+    }
+
+    void marksNoKeyThatIsUp()
+    {
+        PressFilter filter;
+        filter.markIfDown(k, keyMap({j}));
+        QVERIFY(!filter.hasHeldKeys());
+    }
+
+    void knowsWhetherKeysAreHeld()
+    {
+        PressFilter filter;
+        QVERIFY(filter.isFresh(k, 1000));
+        QVERIFY(filter.isHeld(k));
+        QVERIFY(!filter.isHeld(j));
+        filter.releaseAllUp(keyMap({j}));
+        QVERIFY(!filter.hasHeldKeys());
+    }
+};
+
+QTEST_APPLESS_MAIN(PressFilterTest)
+#include "PressFilterTest.moc"

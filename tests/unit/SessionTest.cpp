@@ -1,0 +1,77 @@
+#include "platform/linux/Session.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+QProcessEnvironment environment(const QStringList &assignments)
+{
+    QProcessEnvironment made;
+    for (const QString &assignment : assignments)
+        made.insert(assignment.section(u'=', 0, 0), assignment.section(u'=', 1));
+    return made;
+}
+} // namespace
+
+class SessionTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isToldByTheSessionsVariables_data()
+    {
+        QTest::addColumn<QStringList>("variables");
+        QTest::addColumn<SessionType>("type");
+        const auto add = [](const char *row, const QStringList &variables, SessionType type) {
+            QTest::newRow(row) << variables << type;
+        };
+        add("an X11 session", {u"DISPLAY=:0"_s, u"XDG_SESSION_TYPE=x11"_s}, SessionType::x11);
+        add("an X server without a session", {u"DISPLAY=:0"_s}, SessionType::x11);
+        add("a Wayland session with its X server",
+            {u"DISPLAY=:0"_s, u"WAYLAND_DISPLAY=wayland-0"_s, u"XDG_SESSION_TYPE=wayland"_s},
+            SessionType::wayland);
+        add("a Wayland session that only its type tells",
+            {u"DISPLAY=:0"_s, u"XDG_SESSION_TYPE=wayland"_s}, SessionType::wayland);
+        add("a compositor without a session", {u"WAYLAND_DISPLAY=wayland-0"_s},
+            SessionType::wayland);
+        add("a text console", {u"XDG_SESSION_TYPE=tty"_s}, SessionType::none);
+        add("empty variables", {u"DISPLAY="_s, u"WAYLAND_DISPLAY="_s}, SessionType::none);
+    }
+    void isToldByTheSessionsVariables()
+    {
+        QFETCH(const QStringList, variables);
+        QTEST(sessionType(environment(variables)), "type");
+    }
+
+    void findsTheCompositor_data()
+    {
+        QTest::addColumn<QStringList>("variables");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("by name") << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s,
+                                                u"WAYLAND_DISPLAY=wayland-1"_s}
+                                 << u"/run/user/1/wayland-1"_s;
+        QTest::newRow("by path") << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s,
+                                                u"WAYLAND_DISPLAY=/tmp/w"_s}
+                                 << u"/tmp/w"_s;
+        QTest::newRow("by default") << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s}
+                                    << u"/run/user/1/wayland-0"_s;
+    }
+    void findsTheCompositor()
+    {
+        QFETCH(const QStringList, variables);
+        QTEST(waylandSocketPath(environment(variables)), "path");
+    }
+
+    void findsNobodyWhereNobodyListens()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(!acceptsConnections(folder.filePath(u"wayland-0"_s)));
+        QVERIFY(!acceptsConnections(folder.filePath(QString(200, u'x'))));
+    }
+};
+
+QTEST_APPLESS_MAIN(SessionTest)
+#include "SessionTest.moc"
