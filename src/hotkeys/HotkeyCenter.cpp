@@ -25,8 +25,8 @@ HotkeyCenter::HotkeyCenter(HotkeyService &service, const UserDefaults &defaults)
 
 HotkeyCenter &HotkeyCenter::shared()
 {
-    static auto *const center
-        = new HotkeyCenter(Platform::system().hotkeys, Platform::system().userDefaults);
+    static auto *const center =
+        new HotkeyCenter(Platform::system().hotkeys, Platform::system().userDefaults);
     return *center;
 }
 
@@ -40,9 +40,9 @@ void HotkeyCenter::sync(const Name &name)
         return;
     installHandlerIfNeeded();
     const HotkeyId id = hotkeyId(name.rawValue);
-    auto registration
-        = m_service.registerHotkey(unsignedOrDie(shortcut->carbonKeyCode, name),
-                                   unsignedOrDie(shortcut->carbonModifiers, name), id);
+    auto registration =
+        m_service.registerHotkey(unsignedOrDie(shortcut->carbonKeyCode, name),
+                                 unsignedOrDie(shortcut->carbonModifiers, name), id);
     if (registration)
         m_refs.emplace(name.rawValue, std::move(*registration));
 }

@@ -49,6 +49,7 @@ private:
     QHash<QString, quint32> m_nameToId;
     quint32 m_nextId = 1;
     bool m_installed = false;
-    /// Receives the queued dispatches; destroyed first, so that none arrives at a center that has gone.
+    /// Receives the queued dispatches; destroyed first, so that none arrives at a center that has
+    /// gone.
     QObject m_queue;
 };

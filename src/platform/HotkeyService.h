@@ -30,6 +30,5 @@ public:
     /// later lets go of the registration by itself, in silence. Ending a registration and making
     /// it again in one turn of the event loop costs nothing and loses no press.
     virtual std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
-                                                       HotkeyId id)
-        = 0;
+                                                       HotkeyId id) = 0;
 };

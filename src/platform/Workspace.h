@@ -15,6 +15,5 @@ public:
     /// Starts the application at that path: a .desktop file or an executable file. The completion
     /// is called once, on the main thread, with the error if it could not be started.
     virtual void openApplication(const QString &path,
-                                 std::function<void(std::optional<Error>)> completion)
-        = 0;
+                                 std::function<void(std::optional<Error>)> completion) = 0;
 };

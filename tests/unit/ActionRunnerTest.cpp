@@ -45,8 +45,7 @@ private Q_SLOTS:
         Run run;
         run.start(existingApp());
         run.workspace.finish(Error{u"Permission denied"_s});
-        QCOMPARE(run.outcome,
-                 RunOutcome::failed(u"Could not open the app: Permission denied"_s));
+        QCOMPARE(run.outcome, RunOutcome::failed(u"Could not open the app: Permission denied"_s));
     }
 
     void missesAnAppThatIsNotThere_data()

@@ -1,5 +1,5 @@
-#include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "fakes/FakePlatform.h"
 
 #include <QTest>
 #include <csignal>
@@ -297,8 +297,10 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("keyCode");
         QTest::addColumn<QByteArray>("modifiers");
         QTest::addColumn<bool>("isFatal");
-        QTest::newRow("the largest key code") << QByteArray("4294967295") << QByteArray("256") << false;
-        QTest::newRow("a key code of 2^32") << QByteArray("4294967296") << QByteArray("256") << true;
+        QTest::newRow("the largest key code")
+            << QByteArray("4294967295") << QByteArray("256") << false;
+        QTest::newRow("a key code of 2^32")
+            << QByteArray("4294967296") << QByteArray("256") << true;
         QTest::newRow("a negative key code") << QByteArray("-1") << QByteArray("256") << true;
         QTest::newRow("the largest mask") << QByteArray("40") << QByteArray("4294967295") << false;
         QTest::newRow("a mask of 2^32") << QByteArray("40") << QByteArray("4294967296") << true;

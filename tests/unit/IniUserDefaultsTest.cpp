@@ -92,7 +92,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("text");
         QTest::newRow("a text") << QByteArray("x=words");
-        QTest::newRow("JSON without its type") << QByteArray(R"(x="{\"carbonKeyCode\":40}")");
+        QTest::newRow("JSON without its type") << QByteArray("x=\"{\\\"carbonKeyCode\\\":40}\"");
         QTest::newRow("a number") << QByteArray("x=5");
         QTest::newRow("a Boolean") << QByteArray("x=true");
         QTest::newRow("a list") << QByteArray("x=a, b");

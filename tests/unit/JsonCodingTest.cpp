@@ -37,8 +37,7 @@ private Q_SLOTS:
 
     void writesMembersInTheirOrderWithoutBlanks()
     {
-        QCOMPARE(JsonCoding::write(Json{{"z", 1}, {"a", true}}),
-                 QByteArray(R"({"z":1,"a":true})"));
+        QCOMPARE(JsonCoding::write(Json{{"z", 1}, {"a", true}}), QByteArray(R"({"z":1,"a":true})"));
     }
 
     void keepsEveryText_data()
@@ -53,8 +52,8 @@ private Q_SLOTS:
     void keepsEveryText()
     {
         QFETCH(const QString, text);
-        const auto json = JsonCoding::parse(
-            JsonCoding::write(Json{{"text", JsonCoding::fromText(text)}}));
+        const auto json =
+            JsonCoding::parse(JsonCoding::write(Json{{"text", JsonCoding::fromText(text)}}));
         QCOMPARE(JsonCoding::textMember(*json, "text").value(), text);
     }
 
@@ -65,10 +64,10 @@ private Q_SLOTS:
         using Number = std::optional<qint64>;
         QTest::newRow("zero") << QByteArray("0") << Number(0);
         QTest::newRow("negative") << QByteArray("-5") << Number(-5);
-        QTest::newRow("the largest") << QByteArray("9223372036854775807")
-                                     << Number(std::numeric_limits<qint64>::max());
-        QTest::newRow("the smallest") << QByteArray("-9223372036854775808")
-                                      << Number(std::numeric_limits<qint64>::min());
+        QTest::newRow("the largest")
+            << QByteArray("9223372036854775807") << Number(std::numeric_limits<qint64>::max());
+        QTest::newRow("the smallest")
+            << QByteArray("-9223372036854775808") << Number(std::numeric_limits<qint64>::min());
         QTest::newRow("2^63") << QByteArray("9223372036854775808") << Number();
         QTest::newRow("2^64") << QByteArray("18446744073709551616") << Number();
         QTest::newRow("a fraction") << QByteArray("12.5") << Number();

@@ -1,5 +1,5 @@
-#include "hotkeys/KeyboardShortcuts.h"
 #include "platform/linux/KeyCodes.h"
+#include "hotkeys/KeyboardShortcuts.h"
 
 #include <QTest>
 #include <linux/input-event-codes.h>

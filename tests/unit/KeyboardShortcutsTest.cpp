@@ -1,7 +1,7 @@
+#include "hotkeys/KeyboardShortcuts.h"
 #include "fakes/FakePlatform.h"
 #include "foundation/Json.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "hotkeys/KeyboardShortcuts.h"
 
 #include <QTest>
 
@@ -123,7 +123,9 @@ private Q_SLOTS:
     void readsNothingFromBadDataAndLeavesItInPlace_data()
     {
         QTest::addColumn<QByteArray>("data");
-        const auto add = [](const char *row, const QByteArray &data) { QTest::newRow(row) << data; };
+        const auto add = [](const char *row, const QByteArray &data) {
+            QTest::newRow(row) << data;
+        };
         add("empty", "");
         add("no JSON", "command-k");
         add("no modifiers", R"({"carbonKeyCode":40})");
@@ -158,7 +160,7 @@ private Q_SLOTS:
     {
         FakePlatform platform;
         HotkeyCenter center(platform.hotkeys, platform.userDefaults);
-        center.handlers.insert(mailName.rawValue, [] { });
+        center.handlers.insert(mailName.rawValue, [] {});
         platform.userDefaults.setData(mailKey, R"({"carbonKeyCode":40,"carbonModifiers":256})");
         center.sync(mailName);
         platform.userDefaults.remove(mailKey);
@@ -171,15 +173,16 @@ private Q_SLOTS:
     {
         FakePlatform platform;
         HotkeyCenter center(platform.hotkeys, platform.userDefaults);
-        center.handlers.insert(mailName.rawValue, [] { });
+        center.handlers.insert(mailName.rawValue, [] {});
         setShortcut(Shortcut{40, 256}, mailName, platform.userDefaults, center);
-        QCOMPARE(platform.hotkeys.live, (QList<FakeHotkeyService::Live>{{40, 256, {HotKeySignature, 1}}}));
+        QCOMPARE(platform.hotkeys.live,
+                 (QList<FakeHotkeyService::Live>{{40, 256, {HotKeySignature, 1}}}));
     }
 
     void reachesTheSharedCenterThroughItsShortForms()
     {
         FakePlatform &system = FakePlatform::system();
-        HotkeyCenter::shared().handlers.insert(mailName.rawValue, [] { });
+        HotkeyCenter::shared().handlers.insert(mailName.rawValue, [] {});
         setShortcut(Shortcut{40, 256}, mailName);
         QCOMPARE(getShortcut(mailName), (Shortcut{40, 256}));
         QCOMPARE(system.hotkeys.live.size(), 1);

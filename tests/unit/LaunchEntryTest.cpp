@@ -1,5 +1,5 @@
-#include "model/AppError.h"
 #include "model/LaunchEntry.h"
+#include "model/AppError.h"
 
 #include <QDir>
 #include <QTest>
@@ -134,12 +134,12 @@ private Q_SLOTS:
         QTest::newRow("in another order with blanks") << record(
             R"( "isEnabled": true, "target": "/t", "kind": "path", "name": "N",
                 "id": "1B4E28BA-2FA1-11D2-883F-0016D3CCA427" )");
-        QTest::newRow("with unknown members") << record(
-            R"("id":"1B4E28BA-2FA1-11D2-883F-0016D3CCA427","name":"N","kind":"path",)"
-            R"("target":"/t","isEnabled":true,"colour":"red","shortcut":{})");
-        QTest::newRow("with a lower case id") << record(
-            R"("id":"1b4e28ba-2fa1-11d2-883f-0016d3cca427","name":"N","kind":"path",)"
-            R"("target":"/t","isEnabled":true)");
+        QTest::newRow("with unknown members")
+            << record(R"("id":"1B4E28BA-2FA1-11D2-883F-0016D3CCA427","name":"N","kind":"path",)"
+                      R"("target":"/t","isEnabled":true,"colour":"red","shortcut":{})");
+        QTest::newRow("with a lower case id")
+            << record(R"("id":"1b4e28ba-2fa1-11d2-883f-0016d3cca427","name":"N","kind":"path",)"
+                      R"("target":"/t","isEnabled":true)");
     }
     void readsRecordsWrittenByOthers()
     {
@@ -208,7 +208,8 @@ private Q_SLOTS:
     {
         auto second = mail();
         second.id = QUuid::createUuid();
-        const auto list = LaunchEntry::listFromJson(Json::array({second.toJson(), mail().toJson()}));
+        const auto list =
+            LaunchEntry::listFromJson(Json::array({second.toJson(), mail().toJson()}));
         QCOMPARE(list.value(), (QList{second, mail()}));
     }
 
@@ -219,10 +220,7 @@ private Q_SLOTS:
         QVERIFY(!LaunchEntry::listFromJson(Json::array({mail().toJson(), bad})));
     }
 
-    void refusesAListThatIsNoArray()
-    {
-        QVERIFY(!LaunchEntry::listFromJson(mail().toJson()));
-    }
+    void refusesAListThatIsNoArray() { QVERIFY(!LaunchEntry::listFromJson(mail().toJson())); }
 
     void everyErrorIsANewOne()
     {

@@ -62,18 +62,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QList<Event>>("events");
         QTest::addColumn<QList<quint32>>("fresh");
-        const auto add
-            = [](const char *row, const QList<Event> &events, const QList<quint32> &fresh) {
-                  QTest::newRow(row) << events << fresh;
-              };
+        const auto add = [](const char *row, const QList<Event> &events,
+                            const QList<quint32> &fresh) { QTest::newRow(row) << events << fresh; };
         add("one press is fresh", {Press{1000}}, {1000});
         add("the repeats of a held key are not",
             {Press{1000}, SeenDown{{k}}, Press{1660}, Press{1700}, Press{1740}}, {1000});
         add("a repeat a little early is not", {Press{1000}, SeenDown{{k}}, Press{1641}}, {1000});
         add("a press sooner than any repeat is fresh", {Press{1000}, Press{1010}, Press{1020}},
             {1000, 1010, 1020});
-        add("a press after the key was seen up is fresh",
-            {Press{1000}, SeenDown{{}}, Press{1660}}, {1000, 1660});
+        add("a press after the key was seen up is fresh", {Press{1000}, SeenDown{{}}, Press{1660}},
+            {1000, 1660});
         add("a press after a release is fresh", {Press{1000}, Press{1660}, Release{}, Press{1690}},
             {1000, 1690});
         add("a press during the hold of another key is fresh",

@@ -56,8 +56,8 @@ private Q_SLOTS:
         QTest::newRow("by path") << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s,
                                                 u"WAYLAND_DISPLAY=/tmp/w"_s}
                                  << u"/tmp/w"_s;
-        QTest::newRow("by default") << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s}
-                                    << u"/run/user/1/wayland-0"_s;
+        QTest::newRow("by default")
+            << QStringList{u"XDG_RUNTIME_DIR=/run/user/1"_s} << u"/run/user/1/wayland-0"_s;
     }
     void findsTheCompositor()
     {

@@ -1,6 +1,6 @@
+#include "model/ShortcutStore.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
 
 #include <QDir>
 #include <QFile>

@@ -24,8 +24,8 @@ Result<LinuxPlatform *> LinuxPlatform::make()
     case SessionType::x11: {
         auto x11 = std::make_unique<X11Connection>();
         if (!x11->isOpen())
-            return Error{u"cannot connect to the X display %1"_s.arg(
-                environment.value(u"DISPLAY"_s))};
+            return Error{
+                u"cannot connect to the X display %1"_s.arg(environment.value(u"DISPLAY"_s))};
         return new LinuxPlatform(std::move(x11));
     }
     case SessionType::wayland: {
@@ -49,8 +49,8 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
           .userDefaults = m_userDefaults,
           .workspace = m_workspace,
-          .applicationSupport
-          = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+          .applicationSupport =
+              QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
       }
 {
 }

@@ -21,8 +21,7 @@ QString waylandSocketPath(const QProcessEnvironment &environment)
     QString name = environment.value(u"WAYLAND_DISPLAY"_s);
     if (name.isEmpty())
         name = u"wayland-0"_s;
-    return name.startsWith(u'/') ? name
-                                 : environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + name;
+    return name.startsWith(u'/') ? name : environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + name;
 }
 
 bool acceptsConnections(const QString &socketPath)
@@ -34,8 +33,8 @@ bool acceptsConnections(const QString &socketPath)
         return false;
     std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
     const int socketDescriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool accepted
-        = connect(socketDescriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
+    const bool accepted =
+        connect(socketDescriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
     close(socketDescriptor);
     return accepted;
 }

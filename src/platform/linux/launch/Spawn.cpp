@@ -75,10 +75,9 @@ Result<pid_t> spawn(const QStringList &arguments, const QString &workingFolder)
     pointers.push_back(nullptr);
 
     pid_t child = 0;
-    const int status
-        = posix_spawn(&child, QFile::encodeName(program).constData(),
-                      FileActions(QFile::encodeName(workingFolder)).get(), Attributes().get(),
-                      pointers.data(), environ);
+    const int status = posix_spawn(&child, QFile::encodeName(program).constData(),
+                                   FileActions(QFile::encodeName(workingFolder)).get(),
+                                   Attributes().get(), pointers.data(), environ);
     if (status != 0)
         return Error{QString::fromLocal8Bit(std::strerror(status))};
     return child;

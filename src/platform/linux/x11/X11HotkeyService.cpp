@@ -46,10 +46,9 @@ void X11HotkeyService::selectKeyboardEvents()
 {
     auto *const connection = m_connection.get();
     m_xkbEvent = xcb_get_extension_data(connection, &xcb_xkb_id)->first_event;
-    xcb_discard_reply(connection,
-                      xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION,
-                                            XCB_XKB_MINOR_VERSION)
-                          .sequence);
+    xcb_discard_reply(
+        connection,
+        xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION).sequence);
 
     constexpr uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY
         | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY;
@@ -59,10 +58,10 @@ void X11HotkeyService::selectKeyboardEvents()
 
     // Without it, each repeat of a key under our grab comes with a release that never happened.
     constexpr uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-    xcb_discard_reply(connection,
-                      xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, flag, flag, 0,
-                                               0, 0)
-                          .sequence);
+    xcb_discard_reply(
+        connection,
+        xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, flag, flag, 0, 0, 0)
+            .sequence);
 }
 
 void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
@@ -152,12 +151,11 @@ void X11HotkeyService::letGoOf(const std::set<KeyGrab> &refused)
     for (auto item = m_registered.begin(); item != m_registered.end();) {
         auto &[combination, registered] = *item;
         const auto removed = registered.keys.removeIf([&](xcb_keycode_t key) {
-            return std::ranges::any_of(grabsOf(combination, key), [&](const KeyGrab &grab) {
-                return refused.contains(grab);
-            });
+            return std::ranges::any_of(grabsOf(combination, key),
+                                       [&](const KeyGrab &grab) { return refused.contains(grab); });
         });
-        item = removed > 0 && registered.keys.isEmpty() ? m_registered.erase(item)
-                                                        : std::next(item);
+        item =
+            removed > 0 && registered.keys.isEmpty() ? m_registered.erase(item) : std::next(item);
     }
     // The lock variants that were granted beside a refused one.
     m_grabs.apply(m_grabs.differenceTo(wantedGrabs()));
@@ -255,8 +253,8 @@ void X11HotkeyService::handlePress(const xcb_key_press_event_t &press)
 {
     const auto target = m_targets.find({press.detail, m_keyboard.ownModifiers(press.state)});
     const bool isOurs = target != m_targets.end();
-    const bool isRepeat = isOurs ? !m_presses.isFresh(press.detail, press.time)
-                                 : m_presses.isHeld(press.detail);
+    const bool isRepeat =
+        isOurs ? !m_presses.isFresh(press.detail, press.time) : m_presses.isHeld(press.detail);
     // This grab stays until the key is let go, so that its further repeats reach nobody.
     if (isRepeat)
         return;

@@ -48,8 +48,7 @@ public:
     quint16 bitOf(xcb_keysym_t symbol) const
     {
         for (size_t modifier = XCB_MAP_INDEX_1; modifier <= XCB_MAP_INDEX_5; ++modifier) {
-            const auto hasSymbol
-                = [this, symbol](xcb_keycode_t key) { return has(key, symbol); };
+            const auto hasSymbol = [this, symbol](xcb_keycode_t key) { return has(key, symbol); };
             if (std::ranges::any_of(keysOf(modifier), hasSymbol))
                 return quint16(1 << modifier);
         }
@@ -71,8 +70,8 @@ private:
     {
         if (key < m_firstKey)
             return false;
-        const auto symbols
-            = m_symbols.subspan(size_t(key - m_firstKey) * m_symbolsPerKey, m_symbolsPerKey);
+        const auto symbols =
+            m_symbols.subspan(size_t(key - m_firstKey) * m_symbolsPerKey, m_symbolsPerKey);
         return std::ranges::find(symbols, symbol) != symbols.end();
     }
 
@@ -96,9 +95,9 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
     keyboard.m_firstKey = xcb_get_setup(connection)->min_keycode;
     keyboard.m_lastKey = xcb_get_setup(connection)->max_keycode;
 
-    const auto names = xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
-                                         XCB_XKB_NAME_DETAIL_KEY_NAMES
-                                             | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
+    const auto names =
+        xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
+                          XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
     const auto controls = xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD);
     const auto modifiers = xcb_get_modifier_mapping(connection);
     const auto symbols = xcb_get_keyboard_mapping(
@@ -117,10 +116,10 @@ void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequen
     if (!reply)
         return;
     xcb_xkb_get_names_value_list_t lists;
-    xcb_xkb_get_names_value_list_unpack(
-        xcb_xkb_get_names_value_list(reply.get()), reply->nTypes, reply->indicators,
-        reply->virtualMods, reply->groupNames, reply->nKeys, reply->nKeyAliases,
-        reply->nRadioGroups, reply->which, &lists);
+    xcb_xkb_get_names_value_list_unpack(xcb_xkb_get_names_value_list(reply.get()), reply->nTypes,
+                                        reply->indicators, reply->virtualMods, reply->groupNames,
+                                        reply->nKeys, reply->nKeyAliases, reply->nRadioGroups,
+                                        reply->which, &lists);
     for (int i = 0; i < reply->nKeys; ++i)
         m_keysByName.insert(keyName(lists.keyNames[i].name), xcb_keycode_t(reply->firstKey + i));
     for (int i = 0; i < reply->nKeyAliases; ++i) {

@@ -1,0 +1,79 @@
+// How the program starts and ends where something is not as usual.
+
+#include "support/Keyboard.h"
+#include "support/ProgramUnderTest.h"
+#include "support/RecordedApp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class StartTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsWithStatus0WhenAskedTo()
+    {
+        RecordedApp app;
+        ProgramUnderTest program;
+        program.addApp(app.desktopFile(), {40, 0x1800});
+        program.start();
+        const Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
+        QCOMPARE(program.stop(), 0);
+        QCOMPARE(program.errorOutput(), QByteArray());
+    }
+
+    void saysThatThereIsNoDisplay()
+    {
+        ProgramUnderTest program;
+        program.environment.remove(u"DISPLAY"_s);
+        program.start();
+        QCOMPARE(program.exitStatus(), 1);
+        QCOMPARE(program.errorOutput(),
+                 QByteArray("corvane: there is no display; start it in a desktop session\n"));
+    }
+
+    void saysThatTheDisplayCannotBeReached()
+    {
+        ProgramUnderTest program;
+        program.environment.insert(u"DISPLAY"_s, u":9999"_s);
+        program.start();
+        QCOMPARE(program.exitStatus(), 1);
+        QCOMPARE(program.errorOutput(),
+                 QByteArray("corvane: cannot connect to the X display :9999\n"));
+    }
+
+    void saysThatTheCompositorCannotBeReached()
+    {
+        ProgramUnderTest program;
+        program.environment.insert(u"WAYLAND_DISPLAY"_s, u"/nowhere/wayland-0"_s);
+        program.start();
+        QCOMPARE(program.exitStatus(), 1);
+        QCOMPARE(program.errorOutput(),
+                 QByteArray("corvane: cannot connect to the Wayland compositor at "
+                            "/nowhere/wayland-0\n"));
+    }
+
+    void saysThatTheListCannotBeRead()
+    {
+        ProgramUnderTest program;
+        QVERIFY(QDir().mkpath(program.home.filePath(u"data/Corvane"_s)));
+        QFile list(program.home.filePath(u"data/Corvane/entries.json"_s));
+        QVERIFY(list.open(QIODevice::WriteOnly));
+        list.write("{}");
+        list.close();
+        program.start();
+        QTRY_COMPARE(program.errorOutput(),
+                     QByteArray("corvane: Your shortcut list could not be loaded. "
+                                "The list is not an array of entries.\n"));
+        QTRY_VERIFY(program.isUp());
+        QCOMPARE(program.stop(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(StartTest)
+#include "StartTest.moc"

@@ -1,0 +1,105 @@
+#include "support/Keyboard.h"
+
+#include <QTest>
+#include <cstdlib>
+#include <memory>
+#include <xcb/xtest.h>
+
+namespace
+{
+/// X key codes of a server that uses evdev codes.
+xcb_keycode_t keyCode(int key)
+{
+    return xcb_keycode_t(key + 8);
+}
+
+template <typename Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
+{
+    return {reply, &std::free};
+}
+} // namespace
+
+Keyboard::Keyboard()
+    : m_connection(xcb_connect(nullptr, nullptr))
+    , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
+{
+}
+
+Keyboard::~Keyboard()
+{
+    // The server drops the last requests of a client that leaves with events unread.
+    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    xcb_disconnect(m_connection);
+}
+
+void Keyboard::fake(quint8 eventType, int key)
+{
+    xcb_test_fake_input(m_connection, eventType, keyCode(key), XCB_CURRENT_TIME, m_root, 0, 0, 0);
+    xcb_flush(m_connection);
+}
+
+void Keyboard::press(int key)
+{
+    fake(XCB_KEY_PRESS, key);
+}
+
+void Keyboard::release(int key)
+{
+    fake(XCB_KEY_RELEASE, key);
+}
+
+void Keyboard::type(const QList<int> &keys)
+{
+    for (const int key : keys)
+        press(key);
+    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+        release(*key);
+}
+
+void Keyboard::setCapsLock(bool on)
+{
+    setLock(KEY_CAPSLOCK, XCB_MOD_MASK_LOCK, on);
+}
+
+void Keyboard::setNumLock(bool on)
+{
+    setLock(KEY_NUMLOCK, XCB_MOD_MASK_2, on);
+}
+
+void Keyboard::setLock(int key, quint16 modifier, bool on)
+{
+    const auto isOn = [&] {
+        const auto reply = owned(xcb_query_pointer_reply(
+            m_connection, xcb_query_pointer(m_connection, m_root), nullptr));
+        return (reply->mask & modifier) != 0;
+    };
+    if (isOn() != on)
+        type({key});
+    QTRY_COMPARE(isOn(), on);
+}
+
+bool Keyboard::isGrabbed(int key, quint16 modifiers) const
+{
+    // Nobody else gets a turn in between, so that the trial takes the keys from nobody.
+    xcb_grab_server(m_connection);
+    const auto trial = xcb_grab_key_checked(m_connection, 0, m_root, modifiers, keyCode(key),
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    xcb_ungrab_key(m_connection, keyCode(key), m_root, modifiers);
+    xcb_ungrab_server(m_connection);
+    return owned(xcb_request_check(m_connection, trial)) != nullptr;
+}
+
+void Keyboard::grab(int key, quint16 modifiers)
+{
+    const auto request = xcb_grab_key_checked(m_connection, 0, m_root, modifiers, keyCode(key),
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    QVERIFY(!owned(xcb_request_check(m_connection, request)));
+}
+
+bool Keyboard::isDown(int key) const
+{
+    const auto reply =
+        owned(xcb_query_keymap_reply(m_connection, xcb_query_keymap(m_connection), nullptr));
+    return reply->keys[keyCode(key) / 8] & (1 << (keyCode(key) % 8));
+}

@@ -1,0 +1,40 @@
+// A keyboard that presses real keys on the X server.
+#pragma once
+
+#include <QList>
+#include <QtGlobal>
+#include <linux/input-event-codes.h>
+#include <xcb/xcb.h>
+
+class Keyboard
+{
+public:
+    Keyboard();
+    ~Keyboard();
+    Q_DISABLE_COPY_MOVE(Keyboard)
+
+    /// By evdev code, as keys are counted on Linux.
+    void press(int key);
+    void release(int key);
+    /// Presses the keys in their order and lets them go in the opposite one.
+    void type(const QList<int> &keys);
+
+    /// Presses Caps Lock or Num Lock if its light is not as wanted.
+    void setCapsLock(bool on);
+    void setNumLock(bool on);
+
+    /// Whether any program holds a grab of the key with exactly these X modifier bits.
+    bool isGrabbed(int key, quint16 modifiers) const;
+
+    /// Takes the key with exactly these X modifier bits for itself, as another program would.
+    void grab(int key, quint16 modifiers);
+
+    bool isDown(int key) const;
+
+private:
+    void fake(quint8 eventType, int key);
+    void setLock(int key, quint16 modifier, bool on);
+
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root;
+};

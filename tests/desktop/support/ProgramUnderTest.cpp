@@ -1,0 +1,133 @@
+#include "support/ProgramUnderTest.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <QUuid>
+#include <csignal>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+void write(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    file.write(text);
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QList<pid_t> childrenOf(qint64 process)
+{
+    QList<pid_t> children;
+    for (const QByteArray &number :
+         read(u"/proc/%1/task/%1/children"_s.arg(process)).simplified().split(' ')) {
+        if (!number.isEmpty())
+            children << number.toInt();
+    }
+    return children;
+}
+
+/// Programs under test that were started and not stopped.
+QSet<pid_t> running;
+
+/// Awaits the end of the processes that programs under test have left to us.
+void awaitOrphans()
+{
+    for (const pid_t child : childrenOf(getpid())) {
+        if (!running.contains(child))
+            waitpid(child, nullptr, 0);
+    }
+}
+} // namespace
+
+ProgramUnderTest::ProgramUnderTest()
+    : environment(QProcessEnvironment::systemEnvironment())
+{
+    // What the program started becomes ours when it ends, so that its end can be awaited.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    environment.insert(u"HOME"_s, home.path());
+    environment.insert(u"XDG_DATA_HOME"_s, home.filePath(u"data"_s));
+    environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+}
+
+ProgramUnderTest::~ProgramUnderTest()
+{
+    running.remove(pid_t(m_process.processId()));
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void ProgramUnderTest::addApp(const QString &target, StoredKeys keys)
+{
+    const QByteArray id = QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
+    m_records << R"({"id":")" + id + R"(","name":"App","kind":"app","target":")" + target.toUtf8()
+            + R"(","isEnabled":true})";
+    m_keyLines << "hotkey.corvane-" + id + R"(="@ByteArray({\"carbonKeyCode\":)"
+            + QByteArray::number(keys.keyCode) + R"(,\"carbonModifiers\":)"
+            + QByteArray::number(keys.modifiers) + "})\"";
+}
+
+void ProgramUnderTest::writeFiles() const
+{
+    if (m_records.isEmpty())
+        return;
+    write(home.filePath(u"data/Corvane/entries.json"_s), "[" + m_records.join(',') + "]");
+    write(home.filePath(u"config/Corvane/Corvane.conf"_s),
+          "[General]\n" + m_keyLines.join('\n') + "\n");
+}
+
+void ProgramUnderTest::start()
+{
+    writeFiles();
+    m_process.setProcessEnvironment(environment);
+    m_process.start(QCoreApplication::applicationDirPath() + u"/corvane"_s, QStringList());
+    if (!m_process.waitForStarted())
+        qFatal("cannot start the program: %s", qPrintable(m_process.errorString()));
+    running.insert(pid_t(m_process.processId()));
+}
+
+bool ProgramUnderTest::isUp() const
+{
+    const QByteArray status = read(u"/proc/%1/status"_s.arg(m_process.processId()));
+    const QByteArray caught = status.mid(status.indexOf("SigCgt:") + 7).split('\n').constFirst();
+    return caught.trimmed().toULongLong(nullptr, 16) & (1ULL << (SIGTERM - 1));
+}
+
+QList<pid_t> ProgramUnderTest::children() const
+{
+    return childrenOf(m_process.processId());
+}
+
+int ProgramUnderTest::stop()
+{
+    running.remove(pid_t(m_process.processId()));
+    m_process.terminate();
+    const int status = exitStatus();
+    awaitOrphans();
+    return status;
+}
+
+int ProgramUnderTest::exitStatus()
+{
+    const bool ended =
+        m_process.state() == QProcess::NotRunning || m_process.waitForFinished(10000);
+    return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+QByteArray ProgramUnderTest::errorOutput()
+{
+    m_errorOutput += m_process.readAllStandardError();
+    return m_errorOutput;
+}

@@ -1,0 +1,58 @@
+// The built program, with a home folder of its own and a list that a test writes.
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QTemporaryDir>
+#include <sys/types.h>
+
+/// Key combinations in the stored form, for the tests' lists.
+struct StoredKeys {
+    int keyCode;
+    int modifiers;
+};
+
+class ProgramUnderTest
+{
+public:
+    ProgramUnderTest();
+    /// Kills it if it still runs.
+    ~ProgramUnderTest();
+    Q_DISABLE_COPY_MOVE(ProgramUnderTest)
+
+    /// Adds an enabled app entry to the list that the program will find.
+    void addApp(const QString &target, StoredKeys keys);
+
+    /// What it runs in; to be changed before the start.
+    QProcessEnvironment environment;
+    QTemporaryDir home;
+
+    void start();
+
+    /// Whether it has come to its event loop: it handles SIGTERM from then on.
+    bool isUp() const;
+
+    /// What it has started that has not ended, or that it has not taken notice of.
+    QList<pid_t> children() const;
+
+    /// Ends it with SIGTERM, awaits the end of all that it started, and returns its exit status;
+    /// -1 if it crashed or did not end.
+    int stop();
+
+    /// Awaits its end; as for stop().
+    int exitStatus();
+
+    /// All that it has written to standard error so far.
+    QByteArray errorOutput();
+
+private:
+    void writeFiles() const;
+
+    QProcess m_process;
+    QByteArray m_errorOutput;
+    QList<QByteArray> m_records;
+    QList<QByteArray> m_keyLines;
+};

@@ -1,0 +1,25 @@
+// An application whose starts are recorded: a .desktop file that runs record-start.
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QTemporaryDir>
+#include <nlohmann/json.hpp>
+
+class RecordedApp
+{
+public:
+    /// The arguments are written into the Exec line as they stand, the further lines behind it.
+    explicit RecordedApp(const QByteArray &arguments = {}, const QByteArray &furtherLines = {});
+
+    QString desktopFile() const { return m_folder.filePath(QStringLiteral("app.desktop")); }
+
+    /// What record-start wrote, in the order of the starts so far.
+    QList<nlohmann::json> starts() const;
+
+private:
+    QString recordFile() const { return m_folder.filePath(QStringLiteral("starts")); }
+
+    QTemporaryDir m_folder;
+};
