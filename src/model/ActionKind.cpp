@@ -21,8 +21,8 @@ QString rawValue(ActionKind kind)
 
 std::optional<ActionKind> actionKind(const QString &raw)
 {
-    const auto found = std::ranges::find(allActionKinds, raw, rawValue);
-    return found == allActionKinds.end() ? std::nullopt : std::optional(*found);
+    const auto found = std::ranges::find(ActionKinds::allCases, raw, rawValue);
+    return found == ActionKinds::allCases.end() ? std::nullopt : std::optional(*found);
 }
 
 QString title(ActionKind kind)

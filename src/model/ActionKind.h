@@ -12,13 +12,16 @@ enum class ActionKind {
     shortcut,
 };
 
+namespace ActionKinds
+{
 /// In the order in which the kinds are offered to the user.
-inline constexpr std::array allActionKinds{
+inline constexpr std::array allCases{
     ActionKind::app,
     ActionKind::path,
     ActionKind::website,
     ActionKind::shortcut,
 };
+} // namespace ActionKinds
 
 /// The text that stands for the kind in files, and that identifies it.
 QString rawValue(ActionKind kind);

@@ -36,7 +36,7 @@ void ShortcutStore::load()
         report(u"Your shortcut list could not be loaded."_s, entries.error());
 }
 
-Result<QString> ShortcutStore::storagePath() const
+Result<QString> ShortcutStore::storageURL() const
 {
     if (m_platform.applicationSupport.isEmpty())
         return Error{u"There is no folder for the data of programs."_s};
@@ -48,7 +48,7 @@ Result<QString> ShortcutStore::storagePath() const
 
 Result<QList<LaunchEntry>> ShortcutStore::readEntries() const
 {
-    const auto path = storagePath();
+    const auto path = storageURL();
     if (!path)
         return path.error();
     QFile file(*path);

@@ -41,8 +41,8 @@ public:
 
 private:
     void load();
-    /// Where the list is kept; makes the folder if it is not there.
-    Result<QString> storagePath() const;
+    /// The path of the entries file; makes its folder if it is not there.
+    Result<QString> storageURL() const;
     Result<QList<LaunchEntry>> readEntries() const;
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();

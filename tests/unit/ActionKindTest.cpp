@@ -13,7 +13,7 @@ private Q_SLOTS:
     {
         QStringList rawValues;
         QStringList titles;
-        for (const ActionKind kind : allActionKinds) {
+        for (const ActionKind kind : ActionKinds::allCases) {
             QCOMPARE(int(kind), int(rawValues.size()));
             rawValues << rawValue(kind);
             titles << title(kind);
@@ -26,7 +26,7 @@ private Q_SLOTS:
 
     void isMadeFromEachOfItsRawValues()
     {
-        for (const ActionKind kind : allActionKinds)
+        for (const ActionKind kind : ActionKinds::allCases)
             QCOMPARE(actionKind(rawValue(kind)), kind);
     }
 

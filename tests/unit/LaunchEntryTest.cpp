@@ -80,7 +80,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("description");
         const QString home = QDir::homePath();
-        for (const ActionKind kind : allActionKinds)
+        for (const ActionKind kind : ActionKinds::allCases)
             QTest::addRow("empty %s", qPrintable(rawValue(kind)))
                 << kind << QString() << u"No target"_s;
         QTest::newRow("an app in the home folder")
@@ -119,7 +119,7 @@ private Q_SLOTS:
 
     void readsWhatItWrites()
     {
-        for (const ActionKind kind : allActionKinds) {
+        for (const ActionKind kind : ActionKinds::allCases) {
             auto entry = mail();
             entry.kind = kind;
             entry.name = u"“Mail” 🚀"_s;

@@ -9,6 +9,12 @@ namespace
 {
 int wakeDescriptor = -1;
 
+int makeWakeDescriptor()
+{
+    wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return wakeDescriptor;
+}
+
 /// A handler rather than a blocked signal, so that started programs inherit nothing.
 void wake(int)
 {
@@ -18,7 +24,7 @@ void wake(int)
 } // namespace
 
 TerminationSignals::TerminationSignals()
-    : m_notifier((wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), QSocketNotifier::Read)
+    : m_notifier(makeWakeDescriptor(), QSocketNotifier::Read)
 {
     QObject::connect(&m_notifier, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
     struct sigaction action = {};
