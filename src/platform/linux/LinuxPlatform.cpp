@@ -42,7 +42,7 @@ Result<LinuxPlatform *> LinuxPlatform::make()
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     : m_x11(std::move(x11))
-    , m_x11Hotkeys(m_x11 ? std::make_unique<X11HotkeyService>(*m_x11) : nullptr)
+    , m_x11Hotkeys(m_x11 && m_x11->hasXkb() ? std::make_unique<X11HotkeyService>(*m_x11) : nullptr)
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_services{
@@ -59,7 +59,8 @@ std::optional<QString> LinuxPlatform::hotkeysNotice() const
 {
     if (m_x11Hotkeys)
         return std::nullopt;
-    return u"key combinations do not work in Wayland sessions yet"_s;
+    return m_x11 ? u"key combinations do not work: the X server has no XKEYBOARD extension"_s
+                 : u"key combinations do not work in Wayland sessions yet"_s;
 }
 
 void LinuxPlatform::flushHotkeys()

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/X11Connection.h"
 
+#include "platform/linux/x11/Xkb.h"
+
 X11Connection::X11Connection()
 {
     int screenNumber = 0;
@@ -10,6 +12,12 @@ X11Connection::X11Connection()
     while (screenNumber-- > 0)
         xcb_screen_next(&screen);
     m_root = screen.data->root;
+}
+
+bool X11Connection::hasXkb() const
+{
+    const auto *const extension = xcb_get_extension_data(m_connection, &xcb_xkb_id);
+    return extension && extension->present;
 }
 
 X11Connection::~X11Connection()

@@ -23,6 +23,9 @@ public:
 
     /// False also after the server has gone.
     bool isOpen() const { return xcb_connection_has_error(m_connection) == 0; }
+    /// Whether the server can tell where the keys of its keyboard are. Requests to an extension
+    /// that it lacks would close the connection.
+    bool hasXkb() const;
     xcb_connection_t *get() const { return m_connection; }
     /// Only while it is open.
     xcb_window_t root() const { return m_root; }

@@ -22,8 +22,8 @@ class X11HotkeyService : public QObject, public HotkeyService
     Q_OBJECT
 
 public:
-    /// The connection must be open, used by nobody else, and outlive the service. Needs no
-    /// QApplication yet.
+    /// The connection must be open, have XKB, be used by nobody else, and outlive the service.
+    /// Needs no QApplication yet.
     explicit X11HotkeyService(const X11Connection &connection);
 
     void installHandler(std::function<void(HotkeyId)> handler) override;
