@@ -32,32 +32,46 @@ bool isMoreThanAnExecLine(const AppInfo &info)
         || g_desktop_app_info_get_boolean(info.get(), "DBusActivatable");
 }
 
-std::optional<Error> launchThroughGio(const AppInfo &info)
+/// Asynchronous, for only then GIO waits for the answer of the bus, and without stopping us.
+void launchThroughGio(const AppInfo &info, std::function<void(std::optional<Error>)> completion)
 {
-    GError *error = nullptr;
-    if (g_app_info_launch(G_APP_INFO(info.get()), nullptr, nullptr, &error))
-        return std::nullopt;
-    const Error failure{QString::fromUtf8(error->message)};
-    g_error_free(error);
-    return failure;
+    using Completion = decltype(completion);
+    const auto finish = [](GObject *source, GAsyncResult *result, gpointer data) {
+        const std::unique_ptr<Completion> ended(static_cast<Completion *>(data));
+        GError *error = nullptr;
+        if (g_app_info_launch_uris_finish(G_APP_INFO(source), result, &error)) {
+            (*ended)(std::nullopt);
+            return;
+        }
+        (*ended)(Error{QString::fromUtf8(error->message)});
+        g_error_free(error);
+    };
+    g_app_info_launch_uris_async(G_APP_INFO(info.get()), nullptr, nullptr, nullptr, finish,
+                                 new Completion(std::move(completion)));
 }
 } // namespace
 
 void LinuxWorkspace::openApplication(const QString &path,
                                      std::function<void(std::optional<Error>)> completion)
 {
-    completion(path.endsWith(u".desktop"_s) ? openDesktopFile(path)
-                                            : start({path}, QDir::homePath()));
+    if (path.endsWith(u".desktop"_s))
+        openDesktopFile(path, std::move(completion));
+    else
+        completion(start({path}, QDir::homePath()));
 }
 
-std::optional<Error> LinuxWorkspace::openDesktopFile(const QString &path)
+void LinuxWorkspace::openDesktopFile(const QString &path, Completion completion)
 {
     const AppInfo info(g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData()));
     // GIO gives no reason: the file is malformed, or its program is not there.
-    if (!info)
-        return Error{u"The app could not be started."_s};
-    if (isMoreThanAnExecLine(info))
-        return launchThroughGio(info);
+    if (!info) {
+        completion(Error{u"The app could not be started."_s});
+        return;
+    }
+    if (isMoreThanAnExecLine(info)) {
+        launchThroughGio(info, std::move(completion));
+        return;
+    }
 
     const ExecFields fields{
         .name = QString::fromUtf8(g_app_info_get_name(G_APP_INFO(info.get()))),
@@ -65,10 +79,12 @@ std::optional<Error> LinuxWorkspace::openDesktopFile(const QString &path)
         .desktopFile = path,
     };
     const auto arguments = parseExecLine(stringValue(info, "Exec"), fields);
-    if (!arguments)
-        return arguments.error();
+    if (!arguments) {
+        completion(arguments.error());
+        return;
+    }
     const QString folder = stringValue(info, "Path");
-    return start(*arguments, folder.isEmpty() ? QDir::homePath() : folder);
+    completion(start(*arguments, folder.isEmpty() ? QDir::homePath() : folder));
 }
 
 std::optional<Error> LinuxWorkspace::start(const QStringList &arguments,

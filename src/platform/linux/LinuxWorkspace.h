@@ -11,8 +11,10 @@ public:
                          std::function<void(std::optional<Error>)> completion) override;
 
 private:
+    using Completion = std::function<void(std::optional<Error>)>;
+
+    void openDesktopFile(const QString &path, Completion completion);
     std::optional<Error> start(const QStringList &arguments, const QString &workingFolder);
-    std::optional<Error> openDesktopFile(const QString &path);
 
     ChildReaper m_reaper;
 };

@@ -7,13 +7,17 @@ using namespace Qt::StringLiterals;
 
 RecordedApp::RecordedApp(const QByteArray &arguments, const QByteArray &furtherLines)
 {
-    const QString program = QCoreApplication::applicationDirPath() + u"/record-start"_s;
     QFile file(desktopFile());
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot write %s", qPrintable(file.fileName()));
-    file.write("[Desktop Entry]\nType=Application\nName=Recorded\nExec=\""
-               + QFile::encodeName(program) + "\" \"" + QFile::encodeName(recordFile()) + "\" "
+    file.write("[Desktop Entry]\nType=Application\nName=Recorded\nExec=" + command() + ' '
                + arguments + '\n' + furtherLines + '\n');
+}
+
+QByteArray RecordedApp::command() const
+{
+    const QString program = QCoreApplication::applicationDirPath() + u"/record-start"_s;
+    return '"' + QFile::encodeName(program) + "\" \"" + QFile::encodeName(recordFile()) + '"';
 }
 
 QList<nlohmann::json> RecordedApp::starts() const

@@ -13,6 +13,9 @@ public:
     /// The arguments are written into the Exec line as they stand, the further lines behind it.
     explicit RecordedApp(const QByteArray &arguments = {}, const QByteArray &furtherLines = {});
 
+    /// The program and the arguments that record a start, as an Exec line has them.
+    QByteArray command() const;
+
     QString desktopFile() const { return m_folder.filePath(QStringLiteral("app.desktop")); }
 
     /// What record-start wrote, in the order of the starts so far.
