@@ -18,6 +18,7 @@ void say(const QString &line)
 
 int main(int argc, char *argv[])
 {
+    TerminationSignals terminationSignals;
     const auto &platform = LinuxPlatform::shared();
     if (!platform) {
         say(platform.error().description);
@@ -35,6 +36,6 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     session.attachToEventLoop();
-    const TerminationSignals terminationSignals;
+    terminationSignals.attachToEventLoop();
     return QApplication::exec();
 }

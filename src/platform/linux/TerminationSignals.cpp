@@ -9,12 +9,6 @@ namespace
 {
 int wakeDescriptor = -1;
 
-int makeWakeDescriptor()
-{
-    wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    return wakeDescriptor;
-}
-
 /// A handler rather than a blocked signal, so that started programs inherit nothing.
 void wake(int)
 {
@@ -24,12 +18,17 @@ void wake(int)
 } // namespace
 
 TerminationSignals::TerminationSignals()
-    : m_notifier(makeWakeDescriptor(), QSocketNotifier::Read)
 {
-    QObject::connect(&m_notifier, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
+    wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     struct sigaction action = {};
     action.sa_handler = wake;
     action.sa_flags = SA_RESTART;
     sigaction(SIGTERM, &action, nullptr);
     sigaction(SIGINT, &action, nullptr);
+}
+
+void TerminationSignals::attachToEventLoop()
+{
+    m_notifier.emplace(wakeDescriptor, QSocketNotifier::Read);
+    QObject::connect(&*m_notifier, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
 }

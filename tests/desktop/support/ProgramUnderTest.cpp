@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QSet>
 #include <QUuid>
-#include <csignal>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -96,13 +95,6 @@ void ProgramUnderTest::start()
     if (!m_process.waitForStarted())
         qFatal("cannot start the program: %s", qPrintable(m_process.errorString()));
     running.insert(pid_t(m_process.processId()));
-}
-
-bool ProgramUnderTest::isUp() const
-{
-    const QByteArray status = read(u"/proc/%1/status"_s.arg(m_process.processId()));
-    const QByteArray caught = status.mid(status.indexOf("SigCgt:") + 7).split('\n').constFirst();
-    return caught.trimmed().toULongLong(nullptr, 16) & (1ULL << (SIGTERM - 1));
 }
 
 QList<pid_t> ProgramUnderTest::children() const

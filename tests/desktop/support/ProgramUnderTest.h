@@ -32,9 +32,6 @@ public:
 
     void start();
 
-    /// Whether it has come to its event loop: it handles SIGTERM from then on.
-    bool isUp() const;
-
     /// What it has started that has not ended, or that it has not taken notice of.
     QList<pid_t> children() const;
 
