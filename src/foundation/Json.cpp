@@ -1,5 +1,7 @@
 #include "foundation/Json.h"
 
+#include "foundation/Text.h"
+
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -11,16 +13,17 @@ namespace
 {
 Error memberError(const char *key, const QString &expected)
 {
-    return {u"The value “%1” is missing or is not %2."_s.arg(QLatin1StringView(key), expected)};
+    return {
+        u"The value %1 is missing or is not %2."_s.arg(quoted(QString::fromLatin1(key)), expected)};
 }
 
-/// Null when there is no such member, which no reader here accepts.
-Json member(const Json &object, const char *key)
+/// The member, or null where there is none, which no reader here accepts. Never a copy: copying
+/// recurses, and a member may be nested too deeply for the stack.
+const Json &member(const Json &object, const char *key)
 {
-    if (!object.is_object())
-        return {};
+    static const Json nothing;
     const auto found = object.find(key);
-    return found == object.end() ? Json() : *found;
+    return found == object.end() ? nothing : *found;
 }
 } // namespace
 
@@ -45,7 +48,7 @@ Json fromText(const QString &text)
 
 Result<QString> textMember(const Json &object, const char *key)
 {
-    const Json value = member(object, key);
+    const Json &value = member(object, key);
     if (!value.is_string())
         return memberError(key, u"a text"_s);
     return QString::fromStdString(value.get_ref<const std::string &>());
@@ -53,7 +56,7 @@ Result<QString> textMember(const Json &object, const char *key)
 
 Result<bool> booleanMember(const Json &object, const char *key)
 {
-    const Json value = member(object, key);
+    const Json &value = member(object, key);
     if (!value.is_boolean())
         return memberError(key, u"true or false"_s);
     return value.get<bool>();
@@ -61,7 +64,7 @@ Result<bool> booleanMember(const Json &object, const char *key)
 
 Result<qint64> integerMember(const Json &object, const char *key)
 {
-    const Json value = member(object, key);
+    const Json &value = member(object, key);
     const bool fits = value.is_number_unsigned()
         ? value.get<quint64>() <= quint64(std::numeric_limits<qint64>::max())
         : value.is_number_integer();

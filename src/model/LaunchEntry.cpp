@@ -1,5 +1,7 @@
 #include "model/LaunchEntry.h"
 
+#include "foundation/Text.h"
+
 #include <QDir>
 #include <QRegularExpression>
 #include <optional>
@@ -65,7 +67,7 @@ Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
         return idText.error();
     const auto id = uuidFromText(*idText);
     if (!id)
-        return Error{u"“%1” is not an entry's id."_s.arg(*idText)};
+        return Error{u"%1 is not an entry's id."_s.arg(quoted(*idText))};
     const auto name = JsonCoding::textMember(json, "name");
     if (!name)
         return name.error();
@@ -74,7 +76,7 @@ Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
         return kindText.error();
     const auto kind = actionKind(*kindText);
     if (!kind)
-        return Error{u"“%1” is not a kind of entry."_s.arg(*kindText)};
+        return Error{u"%1 is not a kind of entry."_s.arg(quoted(*kindText))};
     const auto target = JsonCoding::textMember(json, "target");
     if (!target)
         return target.error();

@@ -1,6 +1,7 @@
 #include "model/ShortcutStore.h"
 
 #include "actions/ActionRunner.h"
+#include "foundation/Text.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "platform/Platform.h"
 
@@ -8,8 +9,20 @@
 #include <QFile>
 #include <QPointer>
 #include <algorithm>
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Only what is certainly not there is no list yet; what just cannot be reached is an error later.
+bool isThere(const QString &path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::symlink_status(QFile::encodeName(path).constData(), error);
+    return status.type() != std::filesystem::file_type::not_found;
+}
+} // namespace
 
 ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     : m_platform(platform)
@@ -42,7 +55,7 @@ Result<QString> ShortcutStore::storageURL() const
         return Error{u"There is no folder for the data of programs."_s};
     const QString folder = m_platform.applicationSupport + u"/Corvane"_s;
     if (!QDir().mkpath(folder))
-        return Error{u"The folder “%1” could not be made."_s.arg(folder)};
+        return Error{u"The folder %1 could not be made."_s.arg(quoted(folder))};
     return folder + u"/entries.json"_s;
 }
 
@@ -51,9 +64,9 @@ Result<QList<LaunchEntry>> ShortcutStore::readEntries() const
     const auto path = storageURL();
     if (!path)
         return path.error();
-    QFile file(*path);
-    if (!file.exists())
+    if (!isThere(*path))
         return QList<LaunchEntry>();
+    QFile file(*path);
     if (!file.open(QIODevice::ReadOnly))
         return Error{file.errorString()};
     const QByteArray text = file.readAll();

@@ -9,7 +9,7 @@ class ActionKindTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void hasFourKindsInTheOrderOfTheirTable()
+    void hasFourKindsInAFixedOrder()
     {
         QStringList rawValues;
         QStringList titles;

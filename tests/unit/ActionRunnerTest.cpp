@@ -30,6 +30,13 @@ class ActionRunnerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void hasThreeOutcomesInAFixedOrder()
+    {
+        QCOMPARE(int(RunOutcome::missing({}).outcome), 0);
+        QCOMPARE(int(RunOutcome::failed({}).outcome), 1);
+        QCOMPARE(int(RunOutcome::success().outcome), 2);
+    }
+
     void opensAnAppAndAwaitsItsStart()
     {
         Run run;

@@ -111,6 +111,15 @@ private Q_SLOTS:
         QCOMPARE(file.readAll(), text);
     }
 
+    void reportsAListThatIsThereButOutOfReach()
+    {
+        Home home;
+        QVERIFY(QDir().mkpath(home.folder()));
+        QVERIFY(QFile::link(u"/nowhere/entries.json"_s, home.file()));
+        const ShortcutStore store(home.platform.services, home.center);
+        QCOMPARE(store.error().value().message, couldNotLoad);
+    }
+
     void reportsAFolderThatCannotBeMade()
     {
         Home home;
@@ -189,6 +198,19 @@ private Q_SLOTS:
         store.fire(disabled.id);
         QCoreApplication::processEvents();
         QVERIFY(home.platform.workspace.opened.isEmpty());
+    }
+
+    void takesEntriesWithOneIdForTheSame()
+    {
+        Home home;
+        const auto first = app(u"Mail"_s);
+        auto second = first;
+        second.name = u"Post"_s;
+        second.target = QDir::tempPath();
+        home.write(QList{first, second});
+        ShortcutStore store(home.platform.services, home.center);
+        store.fire(second.id);
+        QTRY_COMPARE(home.platform.workspace.opened, QStringList({first.target}));
     }
 
     void firesNothingForAnUnknownId()
