@@ -2,6 +2,7 @@
 
 #include "foundation/Json.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "platform/KeyModifier.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 

@@ -12,18 +12,10 @@ class UserDefaults;
 namespace KeyboardShortcuts
 {
 
-/// The bits of a modifier mask. No others are ever set.
-enum Modifier : quint32 {
-    commandKey = 0x100,
-    shiftKey = 0x200,
-    optionKey = 0x800,
-    controlKey = 0x1000,
-};
-
 struct Shortcut {
     /// The virtual key code of a physical key: 0 is the key labelled A on a US layout.
     qint64 carbonKeyCode = 0;
-    /// An OR of Modifier bits.
+    /// An OR of KeyModifier bits.
     qint64 carbonModifiers = 0;
 
     bool operator==(const Shortcut &) const = default;

@@ -24,7 +24,7 @@ public:
     /// however long the keys are held.
     virtual void installHandler(std::function<void(HotkeyId)> handler) = 0;
 
-    /// Registers a virtual key code with a mask of modifiers (KeyboardShortcuts::Modifier), until
+    /// Registers a virtual key code with a mask of modifiers (KeyModifier bits), until
     /// the registration is destroyed. Nothing when it is refused at once: keys that we have
     /// registered already, a key that does not exist. A service that learns of a refusal only
     /// later lets go of the registration by itself, in silence. Ending a registration and making

@@ -41,14 +41,16 @@ protected:
 
 /// The program with one application on Control+Option+K, ready to be pressed.
 struct Desk {
-    explicit Desk(StoredKeys keys = controlOptionK)
+    explicit Desk(StoredKeys keys = controlOptionK,
+                  const QByteArray &arguments = R"(--new "two words" 100%% %U)")
+        : app(arguments)
     {
         program.addApp(app.desktopFile(), keys);
         program.start();
     }
 
     Keyboard keyboard;
-    RecordedApp app{R"(--new "two words" 100%% %U)"};
+    RecordedApp app;
     ProgramUnderTest program;
 };
 
@@ -57,9 +59,16 @@ QByteArray text(const nlohmann::json &value)
     return QByteArray::fromStdString(value.dump());
 }
 
-void setLayout(const QString &layout)
+/// Runs a tool of the X server.
+void run(const QString &command)
 {
-    QCOMPARE(QProcess::execute(u"setxkbmap"_s, {layout}), 0);
+    QCOMPARE(QProcess::execute(u"sh"_s, {u"-c"_s, command}), 0);
+}
+
+/// Back to the keyboard that a test has changed.
+void restoreKeyboard()
+{
+    run(u"setxkbmap us && xset r rate 660 25"_s);
 }
 } // namespace
 
@@ -129,6 +138,65 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.program.children(), QList<pid_t>());
     }
 
+    void leavesTheKeyboardToTheApplicationWhileTheKeysAreDown()
+    {
+        Desk desk(controlOptionK, "--grab-keyboard");
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
+        for (const int key : controlAltK)
+            desk.keyboard.press(key);
+        QTRY_COMPARE(desk.app.starts().size(), 1);
+        QVERIFY(desk.keyboard.isDown(KEY_K));
+        for (const int key : controlAltK)
+            desk.keyboard.release(key);
+        QCOMPARE(text(desk.app.starts().constFirst()["keyboardGrab"]), QByteArray("0"));
+    }
+
+    void startsNothingForKeysThatWereDownBeforeIt()
+    {
+        Desk desk(controlOptionK);
+        for (const int key : controlAltK)
+            desk.keyboard.press(key);
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
+        // Long enough for the key to repeat.
+        QTest::qWait(1000);
+        for (const int key : controlAltK)
+            desk.keyboard.release(key);
+        QTest::qWait(60);
+        desk.keyboard.type(controlAltK);
+        QTRY_COMPARE(desk.app.starts().size(), 1);
+        QCOMPARE(desk.program.stop(), 0);
+        QCOMPARE(desk.app.starts().size(), 1);
+    }
+
+    void followsTheRepeatDelay()
+    {
+        const auto restored = qScopeGuard(restoreKeyboard);
+        Desk desk;
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
+        run(u"xset r rate 200 30"_s);
+        // What the program has read of the keyboard is settled when it holds other grabs for it.
+        run(u"xmodmap -e 'remove mod2 = Num_Lock' -e 'add mod3 = Num_Lock'"_s);
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt | XCB_MOD_MASK_3));
+
+        for (const int key : controlAltK)
+            desk.keyboard.press(key);
+        QTest::qWait(1000);
+        for (const int key : controlAltK)
+            desk.keyboard.release(key);
+        QTRY_COMPARE(desk.app.starts().size(), 1);
+        QCOMPARE(desk.program.stop(), 0);
+        QCOMPARE(desk.app.starts().size(), 1);
+    }
+
+    void followsNumLockWhereverItIs()
+    {
+        const auto restored = qScopeGuard(restoreKeyboard);
+        run(u"xmodmap -e 'remove mod2 = Num_Lock' -e 'add mod3 = Num_Lock'"_s);
+        Desk desk;
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt | XCB_MOD_MASK_3));
+        QVERIFY(!desk.keyboard.isGrabbed(KEY_K, controlAlt | XCB_MOD_MASK_2));
+    }
+
     void runsOncePerPress_data()
     {
         QTest::addColumn<int>("heldFor");
@@ -168,13 +236,26 @@ private Q_SLOTS:
 
     void findsKeysByTheirPlaceNotTheirLetter()
     {
-        setLayout(u"fr"_s);
-        const auto restored = qScopeGuard([] { setLayout(u"us"_s); });
+        const auto restored = qScopeGuard(restoreKeyboard);
+        run(u"setxkbmap fr"_s);
         // The key labelled A on a US layout, which types Q here.
         Desk desk({0, 0x1800});
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_A, controlAlt));
         desk.keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_A});
         QTRY_COMPARE(desk.app.starts().size(), 1);
+    }
+
+    void findsKeysByTheirNameNotTheirCode()
+    {
+        const auto restored = qScopeGuard(restoreKeyboard);
+        // A server that gives the keys J and K each other's code.
+        run(u"xkbcomp -w0 $DISPLAY - | sed 's/<AC07> = 44;/<AC07> = 45;/; t; "
+            "s/<AC08> = 45;/<AC08> = 44;/' | xkbcomp -w0 - $DISPLAY"_s);
+        Desk desk;
+        QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_J, controlAlt));
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_J});
+        QTRY_COMPARE(desk.app.starts().size(), 1);
+        QVERIFY(!desk.keyboard.isGrabbed(KEY_K, controlAlt));
     }
 
     void leavesKeysToTheProgramThatHasThem()
@@ -219,18 +300,15 @@ private Q_SLOTS:
         Desk desk;
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
         QCOMPARE(desk.program.stop(), 0);
-        QVERIFY(!desk.keyboard.isGrabbed(KEY_K, controlAlt));
+        QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, controlAlt));
     }
 
     void followsAModifierThatMoves()
     {
         Desk desk({40, 0x100});
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_4));
-        QCOMPARE(QProcess::execute(u"xmodmap"_s,
-                                   {u"-e"_s, u"remove mod4 = Super_L Super_R Hyper_L"_s, u"-e"_s,
-                                    u"add mod3 = Super_L"_s}),
-                 0);
-        const auto restored = qScopeGuard([] { setLayout(u"us"_s); });
+        const auto restored = qScopeGuard(restoreKeyboard);
+        run(u"xmodmap -e 'remove mod4 = Super_L Super_R Hyper_L' -e 'add mod3 = Super_L'"_s);
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_3));
         QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_4));
         desk.keyboard.type({KEY_LEFTMETA, KEY_K});

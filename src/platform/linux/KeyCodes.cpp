@@ -129,9 +129,9 @@ constexpr PhysicalKey keys[] = {
     {124, 106, "RGHT"}, // →
     {125, 108, "DOWN"}, // ↓
     {126, 103, "UP"}, // ↑
-    {105, 99, "PRSC"}, // Print (shares F13
-    {107, 70, "SCLK"}, // Scroll Lock (shares F14
-    {113, 119, "PAUS"}, // Pause (shares F15
+    {105, 99, "PRSC"}, // Print, which shares F13's
+    {107, 70, "SCLK"}, // Scroll Lock, which shares F14's
+    {113, 119, "PAUS"}, // Pause, which shares F15's
 };
 // clang-format on
 } // namespace

@@ -24,10 +24,7 @@ constexpr NamedKey namedKeys[] = {
     {"LEFTSHIFT"_L1, KEY_LEFTSHIFT, XCB_MOD_MASK_SHIFT},
     {"LEFTALT"_L1, KEY_LEFTALT, XCB_MOD_MASK_1},
     {"LEFTMETA"_L1, KEY_LEFTMETA, XCB_MOD_MASK_4},
-    {"F"_L1, KEY_F},
     {"N"_L1, KEY_N},
-    {"R"_L1, KEY_R},
-    {"W"_L1, KEY_W},
 };
 } // namespace
 

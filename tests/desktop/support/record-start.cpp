@@ -1,5 +1,7 @@
-// Adds one line of JSON about how it was started to the file that its first argument names.
+// Adds one line of JSON about how it was started to the file that its first argument names. With
+// --grab-keyboard it first tries to take the keyboard for itself.
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -8,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 namespace
 {
@@ -40,14 +43,33 @@ std::string target(const char *link)
     const ssize_t length = readlink(link, path, sizeof path);
     return length < 0 ? std::string() : std::string(path, static_cast<size_t>(length));
 }
+
+/// What the X server answers: 0 is success.
+int grabKeyboard()
+{
+    auto *const connection = xcb_connect(nullptr, nullptr);
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    auto *const reply =
+        xcb_grab_keyboard_reply(connection,
+                                xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr);
+    const int status = reply->status;
+    std::free(reply);
+    xcb_disconnect(connection);
+    return status;
+}
 } // namespace
 
 int main(int argc, char *argv[])
 {
     if (argc < 2)
         return EXIT_FAILURE;
+    const std::vector<std::string> arguments(argv + 2, argv + argc);
+    const bool grabs = std::ranges::find(arguments, "--grab-keyboard") != arguments.end();
     const nlohmann::json start{
-        {"arguments", std::vector<std::string>(argv + 2, argv + argc)},
+        {"arguments", arguments},
+        {"keyboardGrab", grabs ? nlohmann::json(grabKeyboard()) : nlohmann::json()},
         {"folder", target("/proc/self/cwd")},
         {"input", target("/proc/self/fd/0")},
         {"descriptors", openDescriptors()},

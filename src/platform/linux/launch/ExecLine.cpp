@@ -1,5 +1,7 @@
 #include "platform/linux/launch/ExecLine.h"
 
+#include "foundation/Text.h"
+
 #include <gio/gio.h>
 
 using namespace Qt::StringLiterals;
@@ -56,6 +58,6 @@ Result<QStringList> parseExecLine(const QString &line, const ExecFields &fields)
     }
     g_strfreev(words);
     if (arguments.isEmpty())
-        return Error{u"The Exec line “%1” names no program."_s.arg(line)};
+        return Error{u"The Exec line %1 names no program."_s.arg(quoted(line))};
     return arguments;
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/launch/Spawn.h"
 
+#include "foundation/Text.h"
+
 #include <QFile>
 #include <QStandardPaths>
 #include <cerrno>
@@ -64,7 +66,7 @@ Result<pid_t> spawn(const QStringList &arguments, const QString &workingFolder)
     // By absolute path: posix_spawnp would hand a file that is no program to a shell.
     const QString program = QStandardPaths::findExecutable(arguments.constFirst());
     if (program.isEmpty())
-        return Error{u"“%1” is not an executable program."_s.arg(arguments.constFirst())};
+        return Error{u"%1 is not an executable program."_s.arg(quoted(arguments.constFirst()))};
 
     std::vector<QByteArray> texts;
     for (const QString &argument : arguments)

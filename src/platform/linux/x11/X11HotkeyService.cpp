@@ -1,6 +1,6 @@
 #include "platform/linux/x11/X11HotkeyService.h"
 
-#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/KeyModifier.h"
 #include "platform/linux/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
@@ -8,7 +8,6 @@
 #include <algorithm>
 
 using namespace std::chrono_literals;
-using namespace KeyboardShortcuts;
 
 namespace
 {

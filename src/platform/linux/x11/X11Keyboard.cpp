@@ -1,14 +1,12 @@
 #include "platform/linux/x11/X11Keyboard.h"
 
-#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/KeyModifier.h"
 #include "platform/linux/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
 
 #include <algorithm>
 #include <span>
-
-using namespace KeyboardShortcuts;
 
 namespace
 {

@@ -25,7 +25,7 @@ public:
     /// The X key codes of a virtual key code; none if this keyboard has no such key.
     QList<xcb_keycode_t> keys(quint32 virtualKeyCode) const;
 
-    /// The X modifier bits of a mask of KeyboardShortcuts::Modifier bits, other bits aside;
+    /// The X modifier bits of a mask of KeyModifier bits, other bits aside;
     /// nothing if this keyboard lacks one of the modifiers.
     std::optional<quint16> modifiers(quint32 mask) const;
 
