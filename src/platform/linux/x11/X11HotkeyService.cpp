@@ -148,13 +148,13 @@ void X11HotkeyService::letGoOf(const std::set<KeyGrab> &refused)
     if (refused.empty())
         return;
     for (auto item = m_registered.begin(); item != m_registered.end();) {
-        auto &[combination, registered] = *item;
-        const auto removed = registered.keys.removeIf([&](xcb_keycode_t key) {
+        const Combination &combination = item->first;
+        auto &keys = item->second.keys;
+        const auto removed = keys.removeIf([&](xcb_keycode_t key) {
             return std::ranges::any_of(grabsOf(combination, key),
                                        [&](const KeyGrab &grab) { return refused.contains(grab); });
         });
-        item =
-            removed > 0 && registered.keys.isEmpty() ? m_registered.erase(item) : std::next(item);
+        item = removed > 0 && keys.isEmpty() ? m_registered.erase(item) : std::next(item);
     }
     // The lock variants that were granted beside a refused one.
     m_grabs.apply(m_grabs.differenceTo(wantedGrabs()));
