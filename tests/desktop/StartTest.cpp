@@ -27,35 +27,32 @@ private Q_SLOTS:
         QCOMPARE(program.errorOutput(), QByteArray());
     }
 
-    void saysThatThereIsNoDisplay()
+    void saysThatItHasNoDisplay_data()
     {
-        ProgramUnderTest program;
-        program.environment.remove(u"DISPLAY"_s);
-        program.start();
-        QCOMPARE(program.exitStatus(), 1);
-        QCOMPARE(program.errorOutput(),
-                 QByteArray("corvane: there is no display; start it in a desktop session\n"));
+        QTest::addColumn<QString>("variable");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("none at all")
+            << u"DISPLAY"_s << QString()
+            << QByteArray("corvane: there is no display; start it in a desktop session\n");
+        QTest::newRow("an X server that is not there")
+            << u"DISPLAY"_s << u":9999"_s
+            << QByteArray("corvane: cannot connect to the X display :9999\n");
+        QTest::newRow("a compositor that is not there")
+            << u"WAYLAND_DISPLAY"_s << u"/nowhere/wayland-0"_s
+            << QByteArray("corvane: cannot connect to the Wayland compositor at "
+                          "/nowhere/wayland-0\n");
     }
-
-    void saysThatTheDisplayCannotBeReached()
+    void saysThatItHasNoDisplay()
     {
+        QFETCH(const QString, variable);
+        QFETCH(const QString, value);
+        QFETCH(const QByteArray, line);
         ProgramUnderTest program;
-        program.environment.insert(u"DISPLAY"_s, u":9999"_s);
+        program.environment.insert(variable, value);
         program.start();
         QCOMPARE(program.exitStatus(), 1);
-        QCOMPARE(program.errorOutput(),
-                 QByteArray("corvane: cannot connect to the X display :9999\n"));
-    }
-
-    void saysThatTheCompositorCannotBeReached()
-    {
-        ProgramUnderTest program;
-        program.environment.insert(u"WAYLAND_DISPLAY"_s, u"/nowhere/wayland-0"_s);
-        program.start();
-        QCOMPARE(program.exitStatus(), 1);
-        QCOMPARE(program.errorOutput(),
-                 QByteArray("corvane: cannot connect to the Wayland compositor at "
-                            "/nowhere/wayland-0\n"));
+        QCOMPARE(program.errorOutput(), line);
     }
 
     void saysThatTheListCannotBeRead()
