@@ -24,6 +24,18 @@ struct Desk {
 
     Desk() { service.attachToEventLoop(); }
 
+    /// A registration of K that was refused because of a rival, who has gone since.
+    std::optional<Registration> registerRefusedK()
+    {
+        auto rival = std::make_unique<Keyboard>();
+        rival->grab(KEY_K, xControl);
+        auto registration = registerKey(keyK);
+        service.flush();
+        rival.reset();
+        [this] { QTRY_VERIFY(!keyboard.isGrabbed(KEY_K, xControl)); }();
+        return registration;
+    }
+
     std::optional<Registration> registerKey(quint32 keyCode, HotkeyId id = someId)
     {
         return service.registerHotkey(keyCode, control, id);
@@ -94,13 +106,7 @@ private Q_SLOTS:
     void takesKeysAgainWhenTheirRivalHasGone()
     {
         Desk desk;
-        auto rival = std::make_unique<Keyboard>();
-        rival->grab(KEY_K, xControl);
-        auto registration = desk.registerKey(keyK);
-        desk.service.flush();
-        rival.reset();
-        QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
-
+        auto registration = desk.registerRefusedK();
         registration.reset();
         registration = desk.registerKey(keyK);
         desk.service.flush();
@@ -110,13 +116,7 @@ private Q_SLOTS:
     void keepsKeysWhoseRefusedRegistrationEndsLater()
     {
         Desk desk;
-        auto rival = std::make_unique<Keyboard>();
-        rival->grab(KEY_K, xControl);
-        auto refused = desk.registerKey(keyK);
-        desk.service.flush();
-        rival.reset();
-        QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
-
+        auto refused = desk.registerRefusedK();
         const auto anew = desk.registerKey(keyK, {0, 2});
         QVERIFY(anew);
         refused.reset();

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <csignal>
+#include <cstdint>
 #include <sys/eventfd.h>
 #include <unistd.h>
 

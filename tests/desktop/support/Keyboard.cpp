@@ -39,22 +39,22 @@ void Keyboard::fake(quint8 eventType, int key)
     xcb_flush(m_connection);
 }
 
-void Keyboard::press(int key)
+void Keyboard::press(const QList<int> &keys)
 {
-    fake(XCB_KEY_PRESS, key);
+    for (const int key : keys)
+        fake(XCB_KEY_PRESS, key);
 }
 
-void Keyboard::release(int key)
+void Keyboard::release(const QList<int> &keys)
 {
-    fake(XCB_KEY_RELEASE, key);
+    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+        fake(XCB_KEY_RELEASE, *key);
 }
 
 void Keyboard::type(const QList<int> &keys)
 {
-    for (const int key : keys)
-        press(key);
-    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
-        release(*key);
+    press(keys);
+    release(keys);
 }
 
 void Keyboard::setCapsLock(bool on)

@@ -13,10 +13,10 @@ public:
     ~Keyboard();
     Q_DISABLE_COPY_MOVE(Keyboard)
 
-    /// By evdev code, as keys are counted on Linux.
-    void press(int key);
-    void release(int key);
-    /// Presses the keys in their order and lets them go in the opposite one.
+    /// Keys by evdev code, as they are counted on Linux: pressed in their order, let go in the
+    /// opposite one.
+    void press(const QList<int> &keys);
+    void release(const QList<int> &keys);
     void type(const QList<int> &keys);
 
     /// Presses Caps Lock or Num Lock if its light is not as wanted.

@@ -2,7 +2,6 @@
 // --grab-keyboard it first tries to take the keyboard for itself.
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <unistd.h>
+#include <vector>
 #include <xcb/xcb.h>
 
 namespace

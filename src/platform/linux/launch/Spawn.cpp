@@ -4,11 +4,9 @@
 
 #include <QFile>
 #include <QStandardPaths>
-#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <ranges>
 #include <spawn.h>
 #include <unistd.h>
 #include <vector>

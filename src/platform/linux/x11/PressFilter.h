@@ -36,7 +36,7 @@ public:
     bool hasHeldKeys() const { return !m_lastPress.empty(); }
 
 private:
-    std::chrono::milliseconds m_repeatDelay{660};
+    std::chrono::milliseconds m_repeatDelay{};
     /// The held keys, with the time of the last press that the user made, if we saw it.
     std::map<Key, std::optional<quint32>> m_lastPress;
 };

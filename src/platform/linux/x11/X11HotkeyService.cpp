@@ -37,8 +37,7 @@ X11HotkeyService::X11HotkeyService(const X11Connection &connection)
     connect(&m_keyboardTimer, &QTimer::timeout, this, &X11HotkeyService::readKeyboard);
 
     selectKeyboardEvents();
-    m_keyboard = X11Keyboard::read(m_connection);
-    m_presses.setRepeatDelay(m_keyboard.repeatDelay());
+    readKeyboard();
 }
 
 void X11HotkeyService::selectKeyboardEvents()
