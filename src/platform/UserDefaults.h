@@ -1,11 +1,13 @@
 // The user's settings: small values under text keys that outlive the program.
 #pragma once
 
+#include "platform/Registration.h"
+
 #include <QByteArray>
 #include <QString>
 #include <optional>
 
-/// A change is on disk when the call returns.
+/// A change is on disk when the call returns. What cannot be written holds until the program ends.
 class UserDefaults
 {
 public:
@@ -13,6 +15,13 @@ public:
 
     /// Nothing when the key is absent or holds a value of another type.
     virtual std::optional<QByteArray> data(const QString &key) const = 0;
+    virtual std::optional<bool> boolean(const QString &key) const = 0;
+
     virtual void setData(const QString &key, const QByteArray &value) = 0;
+    virtual void setBoolean(const QString &key, bool value) = 0;
     virtual void remove(const QString &key) = 0;
+
+    /// Until the returned value ends, changes can be read but are not on disk yet; then all are
+    /// written at once.
+    virtual Registration writeTogether() = 0;
 };

@@ -1,23 +1,64 @@
-// User defaults in memory.
+// User defaults in memory, and how often they would have been written to disk.
 #pragma once
 
+#include "fakes/CallLog.h"
 #include "platform/UserDefaults.h"
 
 #include <QHash>
+#include <QVariant>
 
 class FakeUserDefaults : public UserDefaults
 {
 public:
+    explicit FakeUserDefaults(CallLog log = CallLog())
+        : m_log(log)
+    {
+    }
+
     std::optional<QByteArray> data(const QString &key) const override
     {
-        const auto found = values.constFind(key);
-        return found == values.cend() ? std::nullopt : std::optional(*found);
+        return value<QByteArray>(key);
     }
+    std::optional<bool> boolean(const QString &key) const override { return value<bool>(key); }
     void setData(const QString &key, const QByteArray &value) override
     {
         values.insert(key, value);
+        write();
     }
-    void remove(const QString &key) override { values.remove(key); }
+    void setBoolean(const QString &key, bool value) override
+    {
+        m_log.note(QStringLiteral("store ") + key);
+        values.insert(key, value);
+        write();
+    }
+    void remove(const QString &key) override
+    {
+        m_log.note(QStringLiteral("remove ") + key);
+        values.remove(key);
+        write();
+    }
+    Registration writeTogether() override
+    {
+        ++m_delays;
+        return Registration([this] {
+            --m_delays;
+            write();
+        });
+    }
 
-    QHash<QString, QByteArray> values;
+    QHash<QString, QVariant> values;
+    int writes = 0;
+
+private:
+    template <typename Type>
+    std::optional<Type> value(const QString &key) const
+    {
+        const QVariant found = values.value(key);
+        return found.typeId() == qMetaTypeId<Type>() ? std::optional(found.value<Type>())
+                                                     : std::nullopt;
+    }
+    void write() { writes += m_delays == 0 ? 1 : 0; }
+
+    CallLog m_log;
+    int m_delays = 0;
 };

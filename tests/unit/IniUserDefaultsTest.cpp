@@ -1,6 +1,8 @@
 #include "platform/linux/IniUserDefaults.h"
+#include "support/LittleSpace.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -106,7 +108,100 @@ private Q_SLOTS:
         file.write("[General]\n" + text + "\n");
         QCOMPARE(IniUserDefaults(file.path).data(u"x"_s), std::nullopt);
     }
+
+    void writesABooleanAsAWordAtOnce_data()
+    {
+        QTest::addColumn<bool>("value");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("true") << true << QByteArray("[General]\npauseAll=true\n");
+        QTest::newRow("false") << false << QByteArray("[General]\npauseAll=false\n");
+    }
+    void writesABooleanAsAWordAtOnce()
+    {
+        QFETCH(const bool, value);
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setBoolean(u"pauseAll"_s, value);
+        QTEST(file.read(), "text");
+        QCOMPARE(defaults.boolean(u"pauseAll"_s), value);
+    }
+
+    void readsTrueAndFalseOnlyAsBooleans_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<std::optional<bool>>("value");
+        const std::optional<bool> none;
+        QTest::newRow("true") << QByteArray("x=true") << std::optional(true);
+        QTest::newRow("false") << QByteArray("x=false") << std::optional(false);
+        QTest::newRow("another case") << QByteArray("x=True") << none;
+        QTest::newRow("a number") << QByteArray("x=1") << none;
+        QTest::newRow("a word") << QByteArray("x=yes") << none;
+        QTest::newRow("a list") << QByteArray("x=true, false") << none;
+        QTest::newRow("bytes") << QByteArray("x=@ByteArray(true)") << none;
+        QTest::newRow("nothing") << QByteArray("x=") << none;
+        QTest::newRow("another key") << QByteArray("y=true") << none;
+    }
+    void readsTrueAndFalseOnlyAsBooleans()
+    {
+        QFETCH(const QByteArray, text);
+        const File file;
+        file.write("[General]\n" + text + "\n");
+        QTEST(IniUserDefaults(file.path).boolean(u"x"_s), "value");
+    }
+
+    void countsABooleanAsNoDataBeforeItIsReadFromTheFile()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setBoolean(u"x"_s, true);
+        QCOMPARE(defaults.data(u"x"_s), std::nullopt);
+    }
+
+    void writesTogetherWhatIsChangedTogether()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        {
+            const auto together = defaults.writeTogether();
+            defaults.setData(key, value);
+            defaults.setBoolean(u"pauseAll"_s, true);
+            QCOMPARE(defaults.data(key), value);
+            QCOMPARE(file.read(), QByteArray());
+        }
+        QCOMPARE(file.read(), "[General]\n" + line + "\npauseAll=true\n");
+    }
+
+    void leavesTheOldFileWhereTheNewOneHasNoSpace()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setData(key, value);
+        const QByteArray before = file.read();
+        const auto complaint = "corvane: the settings cannot be written to " + file.path.toUtf8();
+        QTest::ignoreMessage(QtWarningMsg, complaint.constData());
+        withLittleSpace([&] {
+            defaults.setBoolean(u"pauseAll"_s, true);
+            QCoreApplication::processEvents();
+        });
+        QCOMPARE(file.read(), before);
+
+        defaults.remove(u"absent"_s);
+        QCOMPARE(file.read(), before + "pauseAll=true\n");
+    }
+
+    void saysOnceWhatItCannotWriteAndKeepsItUntilTheEnd()
+    {
+        IniUserDefaults defaults(u"/dev/null/Corvane/Corvane.conf"_s);
+        QTest::ignoreMessage(
+            QtWarningMsg,
+            "corvane: the settings cannot be written to /dev/null/Corvane/Corvane.conf");
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        defaults.setData(key, value);
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QCOMPARE(defaults.data(key), value);
+        QCOMPARE(defaults.boolean(u"pauseAll"_s), true);
+    }
 };
 
-QTEST_APPLESS_MAIN(IniUserDefaultsTest)
+QTEST_GUILESS_MAIN(IniUserDefaultsTest)
 #include "IniUserDefaultsTest.moc"

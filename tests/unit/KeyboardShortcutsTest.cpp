@@ -95,8 +95,8 @@ private Q_SLOTS:
         HotkeyCenter center(platform.hotkeys, platform.userDefaults);
         setShortcut(Shortcut{40, 256}, mailName, platform.userDefaults, center);
         QCOMPARE(platform.userDefaults.values,
-                 (QHash<QString, QByteArray>{
-                     {mailKey, R"({"carbonKeyCode":40,"carbonModifiers":256})"}}));
+                 (QHash<QString, QVariant>{
+                     {mailKey, QByteArray(R"({"carbonKeyCode":40,"carbonModifiers":256})")}}));
     }
 
     void readsWhatItStored()
