@@ -1,8 +1,10 @@
-// What can be opened as an application, and what is said where it cannot.
+// What can be opened, how it is started, and what is said where that fails.
 
 #include "platform/linux/LinuxWorkspace.h"
 #include "support/RecordedApp.h"
+#include "support/RecordedService.h"
 
+#include <QDBusObjectPath>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,10 +14,12 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+const UserActivation someActivation{.x11Time = 123456};
+
 /// Opens an application and awaits how that ends: an empty text is success.
-QString open(const QString &path)
+QString openApplication(const QString &path, const UserActivation &activation = someActivation)
 {
-    LinuxWorkspace workspace;
+    LinuxWorkspace workspace(activation);
     const auto outcome = std::make_shared<std::optional<QString>>();
     workspace.openApplication(path, [outcome](const std::optional<Error> &error) {
         *outcome = error ? error->description : QString();
@@ -23,11 +27,20 @@ QString open(const QString &path)
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) ? **outcome : u"hangs"_s;
 }
 
+/// Opens a file, a folder or an address, and awaits whether that worked.
+bool open(const QUrl &url)
+{
+    LinuxWorkspace workspace(someActivation);
+    const auto outcome = std::make_shared<std::optional<bool>>();
+    workspace.open(url, [outcome](bool isOpened) { *outcome = isOpened; });
+    return QTest::qWaitFor([outcome] { return outcome->has_value(); }) && **outcome;
+}
+
 /// A file with that content.
 class File
 {
 public:
-    File(const QString &name, const QByteArray &content, bool isExecutable)
+    File(const QString &name, const QByteArray &content, bool isExecutable = false)
         : m_path(m_folder.filePath(name))
     {
         QFile file(m_path);
@@ -38,15 +51,41 @@ public:
     }
 
     QString path() const { return m_path; }
+    QString folder() const { return m_folder.path(); }
 
 private:
     QTemporaryDir m_folder;
     QString m_path;
 };
 
-std::string folderOf(const nlohmann::json &start)
+QByteArray text(const nlohmann::json &value)
 {
-    return start["folder"].get<std::string>();
+    return QByteArray::fromStdString(value.dump());
+}
+
+/// Has programs looked for in that folder only, until the end of the returned value.
+auto usePath(const QString &folder)
+{
+    const QByteArray before = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(folder));
+    return qScopeGuard([before] { qputenv("PATH", before); });
+}
+
+/// The one start of the application, once it has come; empty if it does not come.
+nlohmann::json startOf(const RecordedApp &app)
+{
+    return QTest::qWaitFor([&app] { return app.starts().size() == 1; }) ? app.starts().constFirst()
+                                                                        : nlohmann::json::object();
+}
+
+QString busAddress()
+{
+    return qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+}
+
+QByteArray variable(const char *name)
+{
+    return qgetenv(name);
 }
 } // namespace
 
@@ -54,24 +93,44 @@ class LinuxWorkspaceTest : public QObject
 {
     Q_OBJECT
 
+private:
+    const RecordedApp m_handler{"%U"};
+
 private Q_SLOTS:
+    void initTestCase()
+    {
+        m_handler.openByDefault({"inode/directory", "text/plain", "x-scheme-handler/https",
+                                 "x-scheme-handler/shortcuts"},
+                                qEnvironmentVariable("XDG_DATA_HOME"),
+                                qEnvironmentVariable("XDG_CONFIG_HOME"));
+    }
+
+    // Applications
+
     void opensADesktopFileInTheHomeFolder()
     {
         const RecordedApp app("--name %c --file %k");
-        QCOMPARE(open(app.desktopFile()), QString());
-        QTRY_COMPARE(app.starts().size(), 1);
-        const auto start = app.starts().constFirst();
-        QCOMPARE(folderOf(start), QDir::homePath().toStdString());
-        QCOMPARE(QByteArray::fromStdString(start["arguments"].dump()),
-                 R"(["--name","Recorded","--file",")" + app.desktopFile().toUtf8() + R"("])");
+        QCOMPARE(openApplication(app.desktopFile()), QString());
+        const auto start = startOf(app);
+        QCOMPARE(text(start["folder"]), '"' + QDir::homePath().toUtf8() + '"');
+        QCOMPARE(text(start["arguments"]),
+                 "[\"--name\",\"Recorded\",\"--file\",\"" + app.desktopFile().toUtf8() + "\"]");
     }
 
     void opensADesktopFileInTheFolderThatItNames()
     {
         const RecordedApp app({}, "Path=/usr/share");
-        QCOMPARE(open(app.desktopFile()), QString());
-        QTRY_COMPARE(app.starts().size(), 1);
-        QCOMPARE(folderOf(app.starts().constFirst()), std::string("/usr/share"));
+        QCOMPARE(openApplication(app.desktopFile()), QString());
+        QCOMPARE(text(startOf(app)["folder"]), QByteArray("\"/usr/share\""));
+    }
+
+    void opensADesktopFileInTheRootFolderWithoutAHome()
+    {
+        const auto restored = qScopeGuard([home = variable("HOME")] { qputenv("HOME", home); });
+        qputenv("HOME", "/dev/null");
+        const RecordedApp app;
+        QCOMPARE(openApplication(app.desktopFile()), QString());
+        QCOMPARE(text(startOf(app)["folder"]), QByteArray("\"/\""));
     }
 
     void opensAnExecutableFile()
@@ -79,11 +138,62 @@ private Q_SLOTS:
         const RecordedApp app;
         const File program(u"program with blanks"_s, "#!/bin/sh\nexec " + app.command() + '\n',
                            true);
-        QCOMPARE(open(program.path()), QString());
-        QTRY_COMPARE(app.starts().size(), 1);
+        QCOMPARE(openApplication(program.path()), QString());
+        QVERIFY(!startOf(app).empty());
     }
 
-    void saysWhyItCannotOpenSomething_data()
+    void opensAnApplicationInATerminal()
+    {
+        const RecordedApp app("two \"more words\"", "Terminal=true\nPath=/usr/share");
+        // What terminals have in common: the command comes last.
+        const File terminal(u"xterm"_s, "#!/bin/sh\nshift\nexec \"$@\"\n", true);
+        const auto restored = usePath(terminal.folder());
+        QCOMPARE(openApplication(app.desktopFile()), QString());
+        const auto start = startOf(app);
+        QCOMPARE(text(start["arguments"]), QByteArray("[\"two\",\"more words\"]"));
+        QCOMPARE(text(start["folder"]), QByteArray("\"/usr/share\""));
+        QCOMPARE(text(start["leadsItsSession"]), QByteArray("true"));
+        QCOMPARE(text(start["descriptors"]), QByteArray("[0,1,2]"));
+        QCOMPARE(text(start["hasDefaultSignals"]), QByteArray("true"));
+        QVERIFY(text(start["startupId"]).endsWith("_TIME123456\""));
+    }
+
+    void activatesAnApplicationOnTheBus()
+    {
+        const RecordedApp app({}, "DBusActivatable=true");
+        const File file(u"org.example.Two-Words.desktop"_s, app.content());
+        const RecordedService service(busAddress(), u"org.example.Two-Words"_s,
+                                      RecordedService::reply({}));
+        QCOMPARE(openApplication(file.path()), QString());
+        const QStringList calls = service.calls(u"Activate"_s);
+        QCOMPARE(calls.size(), 1);
+        QVERIFY(calls.constFirst().startsWith(
+            u"/org/example/Two_Words | {desktop-startup-id: corvane-"_s));
+        QVERIFY(calls.constFirst().endsWith(u"_TIME123456}"_s));
+        QVERIFY(app.starts().isEmpty());
+    }
+
+    void startsAnApplicationWhoseFileCannotBeANameOnTheBus()
+    {
+        const RecordedApp app({}, "DBusActivatable=true");
+        QCOMPARE(openApplication(app.desktopFile()), QString());
+        QVERIFY(!startOf(app).empty());
+    }
+
+    void saysWhatTheBusSaid()
+    {
+        const RecordedApp app({}, "DBusActivatable=true");
+        const File file(u"org.example.Refusal.desktop"_s, app.content());
+        const RecordedService service(
+            busAddress(), u"org.example.Refusal"_s,
+            [](const QDBusMessage &message, const QDBusConnection &connection) {
+                return connection.send(
+                    message.createErrorReply(QDBusError::AccessDenied, u"Not now"_s));
+            });
+        QCOMPARE(openApplication(file.path()), u"Not now"_s);
+    }
+
+    void saysWhyItCannotOpenAnApplication_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
@@ -95,10 +205,9 @@ private Q_SLOTS:
                                << "[Desktop Entry]\nType=Application\nName=X\n" + lines << false
                                << reason;
         };
-        addDesktopFile("a program that is not there", "Exec=/nowhere/program\n",
-                       u"The app could not be started."_s);
-        addDesktopFile("an Exec line that is none", "Exec=\"record\n",
-                       u"The app could not be started."_s);
+        const QString notStarted = u"The app could not be started."_s;
+        addDesktopFile("a program that is not there", "Exec=/nowhere/program\n", notStarted);
+        addDesktopFile("an Exec line that is none", "Exec=\"record\n", notStarted);
         addDesktopFile("a folder that is not there", "Exec=true\nPath=/nowhere\n",
                        u"No such file or directory"_s);
         addDesktopFile("a terminal where there is none", "Exec=true\nTerminal=true\n",
@@ -106,27 +215,136 @@ private Q_SLOTS:
         addDesktopFile("a service that is not there", "Exec=true\nDBusActivatable=true\n",
                        u"The name org.example.X was not provided by any .service files"_s);
         QTest::newRow("no desktop file")
-            << u"x.desktop"_s << QByteArray("hello") << false << u"The app could not be started."_s;
+            << u"x.desktop"_s << QByteArray("hello") << false << notStarted;
         QTest::newRow("a file that is no program")
             << u"x"_s << QByteArray("hello") << true << u"Exec format error"_s;
         QTest::newRow("a program for nobody") << u"x"_s << QByteArray("#!/bin/sh\n") << false
                                               << u"“%1” is not an executable program."_s;
     }
-    void saysWhyItCannotOpenSomething()
+    void saysWhyItCannotOpenAnApplication()
     {
         QFETCH(const QString, name);
         QFETCH(const QByteArray, content);
         QFETCH(const bool, isExecutable);
         QFETCH(const QString, reason);
         const File file(name, content, isExecutable);
-        QCOMPARE(open(file.path()), reason.contains(u"%1"_s) ? reason.arg(file.path()) : reason);
+        // There is "true", and no terminal.
+        const File program(u"true"_s, "#!/bin/sh\n", true);
+        const auto restored = usePath(program.folder());
+        QCOMPARE(openApplication(file.path()),
+                 reason.contains(u"%1"_s) ? reason.arg(file.path()) : reason);
     }
 
     void saysThatAFolderIsNoProgram()
     {
-        QCOMPARE(open(u"/usr"_s), u"“/usr” is not an executable program."_s);
+        QCOMPARE(openApplication(u"/usr"_s), u"“/usr” is not an executable program."_s);
+    }
+
+    // What windows come to the front by, and what children live in
+
+    void givesAnApplicationTheTimeOfTheUsersAction()
+    {
+        const RecordedApp first;
+        const RecordedApp second;
+        QCOMPARE(openApplication(first.desktopFile()), QString());
+        QCOMPARE(openApplication(second.desktopFile()), QString());
+        const QByteArray firstId = text(startOf(first)["startupId"]);
+        const QByteArray secondId = text(startOf(second)["startupId"]);
+        QVERIFY(firstId.endsWith("_TIME123456\""));
+        QVERIFY(secondId.endsWith("_TIME123456\""));
+        QVERIFY(firstId != secondId);
+    }
+
+    void handsOnNothingThatItWasStartedWithItself()
+    {
+        const auto restored = qScopeGuard([] {
+            qunsetenv("DESKTOP_STARTUP_ID");
+            qunsetenv("XDG_ACTIVATION_TOKEN");
+        });
+        qputenv("DESKTOP_STARTUP_ID", "launcher-1_TIME1");
+        qputenv("XDG_ACTIVATION_TOKEN", "token");
+        const RecordedApp app;
+        QCOMPARE(openApplication(app.desktopFile(), {}), QString());
+        const auto start = startOf(app);
+        QCOMPARE(text(start["startupId"]), QByteArray("\"\""));
+        QCOMPARE(text(start["activationToken"]), QByteArray("\"\""));
+    }
+
+    void putsWhatItStartsIntoAScopeOfItsOwn_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QString>("unit");
+        QTest::newRow("a desktop file")
+            << u"org.example.My-App.desktop"_s << u"app-corvane-org.example.My\\x2dApp-%1.scope"_s;
+        QTest::newRow("a program") << u"my program"_s << u"app-corvane-my\\x20program-%1.scope"_s;
+    }
+    void putsWhatItStartsIntoAScopeOfItsOwn()
+    {
+        QFETCH(const QString, fileName);
+        QFETCH(const QString, unit);
+        const RecordedService systemd(busAddress(), u"org.freedesktop.systemd1"_s,
+                                      RecordedService::reply({QVariant::fromValue(
+                                          QDBusObjectPath(u"/org/freedesktop/systemd1/job/1"_s))}));
+        const RecordedApp app;
+        const bool isDesktopFile = fileName.endsWith(u".desktop"_s);
+        const File file(fileName,
+                        isDesktopFile ? app.content() : "#!/bin/sh\nexec " + app.command() + '\n',
+                        !isDesktopFile);
+        QCOMPARE(openApplication(file.path()), QString());
+        const QString process = QString::fromLatin1(text(startOf(app)["process"]));
+        QTRY_COMPARE(systemd.calls(u"StartTransientUnit"_s),
+                     QStringList({u"/org/freedesktop/systemd1 | "_s + unit.arg(process)
+                                  + u" | fail | [(PIDs, [%1]), (CollectMode, inactive-or-failed)]"
+                                    " | []"_s.arg(process)}));
+    }
+
+    // Files, folders and addresses
+
+    void opensByTheDefaultApplication_data()
+    {
+        QTest::addColumn<QUrl>("url");
+        QTest::addColumn<QByteArray>("argument");
+        QTest::newRow("a folder") << QUrl::fromLocalFile(u"/usr/share"_s)
+                                  << QByteArray("file:///usr/share");
+        QTest::newRow("a web address") << QUrl(u"https://example.com/a%20b?c=d%26e#f"_s)
+                                       << QByteArray("https://example.com/a%20b?c=d%26e#f");
+        QTest::newRow("the link of a Shortcut")
+            << QUrl(u"shortcuts://run-shortcut?name=My%20Flow%20%26%20More"_s)
+            << QByteArray("shortcuts://run-shortcut?name=My%20Flow%20%26%20More");
+    }
+    void opensByTheDefaultApplication()
+    {
+        QFETCH(const QUrl, url);
+        QFETCH(const QByteArray, argument);
+        const auto before = m_handler.starts().size();
+        QVERIFY(open(url));
+        QTRY_COMPARE(m_handler.starts().size(), before + 1);
+        QCOMPARE(text(m_handler.starts().constLast()["arguments"]), "[\"" + argument + "\"]");
+    }
+
+    void opensAFileWithAnyNameByTheDefaultApplication()
+    {
+        const File file(u"a b#c%20d?é.txt"_s, "words\n");
+        const auto before = m_handler.starts().size();
+        QVERIFY(open(QUrl::fromLocalFile(file.path())));
+        QTRY_COMPARE(m_handler.starts().size(), before + 1);
+        QCOMPARE(text(m_handler.starts().constLast()["arguments"]),
+                 "[\"file://" + file.folder().toUtf8() + "/a%20b%23c%2520d%3F%C3%A9.txt\"]");
+    }
+
+    void opensNothingThatNothingOpens_data()
+    {
+        QTest::addColumn<QUrl>("url");
+        QTest::newRow("an address") << QUrl(u"gopher://example.com"_s);
+        QTest::newRow("a file") << QUrl::fromLocalFile(QCoreApplication::applicationFilePath());
+        QTest::newRow("a file that is not there") << QUrl::fromLocalFile(u"/nowhere/x.txt"_s);
+    }
+    void opensNothingThatNothingOpens()
+    {
+        QFETCH(const QUrl, url);
+        QVERIFY(!open(url));
     }
 };
 
-QTEST_GUILESS_MAIN(LinuxWorkspaceTest)
+QTEST_MAIN(LinuxWorkspaceTest)
 #include "LinuxWorkspaceTest.moc"

@@ -19,7 +19,8 @@ constexpr HotkeyId someId{0, 1};
 /// The service as the program has it, and the connection that it uses.
 struct Desk {
     X11Connection connection;
-    X11HotkeyService service{connection};
+    UserActivation activation;
+    X11HotkeyService service{connection, activation};
     Keyboard keyboard;
 
     Desk() { service.attachToEventLoop(); }

@@ -3,6 +3,7 @@
 
 #include "platform/Workspace.h"
 
+#include <QList>
 #include <QStringList>
 
 class FakeWorkspace : public Workspace
@@ -12,14 +13,25 @@ public:
                          std::function<void(std::optional<Error>)> completion) override
     {
         opened.append(path);
-        m_completion = std::move(completion);
+        m_completions.append(std::move(completion));
     }
 
-    /// Ends the last opening.
-    void finish(const std::optional<Error> &error = std::nullopt) { m_completion(error); }
+    void open(const QUrl &url, std::function<void(bool isOpened)> completion) override
+    {
+        opened.append(url.toString(QUrl::FullyEncoded));
+        m_completions.append([completion = std::move(completion)](
+                                 const std::optional<Error> &error) { completion(!error); });
+    }
 
+    /// Ends the first opening that has not ended.
+    void finish(const std::optional<Error> &error = std::nullopt)
+    {
+        m_completions.takeFirst()(error);
+    }
+
+    /// Paths of applications, and addresses.
     QStringList opened;
 
 private:
-    std::function<void(std::optional<Error>)> m_completion;
+    QList<std::function<void(std::optional<Error>)>> m_completions;
 };

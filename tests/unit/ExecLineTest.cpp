@@ -45,6 +45,36 @@ private Q_SLOTS:
         QTEST(parseExecLine(line, fields).value(), "arguments");
     }
 
+    void putsTheTargetWhereTheLineAsksForIt_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QUrl>("target");
+        QTest::addColumn<QStringList>("arguments");
+        const auto add = [](const char *row, const QString &line, const QUrl &target,
+                            const QStringList &arguments) {
+            QTest::newRow(row) << line << target << arguments;
+        };
+        const QUrl file = QUrl::fromLocalFile(u"/a b/c%.txt"_s);
+        const QUrl address(u"https://example.com/a%20b"_s);
+        add("a file by its path", u"mail %f -x"_s, file, {u"mail"_s, u"/a b/c%.txt"_s, u"-x"_s});
+        add("files by their paths", u"mail %F"_s, file, {u"mail"_s, u"/a b/c%.txt"_s});
+        add("a file by its address", u"mail %u"_s, file, {u"mail"_s, u"file:///a%20b/c%25.txt"_s});
+        add("an address", u"mail %U"_s, address, {u"mail"_s, u"https://example.com/a%20b"_s});
+        add("within an argument", u"mail --open=%u"_s, address,
+            {u"mail"_s, u"--open=https://example.com/a%20b"_s});
+        add("a file that is not asked for", u"mail -x"_s, file,
+            {u"mail"_s, u"-x"_s, u"/a b/c%.txt"_s});
+        add("an address that is not asked for", u"mail"_s, address,
+            {u"mail"_s, u"https://example.com/a%20b"_s});
+        add("an address for a program that opens files only", u"mail %f"_s, address, {u"mail"_s});
+    }
+    void putsTheTargetWhereTheLineAsksForIt()
+    {
+        QFETCH(const QString, line);
+        QFETCH(const QUrl, target);
+        QTEST(parseExecLine(line, {.target = target}).value(), "arguments");
+    }
+
     void leavesOutAnIconThatIsNotThere()
     {
         QCOMPARE(parseExecLine(u"mail %i -x"_s, {}).value(), QStringList({u"mail"_s, u"-x"_s}));

@@ -42,7 +42,7 @@ Result<LinuxPlatform *> LinuxPlatform::make()
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     : m_x11(std::move(x11))
-    , m_x11Hotkeys(m_x11 && m_x11->hasXkb() ? std::make_unique<X11HotkeyService>(*m_x11) : nullptr)
+    , m_x11Hotkeys(m_x11 && m_x11->hasXkb() ? std::make_unique<X11HotkeyService>(*m_x11, m_activation) : nullptr)
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_services{

@@ -34,10 +34,11 @@ private:
     explicit LinuxPlatform(std::unique_ptr<X11Connection> x11);
     static Result<LinuxPlatform *> make();
 
+    UserActivation m_activation;
     std::unique_ptr<X11Connection> m_x11;
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;
     IniUserDefaults m_userDefaults;
-    LinuxWorkspace m_workspace;
+    LinuxWorkspace m_workspace{m_activation};
     Platform m_services;
 };

@@ -1,20 +1,22 @@
-// Opens applications: .desktop files as the desktop reads them, and executable files.
+// Opens applications (.desktop files and executable files) and, by their default applications,
+// files, folders and addresses.
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/linux/launch/ChildReaper.h"
+#include "platform/linux/launch/AppLauncher.h"
+#include "platform/linux/launch/DesktopAppCache.h"
 
 class LinuxWorkspace : public Workspace
 {
 public:
+    /// The activation must outlive it.
+    explicit LinuxWorkspace(const UserActivation &activation);
+
     void openApplication(const QString &path,
                          std::function<void(std::optional<Error>)> completion) override;
+    void open(const QUrl &url, std::function<void(bool isOpened)> completion) override;
 
 private:
-    using Completion = std::function<void(std::optional<Error>)>;
-
-    void openDesktopFile(const QString &path, Completion completion);
-    std::optional<Error> start(const QStringList &arguments, const QString &workingFolder);
-
-    ChildReaper m_reaper;
+    AppLauncher m_launcher;
+    DesktopAppCache m_apps;
 };

@@ -16,7 +16,15 @@ public:
     /// The program and the arguments that record a start, as an Exec line has them.
     QByteArray command() const;
 
+    /// Of its .desktop file.
+    QByteArray content() const;
+
     QString desktopFile() const { return m_folder.filePath(QStringLiteral("app.desktop")); }
+
+    /// Makes it what opens these content types by default (x-scheme-handler/… for addresses) for
+    /// whoever has these XDG folders, and nothing else what opens any.
+    void openByDefault(const QList<QByteArray> &contentTypes, const QString &dataHome,
+                       const QString &configHome) const;
 
     /// What record-start wrote, in the order of the starts so far.
     QList<nlohmann::json> starts() const;

@@ -1,13 +1,17 @@
 // Adds one line of JSON about how it was started to the file that its first argument names. With
-// --grab-keyboard it first tries to take the keyboard for itself.
+// --grab-keyboard it first tries to take the keyboard for itself, and gives it back when it ends:
+// at once, or with --until-gone FILE when that file is not there any more.
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 #include <xcb/xcb.h>
@@ -37,6 +41,12 @@ bool hasDefaultSignals()
     return true;
 }
 
+std::string variable(const char *name)
+{
+    const char *const value = std::getenv(name);
+    return value ? value : std::string();
+}
+
 std::string target(const char *link)
 {
     char path[PATH_MAX];
@@ -44,20 +54,54 @@ std::string target(const char *link)
     return length < 0 ? std::string() : std::string(path, static_cast<size_t>(length));
 }
 
-/// What the X server answers: 0 is success.
-int grabKeyboard()
+/// Takes the keyboard for itself.
+class KeyboardGrab
 {
-    auto *const connection = xcb_connect(nullptr, nullptr);
-    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    auto *const reply =
-        xcb_grab_keyboard_reply(connection,
-                                xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr);
-    const int status = reply->status;
-    std::free(reply);
-    xcb_disconnect(connection);
-    return status;
+public:
+    KeyboardGrab()
+        : m_connection(xcb_connect(nullptr, nullptr))
+    {
+        const auto root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+        auto *const reply =
+            xcb_grab_keyboard_reply(m_connection,
+                                    xcb_grab_keyboard(m_connection, 0, root, XCB_CURRENT_TIME,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                    nullptr);
+        m_status = reply->status;
+        std::free(reply);
+    }
+    ~KeyboardGrab()
+    {
+        // Answered, so that the grab has gone for certain when this program has.
+        xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+        std::free(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+        xcb_disconnect(m_connection);
+    }
+    KeyboardGrab(const KeyboardGrab &) = delete;
+    KeyboardGrab &operator=(const KeyboardGrab &) = delete;
+
+    /// What the X server answered: 0 is success.
+    int status() const { return m_status; }
+
+private:
+    xcb_connection_t *m_connection;
+    int m_status;
+};
+
+/// The argument behind the option; empty if there is none.
+std::string valueOf(const char *option, const std::vector<std::string> &arguments)
+{
+    const auto found = std::ranges::find(arguments, option);
+    return found == arguments.end() || std::next(found) == arguments.end() ? std::string()
+                                                                           : *std::next(found);
+}
+
+bool record(const nlohmann::json &start, const char *path)
+{
+    const std::string line = start.dump() + '\n';
+    const int file = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+    return write(file, line.data(), line.size()) == static_cast<ssize_t>(line.size());
 }
 } // namespace
 
@@ -66,19 +110,27 @@ int main(int argc, char *argv[])
     if (argc < 2)
         return EXIT_FAILURE;
     const std::vector<std::string> arguments(argv + 2, argv + argc);
-    const bool grabs = std::ranges::find(arguments, "--grab-keyboard") != arguments.end();
-    const nlohmann::json start{
-        {"arguments", arguments},
-        {"keyboardGrab", grabs ? nlohmann::json(grabKeyboard()) : nlohmann::json()},
-        {"folder", target("/proc/self/cwd")},
-        {"input", target("/proc/self/fd/0")},
-        {"descriptors", openDescriptors()},
-        {"leadsItsSession", getsid(0) == getpid()},
-        {"hasDefaultSignals", hasDefaultSignals()},
-    };
-    const std::string line = start.dump() + '\n';
-    const int file = open(argv[1], O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    return write(file, line.data(), line.size()) == static_cast<ssize_t>(line.size())
-        ? EXIT_SUCCESS
-        : EXIT_FAILURE;
+    // Before any connection is open.
+    const auto descriptors = openDescriptors();
+    std::optional<KeyboardGrab> grab;
+    if (std::ranges::find(arguments, "--grab-keyboard") != arguments.end())
+        grab.emplace();
+    const bool isRecorded = record(
+        {
+            {"arguments", arguments},
+            {"keyboardGrab", grab ? nlohmann::json(grab->status()) : nlohmann::json()},
+            {"folder", target("/proc/self/cwd")},
+            {"input", target("/proc/self/fd/0")},
+            {"process", getpid()},
+            {"startupId", variable("DESKTOP_STARTUP_ID")},
+            {"activationToken", variable("XDG_ACTIVATION_TOKEN")},
+            {"descriptors", descriptors},
+            {"leadsItsSession", getsid(0) == getpid()},
+            {"hasDefaultSignals", hasDefaultSignals()},
+        },
+        argv[1]);
+    const std::string awaited = valueOf("--until-gone", arguments);
+    while (access(awaited.c_str(), F_OK) == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return isRecorded ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
 /// What field codes stand for.
 struct ExecFields {
@@ -14,8 +15,11 @@ struct ExecFields {
     QString icon;
     /// %k: where the .desktop file is.
     QString desktopFile;
+    /// %f, %F, %u, %U: the file, folder or address to open; empty if there is none.
+    QUrl target;
 };
 
-/// The program and its arguments, without files or addresses to open: %f, %F, %u, %U and the
-/// deprecated codes stand for nothing. An error if the quoting is broken or nothing is left.
+/// The program and its arguments; a target that no code asks for comes last. Deprecated codes, and
+/// %f where the target is no file, stand for nothing. An error if the quoting is broken or nothing
+/// is left.
 Result<QStringList> parseExecLine(const QString &line, const ExecFields &fields);

@@ -3,11 +3,21 @@
 
 #include "foundation/Result.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <sys/types.h>
 
-/// Starts arguments[0], a path or a name to be found in PATH, in a session of its own, with
-/// default signals, nothing to read, our output and error, and none of our other descriptors.
-/// No shell is involved. The child's process id; the caller reaps it.
-Result<pid_t> spawn(const QStringList &arguments, const QString &workingFolder);
+struct SpawnRequest {
+    /// The program, a path or a name to be found in PATH, and what it is given.
+    QStringList arguments;
+    /// Empty for the home folder, or the root folder where there is no home.
+    QString workingFolder;
+    /// What the program's first window carries; none of ours is handed on. May be empty.
+    QByteArray startupId;
+};
+
+/// Starts a program in a session of its own, with default signals, nothing to read, our output and
+/// error, and none of our other descriptors. No shell is involved. The child's process id; the
+/// caller reaps it.
+Result<pid_t> spawn(const SpawnRequest &request);

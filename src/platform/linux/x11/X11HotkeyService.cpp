@@ -25,8 +25,9 @@ const Event &as(const xcb_generic_event_t &event)
 }
 } // namespace
 
-X11HotkeyService::X11HotkeyService(const X11Connection &connection)
+X11HotkeyService::X11HotkeyService(const X11Connection &connection, UserActivation &activation)
     : m_connection(connection)
+    , m_activation(activation)
     , m_grabs(connection)
 {
     m_heldKeysTimer.setInterval(heldKeysInterval);
@@ -259,8 +260,10 @@ void X11HotkeyService::handlePress(const xcb_key_press_event_t &press)
     // At once, and not at the key's release, or what is started could not grab the keyboard.
     xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
     xcb_flush(m_connection.get());
-    if (isOurs && m_handler)
+    if (isOurs && m_handler) {
+        m_activation.x11Time = press.time;
         m_handler(target->second);
+    }
 }
 
 void X11HotkeyService::checkHeldKeys()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/HotkeyService.h"
+#include "platform/linux/UserActivation.h"
 #include "platform/linux/x11/KeyGrabs.h"
 #include "platform/linux/x11/PressFilter.h"
 #include "platform/linux/x11/X11Keyboard.h"
@@ -22,9 +23,9 @@ class X11HotkeyService : public QObject, public HotkeyService
     Q_OBJECT
 
 public:
-    /// The connection must be open, have XKB, be used by nobody else, and outlive the service.
-    /// Needs no QApplication yet.
-    explicit X11HotkeyService(const X11Connection &connection);
+    /// The connection must be open, have XKB, be used by nobody else, and outlive the service. Each
+    /// press is noted as the user's latest activation. Needs no QApplication yet.
+    X11HotkeyService(const X11Connection &connection, UserActivation &activation);
 
     void installHandler(std::function<void(HotkeyId)> handler) override;
     std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
@@ -77,6 +78,7 @@ private:
     void checkHeldKeys();
 
     const X11Connection &m_connection;
+    UserActivation &m_activation;
     uint8_t m_xkbEvent = 0;
     X11Keyboard m_keyboard;
     KeyGrabs m_grabs;

@@ -1,0 +1,91 @@
+#include "platform/linux/launch/AppLauncher.h"
+
+#include "platform/linux/launch/DBusActivation.h"
+#include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/launch/ExecLine.h"
+#include "platform/linux/launch/Spawn.h"
+#include "platform/linux/launch/SystemdScope.h"
+#include "platform/linux/launch/TerminalLaunch.h"
+#include "platform/linux/x11/StartupNotification.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+QByteArray newStartupId(const UserActivation &activation)
+{
+    return activation.x11Time ? StartupNotification::newId(*activation.x11Time) : QByteArray();
+}
+
+QString withoutSuffix(const QString &desktopFileName)
+{
+    return desktopFileName.chopped(QLatin1StringView(".desktop").size());
+}
+
+void announce(const DesktopApp &app, const QString &program, const QByteArray &startupId)
+{
+    if (startupId.isEmpty() || !app.isTrue("StartupNotify"))
+        return;
+    StartupNotification::announce(startupId,
+                                  {.name = app.name(),
+                                   .icon = app.text("Icon"),
+                                   .program = program.section(u'/', -1),
+                                   .windowClass = app.text("StartupWMClass")});
+}
+
+Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const QByteArray &startupId)
+{
+    const auto arguments = parseExecLine(app.text("Exec"),
+                                         {.name = app.name(),
+                                          .icon = app.text("Icon"),
+                                          .desktopFile = app.file(),
+                                          .target = target});
+    if (!arguments)
+        return arguments.error();
+    auto child = spawn({*arguments, app.text("Path"), startupId});
+    if (child)
+        announce(app, arguments->constFirst(), startupId);
+    return child;
+}
+} // namespace
+
+AppLauncher::AppLauncher(const UserActivation &activation)
+    : m_activation(activation)
+{
+}
+
+void AppLauncher::launch(const DesktopApp &app, const QUrl &target,
+                         std::function<void(std::optional<Error>)> completion)
+{
+    if (app.isTrue("DBusActivatable") && DBusActivation::isPossible(withoutSuffix(app.id())))
+        DBusActivation::open(withoutSuffix(app.id()), target, newStartupId(m_activation),
+                             std::move(completion));
+    else
+        completion(launchProgramOf(app, target));
+}
+
+std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const QUrl &target)
+{
+    const QByteArray startupId = newStartupId(m_activation);
+    const auto child = app.isTrue("Terminal") ? launchInTerminal(app, target, startupId)
+                                              : launchExecLine(app, target, startupId);
+    if (!child)
+        return child.error();
+    release(*child, withoutSuffix(app.id()));
+    return std::nullopt;
+}
+
+std::optional<Error> AppLauncher::launchProgram(const QString &path)
+{
+    const auto child = spawn({{path}, {}, newStartupId(m_activation)});
+    if (!child)
+        return child.error();
+    release(*child, path.section(u'/', -1));
+    return std::nullopt;
+}
+
+void AppLauncher::release(pid_t child, const QString &app)
+{
+    m_reaper.reapWhenEnded(child);
+    moveToScopeOfItsOwn(child, app);
+}

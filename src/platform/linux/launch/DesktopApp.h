@@ -1,0 +1,41 @@
+// An application as its .desktop file describes it, as GIO reads it.
+#pragma once
+
+#include <QString>
+#include <QUrl>
+#include <gio/gdesktopappinfo.h>
+#include <memory>
+#include <optional>
+
+class DesktopApp
+{
+public:
+    /// Nothing if the file is none, is malformed, or its program is not there: GIO does not tell.
+    static std::optional<DesktopApp> fromFile(const QString &path);
+
+    /// What opens such a file, folder or address by default; nothing if nothing does.
+    static std::optional<DesktopApp> defaultFor(const QUrl &url);
+
+    /// The name of its file, such as org.gnome.Maps.desktop.
+    QString id() const;
+    QString file() const;
+    /// What the user sees as its name.
+    QString name() const;
+    /// A value of the file's main group, empty if there is none.
+    QString text(const char *key) const;
+    bool isTrue(const char *key) const;
+
+    GDesktopAppInfo *get() const { return m_info.get(); }
+
+private:
+    struct Unref {
+        void operator()(gpointer object) const { g_object_unref(object); }
+    };
+
+    explicit DesktopApp(GDesktopAppInfo *info)
+        : m_info(info)
+    {
+    }
+
+    std::unique_ptr<GDesktopAppInfo, Unref> m_info;
+};

@@ -1,0 +1,100 @@
+#include "platform/linux/launch/SystemdScope.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QList>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// (sv)
+struct UnitProperty {
+    QString name;
+    QDBusVariant value;
+};
+
+/// (sa(sv))
+struct AuxiliaryUnit {
+    QString name;
+    QList<UnitProperty> properties;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const UnitProperty &property)
+{
+    argument.beginStructure();
+    argument << property.name << property.value;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, UnitProperty &property)
+{
+    argument.beginStructure();
+    argument >> property.name >> property.value;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument &operator<<(QDBusArgument &argument, const AuxiliaryUnit &unit)
+{
+    argument.beginStructure();
+    argument << unit.name << unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, AuxiliaryUnit &unit)
+{
+    argument.beginStructure();
+    argument >> unit.name >> unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+void registerTypes()
+{
+    static const bool once = [] {
+        qDBusRegisterMetaType<UnitProperty>();
+        qDBusRegisterMetaType<QList<UnitProperty>>();
+        qDBusRegisterMetaType<AuxiliaryUnit>();
+        qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
+        qDBusRegisterMetaType<QList<uint>>();
+        return true;
+    }();
+    Q_UNUSED(once)
+}
+
+/// As systemd escapes what stands between the hyphens of a unit's name.
+QString escaped(const QString &text)
+{
+    QString safe;
+    for (const char byte : text.toUtf8()) {
+        const bool isSafe = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z')
+            || (byte >= '0' && byte <= '9') || byte == '_' || byte == '.';
+        safe += isSafe ? QString(QLatin1Char(byte))
+                       : u"\\x%1"_s.arg(uchar(byte), 2, 16, QLatin1Char('0'));
+    }
+    return safe.left(180);
+}
+} // namespace
+
+void moveToScopeOfItsOwn(pid_t process, const QString &app)
+{
+    registerTypes();
+    const QList<UnitProperty> properties{
+        {u"PIDs"_s, QDBusVariant(QVariant::fromValue(QList<uint>{uint(process)}))},
+        {u"CollectMode"_s, QDBusVariant(u"inactive-or-failed"_s)},
+    };
+    auto call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.systemd1"_s, u"/org/freedesktop/systemd1"_s,
+        u"org.freedesktop.systemd1.Manager"_s, u"StartTransientUnit"_s);
+    // Where systemd does not run, nobody should be started to say so.
+    call.setAutoStartService(false);
+    call << u"app-corvane-%1-%2.scope"_s.arg(escaped(app)).arg(process) << u"fail"_s
+         << QVariant::fromValue(properties) << QVariant::fromValue(QList<AuxiliaryUnit>());
+    QDBusConnection::sessionBus().send(call);
+}

@@ -1,0 +1,66 @@
+#include "platform/linux/launch/TerminalLaunch.h"
+
+#include "platform/linux/launch/DesktopApp.h"
+
+#include <memory>
+#include <unistd.h>
+
+namespace
+{
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+using LaunchContext = std::unique_ptr<GAppLaunchContext, Unref>;
+
+LaunchContext contextWith(const QByteArray &startupId)
+{
+    LaunchContext context(g_app_launch_context_new());
+    g_app_launch_context_unsetenv(context.get(), "XDG_ACTIVATION_TOKEN");
+    g_app_launch_context_unsetenv(context.get(), "DESKTOP_STARTUP_ID");
+    if (!startupId.isEmpty())
+        g_app_launch_context_setenv(context.get(), "DESKTOP_STARTUP_ID", startupId.constData());
+    return context;
+}
+
+/// What the child needs to know, and what is to be known of it.
+struct Child {
+    /// Null where GIO itself enters the folder that the file names.
+    const char *home;
+    pid_t process = 0;
+};
+
+/// In the child, before it becomes the terminal.
+void prepare(gpointer data)
+{
+    const auto *const child = static_cast<Child *>(data);
+    setsid();
+    [[maybe_unused]] const bool isThere =
+        !child->home || chdir(child->home) == 0 || chdir("/") == 0;
+}
+
+void note(GDesktopAppInfo *, GPid process, gpointer data)
+{
+    static_cast<Child *>(data)->process = process;
+}
+} // namespace
+
+Result<pid_t> launchInTerminal(const DesktopApp &app, const QUrl &target,
+                               const QByteArray &startupId)
+{
+    const LaunchContext context = contextWith(startupId);
+    const QByteArray home = qgetenv("HOME");
+    Child child{app.text("Path").isEmpty() ? home.constData() : nullptr};
+    QByteArray address = target.toEncoded();
+    GList addresses{address.data(), nullptr, nullptr};
+    GError *error = nullptr;
+    g_desktop_app_info_launch_uris_as_manager(
+        app.get(), target.isEmpty() ? nullptr : &addresses, context.get(),
+        GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD), prepare, &child, note, &child,
+        &error);
+    if (error) {
+        const Error failure{QString::fromUtf8(error->message)};
+        g_error_free(error);
+        return failure;
+    }
+    return child.process;
+}

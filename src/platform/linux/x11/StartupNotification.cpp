@@ -1,0 +1,83 @@
+#include "platform/linux/x11/StartupNotification.h"
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
+{
+    const auto request =
+        xcb_intern_atom(connection, false, uint16_t(name.size()), name.constData());
+    const XcbPointer<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, request, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+QByteArray member(const QByteArray &key, const QString &value)
+{
+    if (value.isEmpty())
+        return {};
+    QString text = value;
+    text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+    return ' ' + key + "=\"" + text.toUtf8() + '"';
+}
+
+/// A message to all that listen, in pieces of 20 bytes which one window holds together.
+void broadcast(xcb_connection_t *connection, QByteArray message)
+{
+    const auto begin = atom(connection, "_NET_STARTUP_INFO_BEGIN");
+    const auto next = atom(connection, "_NET_STARTUP_INFO");
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const auto window = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 8;
+    event.window = window;
+    event.type = begin;
+    constexpr qsizetype pieceSize = sizeof event.data.data8;
+    // The end is a zero byte.
+    message.append('\0');
+    message.append((pieceSize - message.size() % pieceSize) % pieceSize, '\0');
+    for (qsizetype i = 0; i < message.size(); i += pieceSize) {
+        std::copy_n(message.constData() + i, pieceSize, event.data.data8);
+        xcb_send_event(connection, false, root, XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       reinterpret_cast<const char *>(&event));
+        event.type = next;
+    }
+    xcb_destroy_window(connection, window);
+    xcb_flush(connection);
+}
+} // namespace
+
+namespace StartupNotification
+{
+
+QByteArray newId(quint32 userTime)
+{
+    static int count = 0;
+    return "corvane-" + QByteArray::number(getpid()) + '-' + QByteArray::number(++count) + "_TIME"
+        + QByteArray::number(userTime);
+}
+
+void announce(const QByteArray &id, const StartingApp &app)
+{
+    // Not the connection of the hot keys: a press that the replies overtake would go unnoticed.
+    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11)
+        return;
+    broadcast(x11->connection(),
+              "new:" + member("ID", QString::fromLatin1(id)) + member("NAME", app.name)
+                  + member("SCREEN", u"0"_s) + member("BIN", app.program) + member("ICON", app.icon)
+                  + member("WMCLASS", app.windowClass));
+}
+
+} // namespace StartupNotification

@@ -1,0 +1,27 @@
+// How windows of started programs are known on X11 to be what the user asked for.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QtGlobal>
+
+namespace StartupNotification
+{
+
+/// A fresh DESKTOP_STARTUP_ID. It carries the time of the user's action, in the server's time, by
+/// which window managers decide whether the new window may have the focus.
+QByteArray newId(quint32 userTime);
+
+struct StartingApp {
+    QString name;
+    QString icon;
+    QString program;
+    /// The class of the window to come, as far as it is known.
+    QString windowClass;
+};
+
+/// Tells the desktop that the application is on its way, so that it can show so until the first
+/// window comes. Only for applications that then say so.
+void announce(const QByteArray &id, const StartingApp &app);
+
+} // namespace StartupNotification
