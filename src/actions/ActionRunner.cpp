@@ -3,6 +3,7 @@
 #include "foundation/Text.h"
 #include "platform/Workspace.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +14,14 @@ namespace ActionRunner
 namespace
 {
 using Completion = std::function<void(RunOutcome)>;
+
+/// Opens an address, and says what it means if that fails.
+void open(const QUrl &url, const QString &failure, Workspace &workspace, Completion completion)
+{
+    workspace.open(url, [failure, completion = std::move(completion)](bool isOpened) {
+        completion(isOpened ? RunOutcome::success() : RunOutcome::failed(failure));
+    });
+}
 
 void runApp(const LaunchEntry &entry, Workspace &workspace, Completion completion)
 {
@@ -29,15 +38,86 @@ void runApp(const LaunchEntry &entry, Workspace &workspace, Completion completio
                            : RunOutcome::success());
         });
 }
+
+/// The name of the file or folder itself; the root folder is "/".
+QString lastPathComponent(const QString &path)
+{
+    const QString name = QFileInfo(QDir::cleanPath(path)).fileName();
+    return name.isEmpty() ? u"/"_s : name;
+}
+
+void runPath(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+{
+    if (missingReason(entry)) {
+        completion(RunOutcome::missing(
+            u"The file or folder for %1 was not found. It may have been moved or deleted."_s.arg(
+                quoted(entry.name))));
+        return;
+    }
+    open(QUrl::fromLocalFile(entry.target),
+         u"macOS could not open %1."_s.arg(quoted(lastPathComponent(entry.target))), workspace,
+         std::move(completion));
+}
+
+std::optional<QUrl> websiteURL(const QString &text)
+{
+    const QString address = text.trimmed();
+    if (!address.startsWith(u"http://"_s) && !address.startsWith(u"https://"_s))
+        return std::nullopt;
+    const QUrl url(address);
+    return url.isValid() && !url.host().isEmpty() ? std::optional(url) : std::nullopt;
+}
+
+void runWebsite(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+{
+    const auto url = websiteURL(entry.target);
+    if (!url) {
+        completion(RunOutcome::failed(
+            u"%1 is not a valid web address. It must start with http:// or https://."_s.arg(
+                quoted(entry.target))));
+        return;
+    }
+    open(*url, u"macOS could not open the website."_s, workspace, std::move(completion));
+}
+
+void runShortcut(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+{
+    const auto url = shortcutURL(entry.target);
+    if (!url) {
+        completion(RunOutcome::failed(
+            u"The Shortcut name %1 could not be turned into a link."_s.arg(quoted(entry.target))));
+        return;
+    }
+    open(*url, u"macOS could not open the Shortcuts app."_s, workspace, std::move(completion));
+}
 } // namespace
 
 void run(const LaunchEntry &entry, Workspace &workspace, Completion completion)
 {
-    if (entry.kind == ActionKind::app)
+    switch (entry.kind) {
+    case ActionKind::app:
         runApp(entry, workspace, std::move(completion));
-    else
-        completion(RunOutcome::failed(
-            u"%1 cannot be run yet: this version opens apps only."_s.arg(quoted(entry.name))));
+        break;
+    case ActionKind::path:
+        runPath(entry, workspace, std::move(completion));
+        break;
+    case ActionKind::website:
+        runWebsite(entry, workspace, std::move(completion));
+        break;
+    case ActionKind::shortcut:
+        runShortcut(entry, workspace, std::move(completion));
+        break;
+    }
+}
+
+std::optional<QUrl> shortcutURL(const QString &name)
+{
+    if (!name.isValidUtf16())
+        return std::nullopt;
+    // Encodes all but letters, digits and -._~
+    const QUrl url(u"shortcuts://run-shortcut?name="_s
+                   + QString::fromLatin1(QUrl::toPercentEncoding(name)));
+    return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
 std::optional<QString> missingReason(const LaunchEntry &entry)
@@ -46,6 +126,11 @@ std::optional<QString> missingReason(const LaunchEntry &entry)
         return std::nullopt;
     // An empty path exists nowhere either.
     return QFileInfo::exists(entry.target) ? std::nullopt : std::optional(u"Not found"_s);
+}
+
+bool isValidWebsite(const QString &text)
+{
+    return websiteURL(text).has_value();
 }
 
 } // namespace ActionRunner

@@ -37,5 +37,7 @@ int main(int argc, char *argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     session.attachToEventLoop();
     terminationSignals.attachToEventLoop();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // Nothing needs closing, and an alert sound may still be under way in a thread.
+    std::_Exit(status);
 }

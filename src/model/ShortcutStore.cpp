@@ -1,34 +1,54 @@
 #include "model/ShortcutStore.h"
 
 #include "actions/ActionRunner.h"
+#include "actions/Notifier.h"
 #include "foundation/Text.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "platform/AlertSound.h"
 #include "platform/Platform.h"
+#include "platform/UserDefaults.h"
 
-#include <QDir>
-#include <QFile>
+#include <QCoreApplication>
 #include <QPointer>
 #include <algorithm>
-#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Only what is certainly not there is no list yet; what just cannot be reached is an error later.
-bool isThere(const QString &path)
+const QString pauseAll = u"pauseAll"_s;
+
+/// Tells the user how a run of the entry ended.
+void tell(const RunOutcome &outcome, const LaunchEntry &entry, const Platform &platform)
 {
-    std::error_code error;
-    const auto status = std::filesystem::symlink_status(QFile::encodeName(path).constData(), error);
-    return status.type() != std::filesystem::file_type::not_found;
+    switch (outcome.outcome) {
+    case RunOutcome::Case::missing:
+        platform.alertSound.beep();
+        Notifier::post(u"Not found"_s, outcome.message, platform);
+        break;
+    case RunOutcome::Case::failed:
+        platform.alertSound.beep();
+        Notifier::post(u"%1 failed"_s.arg(quoted(entry.name)), outcome.message, platform);
+        break;
+    case RunOutcome::Case::success:
+        if (ShortcutStore::showRunNotification(platform.userDefaults))
+            Notifier::post(entry.name, title(entry.kind), platform);
+        break;
+    }
 }
 } // namespace
 
 ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     : m_platform(platform)
     , m_center(center)
+    , m_file(platform.applicationSupport)
+    , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
 {
-    load();
+    auto entries = m_file.read();
+    if (entries)
+        m_entries = std::move(entries).value();
+    else
+        report(u"Your shortcut list could not be loaded."_s, entries.error());
     for (const LaunchEntry &entry : std::as_const(m_entries))
         registerHandler(entry);
     applyEnabledState();
@@ -40,42 +60,108 @@ ShortcutStore &ShortcutStore::shared()
     return *store;
 }
 
-void ShortcutStore::load()
+void ShortcutStore::setPaused(bool paused)
 {
-    auto entries = readEntries();
-    if (entries)
-        m_entries = std::move(entries).value();
+    Q_EMIT willChange();
+    m_paused = paused;
+    m_platform.userDefaults.setBoolean(pauseAll, paused);
+    applyEnabledState();
+}
+
+void ShortcutStore::clearError(const AppError &seen)
+{
+    if (!m_error || m_error->id != seen.id)
+        return;
+    Q_EMIT willChange();
+    m_error.reset();
+}
+
+void ShortcutStore::upsert(const LaunchEntry &entry)
+{
+    Q_EMIT willChange();
+    const auto existing = std::ranges::find(m_entries, entry.id, &LaunchEntry::id);
+    if (existing == m_entries.end())
+        m_entries.append(entry);
     else
-        report(u"Your shortcut list could not be loaded."_s, entries.error());
+        *existing = entry;
+    registerHandler(entry);
+    applyEnabledState();
+    save();
 }
 
-Result<QString> ShortcutStore::storageURL() const
+void ShortcutStore::deleteEntry(const LaunchEntry &entry)
 {
-    if (m_platform.applicationSupport.isEmpty())
-        return Error{u"There is no folder for the data of programs."_s};
-    const QString folder = m_platform.applicationSupport + u"/Corvane"_s;
-    if (!QDir().mkpath(folder))
-        return Error{u"The folder %1 could not be made."_s.arg(quoted(folder))};
-    return folder + u"/entries.json"_s;
+    // A copy: the entry may be one of the list, which ends here.
+    const QUuid id = entry.id;
+    const KeyboardShortcuts::Name name = entry.shortcutName();
+    m_center.handlers.remove(name.rawValue);
+    m_center.sync(name);
+    KeyboardShortcuts::setShortcut(std::nullopt, name, m_platform.userDefaults, m_center);
+    Q_EMIT willChange();
+    m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
+    save();
 }
 
-Result<QList<LaunchEntry>> ShortcutStore::readEntries() const
+void ShortcutStore::setEnabled(bool isEnabled, const QUuid &id)
 {
-    const auto path = storageURL();
-    if (!path)
-        return path.error();
-    if (!isThere(*path))
-        return QList<LaunchEntry>();
-    QFile file(*path);
-    if (!file.open(QIODevice::ReadOnly))
-        return Error{file.errorString()};
-    const QByteArray text = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return Error{file.errorString()};
-    const auto json = JsonCoding::parse(text);
-    if (!json)
-        return json.error();
-    return LaunchEntry::listFromJson(*json);
+    if (!contains(id))
+        return;
+    Q_EMIT willChange();
+    std::ranges::find(m_entries, id, &LaunchEntry::id)->isEnabled = isEnabled;
+    applyEnabledState();
+    save();
+}
+
+bool ShortcutStore::contains(const QUuid &id) const
+{
+    return std::ranges::find(m_entries, id, &LaunchEntry::id) != m_entries.cend();
+}
+
+void ShortcutStore::run(const LaunchEntry &entry)
+{
+    // Bound to the application and not to the store: a run that has begun is told to its end.
+    const auto start = [entry, &platform = m_platform, store = QPointer(this)] {
+        ActionRunner::run(entry, platform.workspace,
+                          [entry, &platform, store](const RunOutcome &outcome) {
+                              tell(outcome, entry, platform);
+                              // More targets may have gone missing.
+                              if (store && outcome.outcome == RunOutcome::Case::missing)
+                                  Q_EMIT store->willChange();
+                          });
+    };
+    QMetaObject::invokeMethod(QCoreApplication::instance(), start, Qt::QueuedConnection);
+}
+
+void ShortcutStore::fire(const QUuid &id)
+{
+    if (m_paused)
+        return;
+    const auto entry = std::ranges::find(m_entries, id, &LaunchEntry::id);
+    if (entry != m_entries.cend() && entry->isEnabled)
+        run(*entry);
+}
+
+void ShortcutStore::report(const QString &message, const Error &error)
+{
+    Q_EMIT willChange();
+    m_error = AppError{.message = message, .details = error.description};
+}
+
+void ShortcutStore::resetAllShortcuts()
+{
+    {
+        const auto together = m_platform.userDefaults.writeTogether();
+        for (const LaunchEntry &entry : std::as_const(m_entries))
+            KeyboardShortcuts::setShortcut(std::nullopt, entry.shortcutName(),
+                                           m_platform.userDefaults, m_center);
+    }
+    // The list is the same, but every entry has other keys.
+    Q_EMIT willChange();
+}
+
+bool ShortcutStore::showRunNotification(const UserDefaults &defaults)
+{
+    return defaults.boolean(u"showRunNotification"_s).value_or(true);
 }
 
 void ShortcutStore::registerHandler(const LaunchEntry &entry)
@@ -85,8 +171,9 @@ void ShortcutStore::registerHandler(const LaunchEntry &entry)
     m_center.sync(name);
     // By id, not a copy: a press runs the entry as it is then.
     m_center.handlers.insert(name.rawValue, [store = QPointer(this), id = entry.id] {
+        const auto fire = [store, id] { store->fire(id); };
         if (store)
-            store->fire(id);
+            QMetaObject::invokeMethod(store, fire, Qt::QueuedConnection);
     });
     m_center.sync(name);
 }
@@ -95,33 +182,16 @@ void ShortcutStore::applyEnabledState()
 {
     for (const LaunchEntry &entry : std::as_const(m_entries)) {
         const KeyboardShortcuts::Name name = entry.shortcutName();
-        if (entry.isEnabled)
-            m_center.disabled.remove(name.rawValue);
-        else
+        if (m_paused || !entry.isEnabled)
             m_center.disabled.insert(name.rawValue);
+        else
+            m_center.disabled.remove(name.rawValue);
         m_center.sync(name);
     }
 }
 
-void ShortcutStore::fire(const QUuid &id)
+void ShortcutStore::save()
 {
-    const auto entry = std::ranges::find(m_entries, id, &LaunchEntry::id);
-    if (entry != m_entries.cend() && entry->isEnabled)
-        run(*entry);
-}
-
-void ShortcutStore::run(const LaunchEntry &entry)
-{
-    const auto start = [this, entry] {
-        ActionRunner::run(entry, m_platform.workspace, [](const RunOutcome &outcome) {
-            if (outcome.outcome != RunOutcome::Case::success)
-                qWarning("corvane: %s", qUtf8Printable(outcome.message));
-        });
-    };
-    QMetaObject::invokeMethod(this, start, Qt::QueuedConnection);
-}
-
-void ShortcutStore::report(const QString &message, const Error &error)
-{
-    m_error = AppError{.message = message, .details = error.description};
+    if (const auto error = m_file.write(m_entries))
+        report(u"Your shortcut list could not be saved."_s, *error);
 }

@@ -1,7 +1,9 @@
-// The one owner of the user's list: loads it, keeps the hot keys in step with it, runs its entries.
+// The one owner of the user's list: loads and saves it, keeps the hot keys in step with it, runs
+// its entries and tells how that ended.
 #pragma once
 
 #include "model/AppError.h"
+#include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
 
 #include <QList>
@@ -10,9 +12,10 @@
 #include <optional>
 
 class HotkeyCenter;
+class UserDefaults;
 struct Platform;
 
-/// Main thread only. The platform's services and the center must outlive it.
+/// Main thread only. The platform's services and the center must outlive it and its runs.
 class ShortcutStore : public QObject
 {
     Q_OBJECT
@@ -27,28 +30,58 @@ public:
     /// In the order of the list.
     const QList<LaunchEntry> &entries() const { return m_entries; }
 
+    /// While true, no combination is registered and fire() does nothing.
+    bool paused() const { return m_paused; }
+    void setPaused(bool paused);
+
     /// The last error that the user should see.
     const std::optional<AppError> &error() const { return m_error; }
 
-    /// What a key press does: runs the entry if there is one with that id and it is enabled.
-    void fire(const QUuid &id);
+    /// The user has seen that error; a later one stays.
+    void clearError(const AppError &seen);
 
-    /// Runs the entry on a later turn of the event loop, enabled or not.
+    /// Replaces the entry that has the same id, or adds the entry at the end.
+    void upsert(const LaunchEntry &entry);
+
+    /// Removes the entries with the entry's id, and the stored combination.
+    void deleteEntry(const LaunchEntry &entry);
+
+    /// Nothing happens if no entry has that id.
+    void setEnabled(bool isEnabled, const QUuid &id);
+
+    bool contains(const QUuid &id) const;
+
+    /// Runs the entry on a later turn of the event loop, paused, enabled or not, and reports the
+    /// outcome by sound and notification.
     void run(const LaunchEntry &entry);
+
+    /// What a key press does: runs the entry if there is one with that id, it is enabled and the
+    /// store is not paused.
+    void fire(const QUuid &id);
 
     /// Publishes an error: a sentence, and the underlying error's own words.
     void report(const QString &message, const Error &error);
 
+    /// Removes the stored combination of every entry; the entries stay.
+    void resetAllShortcuts();
+
+    /// Whether the user wants a notification of every successful run; by default, yes.
+    static bool showRunNotification(const UserDefaults &defaults);
+
+Q_SIGNALS:
+    /// Comes before one of entries, paused and error changes, and also when only what views
+    /// derive from them has changed. So read them later, not in the slot.
+    void willChange();
+
 private:
-    void load();
-    /// The path of the entries file; makes its folder if it is not there.
-    Result<QString> storageURL() const;
-    Result<QList<LaunchEntry>> readEntries() const;
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
+    void save();
 
     const Platform &m_platform;
     HotkeyCenter &m_center;
+    EntriesFile m_file;
     QList<LaunchEntry> m_entries;
+    bool m_paused;
     std::optional<AppError> m_error;
 };

@@ -3,16 +3,22 @@
 
 #include <QString>
 
+class AlertSound;
 class HotkeyService;
 class UserDefaults;
+class UserNotificationCenter;
 class Workspace;
 
 struct Platform {
     HotkeyService &hotkeys;
     UserDefaults &userDefaults;
     Workspace &workspace;
+    UserNotificationCenter &notifications;
+    AlertSound &alertSound;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
+    /// By what the desktop knows the program; empty if it does not.
+    QString bundleIdentifier;
 
     /// The services of the system that we run on. Each platform library defines it.
     static const Platform &system();

@@ -1,6 +1,7 @@
 // A hot key service that records what it is asked for, and refuses what it is told to refuse.
 #pragma once
 
+#include "fakes/CallLog.h"
 #include "platform/HotkeyService.h"
 
 #include <QList>
@@ -16,6 +17,11 @@ public:
 
         bool operator==(const Live &) const = default;
     };
+
+    explicit FakeHotkeyService(CallLog log = CallLog())
+        : m_log(log)
+    {
+    }
 
     void installHandler(std::function<void(HotkeyId)> handler) override
     {
@@ -35,7 +41,11 @@ public:
             return std::nullopt;
         const Live registered{keyCode, modifiers, id};
         live.append(registered);
-        return Registration([this, registered] { live.removeOne(registered); });
+        m_log.note(QStringLiteral("register %1").arg(keyCode));
+        return Registration([this, registered] {
+            live.removeOne(registered);
+            m_log.note(QStringLiteral("unregister %1").arg(registered.keyCode));
+        });
     }
 
     void press(HotkeyId id) { m_handler(id); }
@@ -46,5 +56,6 @@ public:
     int installations = 0;
 
 private:
+    CallLog m_log;
     std::function<void(HotkeyId)> m_handler;
 };

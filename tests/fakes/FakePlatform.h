@@ -1,8 +1,10 @@
 // A platform of recording fakes, with a folder of its own.
 #pragma once
 
+#include "fakes/FakeAlertSound.h"
 #include "fakes/FakeHotkeyService.h"
 #include "fakes/FakeUserDefaults.h"
+#include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/Platform.h"
 
@@ -14,9 +16,20 @@ public:
     /// The one behind Platform::system(), and so behind every shared().
     static FakePlatform &system();
 
-    FakeHotkeyService hotkeys;
-    FakeUserDefaults userDefaults;
+    QStringList calls;
+    FakeHotkeyService hotkeys{CallLog(&calls)};
+    FakeUserDefaults userDefaults{CallLog(&calls)};
     FakeWorkspace workspace;
+    FakeUserNotificationCenter notifications{CallLog(&calls)};
+    FakeAlertSound alertSound{CallLog(&calls)};
     QTemporaryDir applicationSupport;
-    Platform services{hotkeys, userDefaults, workspace, applicationSupport.path()};
+    Platform services{
+        .hotkeys = hotkeys,
+        .userDefaults = userDefaults,
+        .workspace = workspace,
+        .notifications = notifications,
+        .alertSound = alertSound,
+        .applicationSupport = applicationSupport.path(),
+        .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
+    };
 };

@@ -10,7 +10,26 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What a store is made on: fakes, and files of its own.
+LaunchEntry app(const QString &name)
+{
+    return {.name = name, .target = QCoreApplication::applicationFilePath()};
+}
+
+LaunchEntry disabled(LaunchEntry entry)
+{
+    entry.isEnabled = false;
+    return entry;
+}
+
+QByteArray fileOf(const QList<LaunchEntry> &entries)
+{
+    Json list = Json::array();
+    for (const LaunchEntry &entry : entries)
+        list.push_back(entry.toJson());
+    return JsonCoding::write(list);
+}
+
+/// What a store is made on: fakes, and files of its own. K, L and ; are 40, 37 and 41.
 struct Home {
     FakePlatform platform;
     HotkeyCenter center{platform.hotkeys, platform.userDefaults};
@@ -25,33 +44,90 @@ struct Home {
         QVERIFY(entries.open(QIODevice::WriteOnly));
         entries.write(text);
     }
-    void write(const QList<LaunchEntry> &entries)
+    QByteArray read() const
     {
-        Json list = Json::array();
-        for (const LaunchEntry &entry : entries)
-            list.push_back(entry.toJson());
-        write(JsonCoding::write(list));
+        QFile entries(file());
+        return entries.open(QIODevice::ReadOnly) ? entries.readAll() : QByteArray();
     }
     void storeKeys(const LaunchEntry &entry, qint64 keyCode)
     {
         KeyboardShortcuts::setShortcut(KeyboardShortcuts::Shortcut{keyCode, 256},
                                        entry.shortcutName(), platform.userDefaults, center);
     }
+    std::optional<KeyboardShortcuts::Shortcut> keys(const LaunchEntry &entry) const
+    {
+        return KeyboardShortcuts::getShortcut(entry.shortcutName(), platform.userDefaults);
+    }
     QList<quint32> liveKeyCodes() const
     {
         QList<quint32> codes;
         for (const auto &live : platform.hotkeys.live)
             codes << live.keyCode;
+        std::ranges::sort(codes);
         return codes;
+    }
+    void press(quint32 keyCode)
+    {
+        for (const auto &live : QList(platform.hotkeys.live)) {
+            if (live.keyCode == keyCode)
+                platform.hotkeys.press(live.id);
+        }
+    }
+    QStringList &opened() { return platform.workspace.opened; }
+};
+
+/// A store of three apps with keys, and what its observers saw when it announced a change.
+struct FullStore : Home {
+    explicit FullStore(const std::function<void(FullStore &)> &prepare = {})
+    {
+        write(fileOf(entries));
+        storeKeys(entries[0], 37);
+        storeKeys(entries[1], 40);
+        storeKeys(entries[2], 41);
+        if (prepare)
+            prepare(*this);
+        store.emplace(platform.services, center);
+        QObject::connect(&*store, &ShortcutStore::willChange, [this] {
+            ++notices;
+            platform.calls << u"notice"_s;
+            seen = {store->entries(), store->paused(), store->error().has_value()};
+        });
+        platform.calls.clear();
+    }
+
+    /// The user-defaults key of an entry's combination.
+    QString keysOf(int index) const
+    {
+        return KeyboardShortcuts::defaultsKey(entries[index].shortcutName());
+    }
+
+    struct State {
+        QList<LaunchEntry> entries;
+        bool paused = false;
+        bool hasError = false;
+    };
+
+    QList<LaunchEntry> entries{app(u"Mail"_s), app(u"Music"_s), app(u"Files"_s)};
+    std::optional<ShortcutStore> store;
+    int notices = 0;
+    State seen;
+};
+
+/// A run of one entry that ends as it is told to.
+struct Run : FullStore {
+    Run(const LaunchEntry &entry, const std::optional<Error> &error = std::nullopt)
+        : FullStore([](FullStore &) {})
+    {
+        store->run(entry);
+        QCoreApplication::processEvents();
+        if (!opened().isEmpty())
+            platform.workspace.finish(error);
     }
 };
 
-LaunchEntry app(const QString &name)
-{
-    return {.name = name, .target = QCoreApplication::applicationFilePath()};
-}
-
+const LaunchEntry lostApp{.name = u"Mail"_s, .target = u"/nowhere"_s};
 const QString couldNotLoad = u"Your shortcut list could not be loaded."_s;
+const QString couldNotSave = u"Your shortcut list could not be saved."_s;
 } // namespace
 
 class ShortcutStoreTest : public QObject
@@ -59,91 +135,52 @@ class ShortcutStoreTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The start
+
     void startsEmptyOnAFirstStart()
     {
         Home home;
         const ShortcutStore store(home.platform.services, home.center);
         QVERIFY(store.entries().isEmpty());
+        QVERIFY(!store.paused());
         QVERIFY(!store.error());
         QVERIFY(QDir(home.folder()).exists());
         QVERIFY(!QFile::exists(home.file()));
     }
 
-    void loadsAnEmptyList()
-    {
-        Home home;
-        home.write("[]");
-        const ShortcutStore store(home.platform.services, home.center);
-        QVERIFY(store.entries().isEmpty());
-        QVERIFY(!store.error());
-    }
-
     void loadsTheListInTheOrderOfTheFile()
     {
-        Home home;
-        const QList entries{app(u"Mail"_s), app(u"Music"_s), app(u"Files"_s)};
-        home.write(entries);
-        const ShortcutStore store(home.platform.services, home.center);
-        QCOMPARE(store.entries(), entries);
+        const FullStore home;
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.store->error(), std::nullopt);
     }
 
-    void reportsAListThatCannotBeReadAndLeavesItAsItIs_data()
+    void savesNothingAtTheStart()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("empty file") << QByteArray("");
-        QTest::newRow("no JSON") << QByteArray("shortcuts");
-        QTest::newRow("no array") << QByteArray("{}");
-        QTest::newRow("a record that lacks isEnabled")
-            << QByteArray(R"([{"id":"1B4E28BA-2FA1-11D2-883F-0016D3CCA427","name":"N",)"
-                          R"("kind":"app","target":""}])");
-    }
-    void reportsAListThatCannotBeReadAndLeavesItAsItIs()
-    {
-        QFETCH(const QByteArray, text);
         Home home;
+        const QByteArray text = " [ ] ";
         home.write(text);
+        const ShortcutStore store(home.platform.services, home.center);
+        QCOMPARE(home.read(), text);
+        QCOMPARE(home.platform.userDefaults.writes, 0);
+    }
+
+    void reportsAListThatCannotBeLoaded()
+    {
+        Home home;
+        home.write("{}");
         const ShortcutStore store(home.platform.services, home.center);
         QVERIFY(store.entries().isEmpty());
         QCOMPARE(store.error().value().message, couldNotLoad);
-        QVERIFY(!store.error()->details.isEmpty());
-        QFile file(home.file());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), text);
-    }
-
-    void reportsAListThatIsThereButOutOfReach()
-    {
-        Home home;
-        QVERIFY(QDir().mkpath(home.folder()));
-        QVERIFY(QFile::link(u"/nowhere/entries.json"_s, home.file()));
-        const ShortcutStore store(home.platform.services, home.center);
-        QCOMPARE(store.error().value().message, couldNotLoad);
-    }
-
-    void reportsAFolderThatCannotBeMade()
-    {
-        Home home;
-        QFile inTheWay(home.folder());
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        const ShortcutStore store(home.platform.services, home.center);
-        QCOMPARE(store.error().value().message, couldNotLoad);
-    }
-
-    void reportsASystemWithoutAFolderForData()
-    {
-        Home home;
-        home.platform.services.applicationSupport.clear();
-        const ShortcutStore store(home.platform.services, home.center);
-        QCOMPARE(store.error().value().message, couldNotLoad);
+        QCOMPARE(store.error()->details, u"The list is not an array of entries."_s);
     }
 
     void registersTheStoredKeysOfEnabledEntries()
     {
         Home home;
-        auto disabled = app(u"Music"_s);
-        disabled.isEnabled = false;
-        const QList entries{app(u"Mail"_s), disabled, app(u"No keys"_s), app(u"Files"_s)};
-        home.write(entries);
+        const QList entries{app(u"Mail"_s), disabled(app(u"Music"_s)), app(u"No keys"_s),
+                            app(u"Files"_s)};
+        home.write(fileOf(entries));
         home.storeKeys(entries[0], 40);
         home.storeKeys(entries[1], 41);
         home.storeKeys(entries[3], 43);
@@ -154,50 +191,311 @@ private Q_SLOTS:
     void letsAnEnabledEntryHaveTheKeysOfADisabledOneBeforeIt()
     {
         Home home;
-        auto disabled = app(u"Music"_s);
-        disabled.isEnabled = false;
-        const QList entries{disabled, app(u"Mail"_s)};
-        home.write(entries);
+        const QList entries{disabled(app(u"Music"_s)), app(u"Mail"_s)};
+        home.write(fileOf(entries));
         home.storeKeys(entries[0], 40);
         home.storeKeys(entries[1], 40);
         const ShortcutStore store(home.platform.services, home.center);
-        QCOMPARE(home.liveKeyCodes(), QList<quint32>({40}));
-        home.platform.hotkeys.press(home.platform.hotkeys.live.constFirst().id);
-        QTRY_COMPARE(home.platform.workspace.opened.size(), 1);
+        home.press(40);
+        QTRY_COMPARE(home.opened().size(), 1);
     }
+
+    void startsPausedIfItWasLeftSo()
+    {
+        const FullStore home(
+            [](FullStore &it) { it.platform.userDefaults.setBoolean(u"pauseAll"_s, true); });
+        QVERIFY(home.store->paused());
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+    }
+
+    // Changes of the list
+
+    void addsANewEntryAtTheEnd()
+    {
+        FullStore home;
+        const auto entry = app(u"Maps"_s);
+        home.store->upsert(entry);
+        QCOMPARE(home.store->entries(), home.entries + QList({entry}));
+        QCOMPARE(home.read(), fileOf(home.store->entries()));
+    }
+
+    void replacesAnEntryInItsPlace()
+    {
+        FullStore home;
+        home.entries[1].name = u"Radio"_s;
+        home.store->upsert(home.entries[1]);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), fileOf(home.entries));
+    }
+
+    void makesANewEntryLive()
+    {
+        FullStore home;
+        const auto entry = app(u"Maps"_s);
+        home.storeKeys(entry, 43);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+        home.store->upsert(entry);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41, 43}));
+    }
+
+    void takesTheKeysFromAnEntryThatIsReplacedByADisabledOne()
+    {
+        FullStore home;
+        home.store->upsert(disabled(home.entries[1]));
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+    }
+
+    void runsAnEntryAsItIsWhenItsKeysArePressed()
+    {
+        FullStore home;
+        home.entries[1].target = QDir::tempPath();
+        home.store->upsert(home.entries[1]);
+        home.press(40);
+        QTRY_COMPARE(home.opened(), QStringList({QDir::tempPath()}));
+    }
+
+    void deletesAnEntryWithItsKeys()
+    {
+        FullStore home;
+        const LaunchEntry deleted = home.entries.takeAt(1);
+        home.store->deleteEntry(deleted);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), fileOf(home.entries));
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+        QCOMPARE(home.keys(deleted), std::nullopt);
+        QVERIFY(!home.center.handlers.contains(deleted.shortcutName().rawValue));
+    }
+
+    void deletesAnEntryThatItIsGivenOutOfItsList()
+    {
+        FullStore home;
+        home.store->deleteEntry(home.store->entries().constFirst());
+        QCOMPARE(home.store->entries(), home.entries.sliced(1));
+    }
+
+    void deletesAllEntriesWithOneId()
+    {
+        Home home;
+        const auto mail = app(u"Mail"_s);
+        const auto music = app(u"Music"_s);
+        home.write(fileOf({mail, music, mail}));
+        ShortcutStore store(home.platform.services, home.center);
+        store.deleteEntry(mail);
+        QCOMPARE(store.entries(), QList({music}));
+    }
+
+    void doesNotRunAnEntryThatIsDeletedBetweenThePressAndTheRun()
+    {
+        FullStore home;
+        home.press(40);
+        home.store->deleteEntry(home.entries[1]);
+        QCoreApplication::processEvents();
+        QVERIFY(home.opened().isEmpty());
+    }
+
+    void givesADeletedEntrysKeysToNoNewOne()
+    {
+        FullStore home;
+        home.store->deleteEntry(home.entries[1]);
+        const auto anew = app(home.entries[1].name);
+        home.store->upsert(anew);
+        QCOMPARE(home.keys(anew), std::nullopt);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+    }
+
+    void switchesAnEntryOffAndOn()
+    {
+        FullStore home;
+        home.store->setEnabled(false, home.entries[1].id);
+        home.entries[1].isEnabled = false;
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), fileOf(home.entries));
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+        home.store->setEnabled(true, home.entries[1].id);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void ignoresTheSwitchOfAnUnknownEntry()
+    {
+        FullStore home;
+        QVERIFY(QFile::remove(home.file()));
+        home.store->setEnabled(false, QUuid::createUuid());
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.notices, 0);
+        QVERIFY(!QFile::exists(home.file()));
+    }
+
+    void knowsWhichEntriesItHas()
+    {
+        const FullStore home;
+        QVERIFY(home.store->contains(home.entries[2].id));
+        QVERIFY(!home.store->contains(QUuid::createUuid()));
+    }
+
+    void triesRefusedKeysAgainWithTheNextChange()
+    {
+        FullStore home([](FullStore &it) { it.platform.hotkeys.refusedKeyCodes.insert(40); });
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+        home.platform.hotkeys.refusedKeyCodes.clear();
+        home.store->setEnabled(false, home.entries[0].id);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({40, 41}));
+    }
+
+    void leavesKeysThatAreUsedTwiceToTheFirstEntry()
+    {
+        FullStore home([](FullStore &it) { it.storeKeys(it.entries[2], 40); });
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40}));
+        home.store->setEnabled(false, home.entries[0].id);
+        home.entries[1].target = QDir::tempPath();
+        home.store->upsert(home.entries[1]);
+        home.press(40);
+        QTRY_COMPARE(home.opened(), QStringList({QDir::tempPath()}));
+    }
+
+    void keepsAChangeThatItCannotSave()
+    {
+        FullStore home;
+        QVERIFY(QDir(home.folder()).removeRecursively());
+        QFile inTheWay(home.folder());
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        home.store->setEnabled(false, home.entries[1].id);
+        QCOMPARE(home.store->error().value().message, couldNotSave);
+        QVERIFY(!home.store->entries()[1].isEnabled);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+    }
+
+    void makesItsFolderAnewToSave()
+    {
+        FullStore home;
+        QVERIFY(QDir(home.folder()).removeRecursively());
+        home.store->deleteEntry(home.entries[0]);
+        QCOMPARE(home.read(), fileOf(home.entries.sliced(1)));
+    }
+
+    // Keys, and the pause
+
+    void removesAllKeysAndNothingElse()
+    {
+        FullStore home;
+        const QByteArray text = home.read();
+        home.store->setEnabled(false, home.entries[0].id);
+        home.store->setEnabled(true, home.entries[0].id);
+        home.platform.userDefaults.setBoolean(u"pauseAll"_s, false);
+        home.platform.userDefaults.writes = 0;
+
+        home.store->resetAllShortcuts();
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+        QCOMPARE(home.platform.userDefaults.values.keys(), QStringList({u"pauseAll"_s}));
+        QCOMPARE(home.platform.userDefaults.writes, 1);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), text);
+    }
+
+    void takesNewKeysAfterAReset()
+    {
+        FullStore home;
+        home.store->resetAllShortcuts();
+        home.storeKeys(home.entries[1], 43);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({43}));
+    }
+
+    void givesUpAllKeysWhilePaused()
+    {
+        FullStore home;
+        const QByteArray text = home.read();
+        home.store->setPaused(true);
+        QVERIFY(home.store->paused());
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+        for (const LaunchEntry &entry : home.entries)
+            QVERIFY(home.center.disabled.contains(entry.shortcutName().rawValue));
+        QCOMPARE(home.platform.userDefaults.boolean(u"pauseAll"_s), true);
+        QCOMPARE(home.read(), text);
+    }
+
+    void takesExactlyTheKeysOfEnabledEntriesAfterThePause()
+    {
+        FullStore home;
+        home.store->setPaused(true);
+        home.store->setEnabled(false, home.entries[0].id);
+        KeyboardShortcuts::setShortcut(std::nullopt, home.entries[1].shortcutName(),
+                                       home.platform.userDefaults, home.center);
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+        home.store->setPaused(false);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({41}));
+        QCOMPARE(home.platform.userDefaults.boolean(u"pauseAll"_s), false);
+    }
+
+    void makesNoNewEntryLiveWhilePaused()
+    {
+        FullStore home;
+        home.store->setPaused(true);
+        const auto entry = app(u"Maps"_s);
+        home.storeKeys(entry, 43);
+        home.store->upsert(entry);
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+    }
+
+    // Presses
 
     void opensTheAppWhoseKeysArePressed()
     {
-        Home home;
-        auto second = app(u"Music"_s);
-        second.target = QDir::tempPath();
-        home.write(QList{app(u"Mail"_s), second});
-        home.storeKeys(second, 41);
-        const ShortcutStore store(home.platform.services, home.center);
-        home.platform.hotkeys.press(home.platform.hotkeys.live.constFirst().id);
-        QTRY_COMPARE(home.platform.workspace.opened, QStringList({second.target}));
+        FullStore home;
+        home.press(41);
+        QTRY_COMPARE(home.opened(), QStringList({home.entries[2].target}));
     }
 
-    void runsOnALaterTurnOfTheEventLoop()
+    void ignoresKeysThatArePressedAfterItHasGone()
     {
-        Home home;
-        ShortcutStore store(home.platform.services, home.center);
-        store.run(app(u"Mail"_s));
-        QVERIFY(home.platform.workspace.opened.isEmpty());
+        FullStore home;
+        home.store.reset();
+        home.press(40);
         QCoreApplication::processEvents();
-        QCOMPARE(home.platform.workspace.opened.size(), 1);
+        QVERIFY(home.opened().isEmpty());
     }
 
-    void firesNoDisabledEntry()
+    void looksAtTheEntryOnlyAfterTheCenterIsDone()
     {
-        Home home;
-        auto disabled = app(u"Mail"_s);
-        disabled.isEnabled = false;
-        home.write(QList{disabled});
-        ShortcutStore store(home.platform.services, home.center);
-        store.fire(disabled.id);
+        FullStore home;
+        home.center.handlers.value(home.entries[1].shortcutName().rawValue)();
+        home.store->setPaused(true);
         QCoreApplication::processEvents();
-        QVERIFY(home.platform.workspace.opened.isEmpty());
+        QVERIFY(home.opened().isEmpty());
+    }
+
+    void firesOnlyWhatItShould_data()
+    {
+        QTest::addColumn<std::function<QUuid(FullStore &)>>("idToFire");
+        QTest::addColumn<int>("runs");
+        const auto add = [](const char *row, int runs,
+                            const std::function<QUuid(FullStore &)> &idToFire) {
+            QTest::newRow(row) << idToFire << runs;
+        };
+        add("an enabled entry", 1, [](FullStore &home) { return home.entries[1].id; });
+        add("an enabled entry without keys", 1, [](FullStore &home) {
+            home.store->resetAllShortcuts();
+            return home.entries[1].id;
+        });
+        add("a disabled entry", 0, [](FullStore &home) {
+            home.store->setEnabled(false, home.entries[1].id);
+            return home.entries[1].id;
+        });
+        add("an unknown id", 0, [](FullStore &) { return QUuid::createUuid(); });
+        add("a deleted entry", 0, [](FullStore &home) {
+            home.store->deleteEntry(home.entries[1]);
+            return home.entries[1].id;
+        });
+        add("while paused", 0, [](FullStore &home) {
+            home.store->setPaused(true);
+            return home.entries[1].id;
+        });
+    }
+    void firesOnlyWhatItShould()
+    {
+        QFETCH(const std::function<QUuid(FullStore &)>, idToFire);
+        FullStore home;
+        home.store->fire(idToFire(home));
+        QCoreApplication::processEvents();
+        QTEST(int(home.opened().size()), "runs");
     }
 
     void takesEntriesWithOneIdForTheSame()
@@ -205,48 +503,246 @@ private Q_SLOTS:
         Home home;
         const auto first = app(u"Mail"_s);
         auto second = first;
-        second.name = u"Post"_s;
         second.target = QDir::tempPath();
-        home.write(QList{first, second});
+        home.write(fileOf({first, second}));
         ShortcutStore store(home.platform.services, home.center);
         store.fire(second.id);
-        QTRY_COMPARE(home.platform.workspace.opened, QStringList({first.target}));
+        QTRY_COMPARE(home.opened(), QStringList({first.target}));
     }
 
-    void firesNothingForAnUnknownId()
+    // Runs
+
+    void runsOnALaterTurnOfTheEventLoop()
     {
-        Home home;
-        home.write(QList{app(u"Mail"_s)});
-        ShortcutStore store(home.platform.services, home.center);
-        store.fire(QUuid::createUuid());
+        FullStore home;
+        home.store->run(app(u"Mail"_s));
+        QVERIFY(home.opened().isEmpty());
         QCoreApplication::processEvents();
-        QVERIFY(home.platform.workspace.opened.isEmpty());
+        QCOMPARE(home.opened().size(), 1);
     }
 
-    void ignoresKeysThatArePressedAfterItHasGone()
+    void runsEvenWhatIsPausedAndDisabled()
     {
-        Home home;
-        const auto mail = app(u"Mail"_s);
-        home.write(QList{mail});
-        home.storeKeys(mail, 40);
-        {
-            const ShortcutStore store(home.platform.services, home.center);
-        }
-        home.platform.hotkeys.press(home.platform.hotkeys.live.constFirst().id);
+        FullStore home;
+        home.store->setPaused(true);
+        home.store->run(disabled(home.entries[1]));
+        QTRY_COMPARE(home.opened().size(), 1);
+    }
+
+    void runsTheEntryAsItWasWhenTheRunBegan()
+    {
+        FullStore home;
+        home.store->run(home.entries[1]);
+        home.store->deleteEntry(home.entries[1]);
+        QTRY_COMPARE(home.opened(), QStringList({home.entries[1].target}));
+        home.platform.workspace.finish();
+        QCOMPARE(home.platform.notifications.texts().constFirst().first, u"Music"_s);
+    }
+
+    void keepsRunsApart()
+    {
+        FullStore home;
+        home.store->run(home.entries[0]);
+        home.store->run(home.entries[1]);
+        QTRY_COMPARE(home.opened().size(), 2);
+        home.platform.workspace.finish(Error{u"No memory"_s});
+        home.platform.workspace.finish();
+        const auto texts = home.platform.notifications.texts();
+        QCOMPARE(texts.size(), 2);
+        QCOMPARE(texts[0].first, u"“Mail” failed"_s);
+        QCOMPARE(texts[1].first, u"Music"_s);
+    }
+
+    void endsARunWhoseStoreHasGone()
+    {
+        FullStore home;
+        home.store->run(home.entries[1]);
+        home.store.reset();
+        QTRY_COMPARE(home.opened().size(), 1);
+        home.platform.workspace.finish(Error{u"No memory"_s});
+        QCOMPARE(home.platform.alertSound.beeps, 1);
+        QCOMPARE(home.platform.notifications.added.size(), 1);
+    }
+
+    void tellsHowARunEnded_data()
+    {
+        QTest::addColumn<LaunchEntry>("entry");
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<int>("beeps");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("body");
+        const auto row = [](const char *name, const LaunchEntry &entry,
+                            bool fails = false) -> QTestData & {
+            return QTest::newRow(name) << entry << fails;
+        };
+        row("an app that is not there", lostApp)
+            << 1 << u"Not found"_s
+            << u"The app for “Mail” was not found. It may have been moved or deleted."_s;
+        row("an app that fails", app(u"Mail"_s), true)
+            << 1 << u"“Mail” failed"_s << u"Could not open the app: No memory"_s;
+        row("a website that fails",
+            {.name = u"News"_s, .kind = ActionKind::website, .target = u"https://a.org"_s}, true)
+            << 1 << u"“News” failed"_s << u"macOS could not open the website."_s;
+        row("an app", app(u"Mail"_s)) << 0 << u"Mail"_s << u"Open an app"_s;
+        row("a folder", {.name = u"Home"_s, .kind = ActionKind::path, .target = u"/"_s})
+            << 0 << u"Home"_s << u"Open a folder or file"_s;
+        row("a website",
+            {.name = u"News"_s, .kind = ActionKind::website, .target = u"https://a.org"_s})
+            << 0 << u"News"_s << u"Open a website"_s;
+        row("a Shortcut", {.name = u"Flow"_s, .kind = ActionKind::shortcut, .target = u"F"_s})
+            << 0 << u"Flow"_s << u"Run a Shortcut"_s;
+    }
+    void tellsHowARunEnded()
+    {
+        QFETCH(const LaunchEntry, entry);
+        QFETCH(const bool, fails);
+        QFETCH(const QString, title);
+        QFETCH(const QString, body);
+        const Run run(entry, fails ? std::optional(Error{u"No memory"_s}) : std::nullopt);
+        QTEST(run.platform.alertSound.beeps, "beeps");
+        QCOMPARE(run.platform.notifications.texts(),
+                 (QList<std::pair<QString, QString>>{{title, body}}));
+        QCOMPARE(run.store->error(), std::nullopt);
+    }
+
+    void tellsOfSuccessOnlyIfTheUserWantsIt_data()
+    {
+        QTest::addColumn<std::optional<bool>>("showRunNotification");
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<int>("posts");
+        const std::optional<bool> absent;
+        QTest::newRow("success, never decided") << absent << false << 1;
+        QTest::newRow("success, wanted") << std::optional(true) << false << 1;
+        QTest::newRow("success, not wanted") << std::optional(false) << false << 0;
+        QTest::newRow("failure, never decided") << absent << true << 1;
+        QTest::newRow("failure, success not wanted") << std::optional(false) << true << 1;
+    }
+    void tellsOfSuccessOnlyIfTheUserWantsIt()
+    {
+        QFETCH(const std::optional<bool>, showRunNotification);
+        QFETCH(const bool, fails);
+        FullStore home;
+        if (showRunNotification)
+            home.platform.userDefaults.setBoolean(u"showRunNotification"_s, *showRunNotification);
+        home.store->run(fails ? lostApp : home.entries[0]);
         QCoreApplication::processEvents();
-        QVERIFY(home.platform.workspace.opened.isEmpty());
+        if (!fails)
+            home.platform.workspace.finish();
+        QTEST(int(home.platform.notifications.added.size()), "posts");
+        QCOMPARE(home.platform.alertSound.beeps, fails ? 1 : 0);
+    }
+
+    // Notices
+
+    void announcesEachChangeBeforeIt_data()
+    {
+        QTest::addColumn<std::function<void(FullStore &)>>("change");
+        const auto add = [](const char *row, const std::function<void(FullStore &)> &change) {
+            QTest::newRow(row) << change;
+        };
+        add("a new entry", [](FullStore &home) { home.store->upsert(app(u"Maps"_s)); });
+        add("a changed entry", [](FullStore &home) {
+            auto entry = home.entries[1];
+            entry.name = u"Radio"_s;
+            home.store->upsert(entry);
+        });
+        add("a deleted entry", [](FullStore &home) { home.store->deleteEntry(home.entries[1]); });
+        add("an entry that is switched off",
+            [](FullStore &home) { home.store->setEnabled(false, home.entries[1].id); });
+        add("the pause", [](FullStore &home) { home.store->setPaused(true); });
+        add("an error", [](FullStore &home) { home.store->report(u"It failed."_s, {u"Why"_s}); });
+        add("new keys", [](FullStore &home) { home.store->resetAllShortcuts(); });
+        add("a target that has gone missing", [](FullStore &home) {
+            home.store->run(lostApp);
+            QCoreApplication::processEvents();
+        });
+    }
+    void announcesEachChangeBeforeIt()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        change(home);
+        QCOMPARE(home.notices, 1);
+        QCOMPARE(home.seen.entries, home.entries);
+        QVERIFY(!home.seen.paused);
+        QVERIFY(!home.seen.hasError);
+    }
+
+    void doesEverythingInItsOrder_data()
+    {
+        QTest::addColumn<std::function<QStringList(FullStore &)>>("change");
+        const auto add = [](const char *row,
+                            const std::function<QStringList(FullStore &)> &change) {
+            QTest::newRow(row) << change;
+        };
+        add("a run whose target is missing", [](FullStore &home) {
+            home.store->run(lostApp);
+            QCoreApplication::processEvents();
+            return QStringList{u"beep"_s, u"post"_s, u"notice"_s};
+        });
+        add("a run that fails", [](FullStore &home) {
+            home.store->run(home.entries[0]);
+            QCoreApplication::processEvents();
+            home.platform.workspace.finish(Error{u"No memory"_s});
+            return QStringList{u"beep"_s, u"post"_s};
+        });
+        add("the pause", [](FullStore &home) {
+            home.store->setPaused(true);
+            return QStringList{u"notice"_s, u"store pauseAll"_s, u"unregister 37"_s,
+                               u"unregister 40"_s, u"unregister 41"_s};
+        });
+        add("a deleted entry", [](FullStore &home) {
+            const QString keys = home.keysOf(1);
+            home.store->deleteEntry(home.entries[1]);
+            return QStringList{u"unregister 40"_s, u"remove "_s + keys, u"notice"_s};
+        });
+        add("all keys removed", [](FullStore &home) {
+            home.store->resetAllShortcuts();
+            return QStringList{u"remove "_s + home.keysOf(0),
+                               u"unregister 37"_s,
+                               u"remove "_s + home.keysOf(1),
+                               u"unregister 40"_s,
+                               u"remove "_s + home.keysOf(2),
+                               u"unregister 41"_s,
+                               u"notice"_s};
+        });
+    }
+    void doesEverythingInItsOrder()
+    {
+        QFETCH(const std::function<QStringList(FullStore &)>, change);
+        FullStore home;
+        const QStringList calls = change(home);
+        QCOMPARE(home.platform.calls, calls);
+    }
+
+    void announcesNothingForOtherOutcomes()
+    {
+        QCOMPARE(Run(app(u"Mail"_s)).notices, 0);
+        QCOMPARE(Run(app(u"Mail"_s), Error{u"No memory"_s}).notices, 0);
     }
 
     void reportsEachErrorAnew()
     {
-        Home home;
-        ShortcutStore store(home.platform.services, home.center);
-        store.report(u"It failed."_s, {u"Why"_s});
-        const auto first = store.error();
-        store.report(u"It failed."_s, {u"Why"_s});
+        FullStore home;
+        home.store->report(u"It failed."_s, {u"Why"_s});
+        const auto first = home.store->error();
+        home.store->report(u"It failed."_s, {u"Why"_s});
         QCOMPARE(first->message, u"It failed."_s);
         QCOMPARE(first->details, u"Why"_s);
-        QVERIFY(store.error()->id != first->id);
+        QVERIFY(home.store->error()->id != first->id);
+    }
+
+    void clearsOnlyTheErrorThatWasSeen()
+    {
+        FullStore home;
+        home.store->report(u"It failed."_s, {u"Why"_s});
+        const AppError first = *home.store->error();
+        home.store->report(u"It failed again."_s, {u"Why"_s});
+        home.store->clearError(first);
+        QCOMPARE(home.store->error().value().message, u"It failed again."_s);
+        home.store->clearError(*home.store->error());
+        QCOMPARE(home.store->error(), std::nullopt);
+        QVERIFY(home.seen.hasError);
     }
 };
 

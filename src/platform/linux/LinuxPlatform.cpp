@@ -2,9 +2,15 @@
 
 #include "platform/linux/Session.h"
 
+#include <QDBusConnection>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString applicationId = u"org.corvane.Corvane"_s;
+}
 
 const Platform &Platform::system()
 {
@@ -42,15 +48,21 @@ Result<LinuxPlatform *> LinuxPlatform::make()
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     : m_x11(std::move(x11))
-    , m_x11Hotkeys(m_x11 && m_x11->hasXkb() ? std::make_unique<X11HotkeyService>(*m_x11, m_activation) : nullptr)
+    , m_x11Hotkeys(m_x11 && m_x11->hasXkb()
+                       ? std::make_unique<X11HotkeyService>(*m_x11, m_activation)
+                       : nullptr)
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
+    , m_notifications(applicationId)
     , m_services{
           .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
           .userDefaults = m_userDefaults,
           .workspace = m_workspace,
+          .notifications = m_notifications,
+          .alertSound = m_alertSound,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+          .bundleIdentifier = applicationId,
       }
 {
 }
@@ -73,4 +85,6 @@ void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
+    // Its first use connects, for which no run should wait.
+    QDBusConnection::sessionBus();
 }

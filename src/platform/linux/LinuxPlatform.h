@@ -3,6 +3,8 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/AbsentHotkeyService.h"
+#include "platform/linux/CanberraAlertSound.h"
+#include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -40,5 +42,7 @@ private:
     AbsentHotkeyService m_absentHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};
+    DBusNotificationCenter m_notifications;
+    CanberraAlertSound m_alertSound;
     Platform m_services;
 };

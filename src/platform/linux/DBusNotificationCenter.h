@@ -1,0 +1,22 @@
+// Notifications through org.freedesktop.Notifications on the session bus.
+#pragma once
+
+#include "platform/UserNotificationCenter.h"
+
+/// The desktop asks nobody for permission: whoever reaches its service may post. It may still have
+/// a switch of its own for our notifications, and keeps to it itself.
+class DBusNotificationCenter : public UserNotificationCenter
+{
+public:
+    /// The name of our .desktop file, by which the desktop knows whose notifications these are.
+    explicit DBusNotificationCenter(QString desktopEntry);
+
+    /// Authorized if the service runs or can be started, else denied.
+    void getNotificationSettings(std::function<void(AuthorizationStatus)> completion) override;
+    void requestAuthorization(unsigned options,
+                              std::function<void(bool isGranted)> completion) override;
+    void add(const NotificationRequest &request) override;
+
+private:
+    QString m_desktopEntry;
+};
