@@ -6,7 +6,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+#include <csignal>
+#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
 
@@ -53,6 +56,54 @@ private Q_SLOTS:
         program.start();
         QCOMPARE(program.exitStatus(), 1);
         QCOMPARE(program.errorOutput(), line);
+    }
+
+    void runsWithoutAHomeFolder()
+    {
+        const RecordedApp app;
+        ProgramUnderTest program;
+        program.environment.insert(u"HOME"_s, u"/dev/null"_s);
+        program.addApp(app.desktopFile(), {40, 0x1800});
+        program.start();
+        Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
+        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(app.starts().size(), 1);
+        QCOMPARE(program.stop(), 0);
+        QCOMPARE(program.errorOutput(), QByteArray());
+    }
+
+    void saysThatItHasNoPlaceForItsList()
+    {
+        ProgramUnderTest program;
+        program.environment.insert(u"HOME"_s, u"/dev/null"_s);
+        program.environment.remove(u"XDG_DATA_HOME"_s);
+        program.environment.remove(u"XDG_CONFIG_HOME"_s);
+        program.start();
+        QTRY_COMPARE(program.errorOutput(),
+                     QByteArray("corvane: Your shortcut list could not be loaded. The folder "
+                                "“/dev/null/.local/share/Corvane” could not be made.\n"));
+        QCOMPARE(program.stop(), 0);
+    }
+
+    void leavesWhatItStartedBehind()
+    {
+        const QTemporaryDir folder;
+        const RecordedApp app("--until-gone " + folder.path().toUtf8());
+        ProgramUnderTest program;
+        program.addApp(app.desktopFile(), {40, 0x1800});
+        program.start();
+        Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
+        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(app.starts().size(), 1);
+        const pid_t process = app.starts().constFirst()["process"].get<pid_t>();
+        QCOMPARE(program.children(), QList({process}));
+        QCOMPARE(program.end(), 0);
+        QCOMPARE(kill(process, SIGTERM), 0);
+        int status = 0;
+        QCOMPARE(waitpid(process, &status, 0), process);
+        QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
     }
 
     void saysThatTheListCannotBeRead()

@@ -1,5 +1,7 @@
 #include "support/Keyboard.h"
 
+#include "platform/linux/x11/Xkb.h"
+
 #include <QTest>
 #include <cstdlib>
 #include <memory>
@@ -18,12 +20,21 @@ std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
 {
     return {reply, &std::free};
 }
+
+auto lockState(xcb_connection_t *connection)
+{
+    return owned(xcb_xkb_get_state_reply(
+        connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+}
 } // namespace
 
 Keyboard::Keyboard()
     : m_connection(xcb_connect(nullptr, nullptr))
     , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
 {
+    xcb_discard_reply(
+        m_connection,
+        xcb_xkb_use_extension(m_connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION).sequence);
 }
 
 Keyboard::~Keyboard()
@@ -57,26 +68,18 @@ void Keyboard::type(const QList<int> &keys)
     release(keys);
 }
 
-void Keyboard::setCapsLock(bool on)
+void Keyboard::setLocks(quint16 modifiers)
 {
-    setLock(KEY_CAPSLOCK, XCB_MOD_MASK_LOCK, on);
+    constexpr quint8 all = 0xff;
+    xcb_xkb_latch_lock_state(m_connection, XCB_XKB_ID_USE_CORE_KBD, all, quint8(modifiers), false,
+                             0, 0, false, 0);
+    QTRY_COMPARE(lockState(m_connection)->lockedMods, modifiers);
 }
 
-void Keyboard::setNumLock(bool on)
+void Keyboard::setGroup(quint8 group)
 {
-    setLock(KEY_NUMLOCK, XCB_MOD_MASK_2, on);
-}
-
-void Keyboard::setLock(int key, quint16 modifier, bool on)
-{
-    const auto isOn = [&] {
-        const auto reply = owned(xcb_query_pointer_reply(
-            m_connection, xcb_query_pointer(m_connection, m_root), nullptr));
-        return (reply->mask & modifier) != 0;
-    };
-    if (isOn() != on)
-        type({key});
-    QTRY_COMPARE(isOn(), on);
+    xcb_xkb_latch_lock_state(m_connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, true, group, 0, false, 0);
+    QTRY_COMPARE(lockState(m_connection)->lockedGroup, group);
 }
 
 bool Keyboard::isGrabbed(int key, quint16 modifiers) const

@@ -19,9 +19,11 @@ public:
     void release(const QList<int> &keys);
     void type(const QList<int> &keys);
 
-    /// Presses Caps Lock or Num Lock if its light is not as wanted.
-    void setCapsLock(bool on);
-    void setNumLock(bool on);
+    /// Turns exactly these lock modifiers on, as X modifier bits, and all others off.
+    void setLocks(quint16 modifiers);
+
+    /// Switches to one of the groups of the layout, counted from 0.
+    void setGroup(quint8 group);
 
     /// Whether any program holds a grab of the key with exactly these X modifier bits.
     bool isGrabbed(int key, quint16 modifiers) const;
@@ -33,7 +35,6 @@ public:
 
 private:
     void fake(quint8 eventType, int key);
-    void setLock(int key, quint16 modifier, bool on);
 
     xcb_connection_t *m_connection;
     xcb_window_t m_root;

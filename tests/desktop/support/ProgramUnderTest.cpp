@@ -38,14 +38,15 @@ QList<pid_t> childrenOf(qint64 process)
     return children;
 }
 
-/// Programs under test that were started and not stopped.
-QSet<pid_t> running;
+/// Programs under test that were started and not stopped, and what else the test has started
+/// before.
+QSet<pid_t> ours;
 
 /// Awaits the end of the processes that programs under test have left to us.
 void awaitOrphans()
 {
     for (const pid_t child : childrenOf(getpid())) {
-        if (!running.contains(child))
+        if (!ours.contains(child))
             waitpid(child, nullptr, 0);
     }
 }
@@ -57,44 +58,50 @@ ProgramUnderTest::ProgramUnderTest()
     // What the program started becomes ours when it ends, so that its end can be awaited.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     environment.insert(u"HOME"_s, home.path());
-    environment.insert(u"XDG_DATA_HOME"_s, home.filePath(u"data"_s));
-    environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+    // No sound card, whatever this machine has.
+    environment.insert(u"CANBERRA_DRIVER"_s, u"alsa"_s);
+    write(home.filePath(u".asoundrc"_s), "pcm.!default { type hw, card 99 }\n");
+    environment.insert(u"XDG_DATA_HOME"_s, dataHome());
+    environment.insert(u"XDG_CONFIG_HOME"_s, configHome());
 }
 
 ProgramUnderTest::~ProgramUnderTest()
 {
-    running.remove(pid_t(m_process.processId()));
+    ours.remove(pid_t(m_process.processId()));
     m_process.kill();
     m_process.waitForFinished();
 }
 
-void ProgramUnderTest::addApp(const QString &target, StoredKeys keys)
+void ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target, StoredKeys keys)
 {
     const QByteArray id = QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
-    m_records << R"({"id":")" + id + R"(","name":"App","kind":"app","target":")" + target.toUtf8()
-            + R"(","isEnabled":true})";
-    m_keyLines << "hotkey.corvane-" + id + R"(="@ByteArray({\"carbonKeyCode\":)"
-            + QByteArray::number(keys.keyCode) + R"(,\"carbonModifiers\":)"
-            + QByteArray::number(keys.modifiers) + "})\"";
+    m_records << R"({"id":")" + id + R"(","name":"App","kind":")" + kind + R"(","target":")"
+            + target.toUtf8() + R"(","isEnabled":true})";
+    addDefault("hotkey.corvane-" + id + R"(="@ByteArray({\"carbonKeyCode\":)"
+               + QByteArray::number(keys.keyCode) + R"(,\"carbonModifiers\":)"
+               + QByteArray::number(keys.modifiers) + "})\"");
 }
 
 void ProgramUnderTest::writeFiles() const
 {
-    if (m_records.isEmpty())
-        return;
-    write(home.filePath(u"data/Corvane/entries.json"_s), "[" + m_records.join(',') + "]");
-    write(home.filePath(u"config/Corvane/Corvane.conf"_s),
-          "[General]\n" + m_keyLines.join('\n') + "\n");
+    if (!m_records.isEmpty())
+        write(dataHome() + u"/Corvane/entries.json"_s, "[" + m_records.join(',') + "]");
+    if (!m_defaults.isEmpty())
+        write(configHome() + u"/Corvane/Corvane.conf"_s,
+              "[General]\n" + m_defaults.join('\n') + "\n");
 }
 
 void ProgramUnderTest::start()
 {
     writeFiles();
     m_process.setProcessEnvironment(environment);
-    m_process.start(QCoreApplication::applicationDirPath() + u"/corvane"_s, QStringList());
+    const QStringList command =
+        starter + QStringList(QCoreApplication::applicationDirPath() + u"/corvane"_s);
+    m_process.start(command.constFirst(), command.sliced(1));
     if (!m_process.waitForStarted())
         qFatal("cannot start the program: %s", qPrintable(m_process.errorString()));
-    running.insert(pid_t(m_process.processId()));
+    for (const pid_t child : childrenOf(getpid()))
+        ours.insert(child);
 }
 
 QList<pid_t> ProgramUnderTest::children() const
@@ -102,11 +109,16 @@ QList<pid_t> ProgramUnderTest::children() const
     return childrenOf(m_process.processId());
 }
 
+int ProgramUnderTest::end()
+{
+    ours.remove(pid_t(m_process.processId()));
+    m_process.terminate();
+    return exitStatus();
+}
+
 int ProgramUnderTest::stop()
 {
-    running.remove(pid_t(m_process.processId()));
-    m_process.terminate();
-    const int status = exitStatus();
+    const int status = end();
     awaitOrphans();
     return status;
 }

@@ -23,23 +23,34 @@ public:
     ~ProgramUnderTest();
     Q_DISABLE_COPY_MOVE(ProgramUnderTest)
 
-    /// Adds an enabled app entry to the list that the program will find.
-    void addApp(const QString &target, StoredKeys keys);
+    /// Adds an enabled entry, named App, to the list that the program will find.
+    void addEntry(const QByteArray &kind, const QString &target, StoredKeys keys);
+    void addApp(const QString &target, StoredKeys keys) { addEntry("app", target, keys); }
+
+    /// Adds a line to the user defaults that the program will find.
+    void addDefault(const QByteArray &line) { m_defaults << line; }
 
     /// What it runs in; to be changed before the start.
     QProcessEnvironment environment;
     QTemporaryDir home;
+    QString dataHome() const { return home.filePath(QStringLiteral("data")); }
+    QString configHome() const { return home.filePath(QStringLiteral("config")); }
+
+    /// A program, and its arguments, that starts the program; to be set before the start.
+    QStringList starter;
 
     void start();
 
     /// What it has started that has not ended, or that it has not taken notice of.
     QList<pid_t> children() const;
 
-    /// Ends it with SIGTERM, awaits the end of all that it started, and returns its exit status;
-    /// -1 if it crashed or did not end.
+    /// Ends it with SIGTERM and returns its exit status; -1 if it crashed or did not end.
+    int end();
+
+    /// The same, and awaits the end of all that it started.
     int stop();
 
-    /// Awaits its end; as for stop().
+    /// Awaits its end; the status as of end().
     int exitStatus();
 
     /// All that it has written to standard error so far.
@@ -51,5 +62,5 @@ private:
     QProcess m_process;
     QByteArray m_errorOutput;
     QList<QByteArray> m_records;
-    QList<QByteArray> m_keyLines;
+    QList<QByteArray> m_defaults;
 };

@@ -24,7 +24,11 @@ constexpr NamedKey namedKeys[] = {
     {"LEFTSHIFT"_L1, KEY_LEFTSHIFT, XCB_MOD_MASK_SHIFT},
     {"LEFTALT"_L1, KEY_LEFTALT, XCB_MOD_MASK_1},
     {"LEFTMETA"_L1, KEY_LEFTMETA, XCB_MOD_MASK_4},
+    {"F"_L1, KEY_F},
+    {"M"_L1, KEY_M},
     {"N"_L1, KEY_N},
+    {"S"_L1, KEY_S},
+    {"W"_L1, KEY_W},
 };
 } // namespace
 

@@ -1,0 +1,202 @@
+// What is started comes to the front, also where the window manager lets nobody steal the focus.
+
+#include "support/Keyboard.h"
+#include "support/ProgramUnderTest.h"
+#include "support/RecordedApp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRasterWindow>
+#include <QTest>
+#include <csignal>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+
+QString output(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+/// The title of the window that has the focus; empty if none has.
+QString activeTitle()
+{
+    const QString active = output(u"xprop"_s, {u"-root"_s, u"_NET_ACTIVE_WINDOW"_s});
+    const QString window = active.section(u"# "_s, 1).section(u',', 0, 0).trimmed();
+    return output(u"xprop"_s, {u"-id"_s, window, u"WM_NAME"_s}).section(u'"', 1, 1);
+}
+
+/// The id that the program of that window was started with, as its leading window has it.
+QString startupIdOf(const QString &title)
+{
+    const QString hints = output(u"xprop"_s, {u"-name"_s, title, u"WM_HINTS"_s});
+    const QString leader = hints.section(u"group leader: "_s, 1).section(u'\n', 0, 0);
+    return output(u"xprop"_s, {u"-id"_s, leader, u"_NET_STARTUP_ID"_s}).section(u'"', 1, 1);
+}
+
+bool isOnScreen(const QString &title)
+{
+    const QString window = output(u"xwininfo"_s, {u"-name"_s, title});
+    return window.contains(u"Map State: IsViewable"_s);
+}
+
+/// Xfwm, told to let nobody steal the focus, in place of the window manager that is there.
+class StrictWindowManager
+{
+public:
+    StrictWindowManager()
+    {
+        const QString folder =
+            qEnvironmentVariable("XDG_CONFIG_HOME") + u"/xfce4/xfconf/xfce-perchannel-xml"_s;
+        QFile settings(folder + u"/xfwm4.xml"_s);
+        if (!QDir().mkpath(folder) || !settings.open(QIODevice::WriteOnly))
+            qFatal("cannot write %s", qPrintable(settings.fileName()));
+        settings.write("<channel name=\"xfwm4\" version=\"1.0\"><property name=\"general\" "
+                       "type=\"empty\"><property name=\"prevent_focus_stealing\" type=\"bool\" "
+                       "value=\"true\"/></property></channel>");
+        settings.close();
+        m_process.start(u"xfwm4"_s, {u"--replace"_s, u"--compositor=off"_s});
+        QTRY_VERIFY(output(u"xprop"_s, {u"-root"_s, u"-notype"_s, u"_NET_SUPPORTED"_s})
+                        .contains(u"_NET_WM_FULLSCREEN_MONITORS"_s));
+    }
+    ~StrictWindowManager()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+private:
+    QProcess m_process;
+};
+
+/// A window in which the user has just typed something.
+class WindowInUse : public QRasterWindow
+{
+public:
+    explicit WindowInUse(Keyboard &keyboard)
+    {
+        setTitle(u"In use"_s);
+        resize(300, 200);
+        show();
+        requestActivate();
+        QTRY_COMPARE(activeTitle(), u"In use"_s);
+        keyboard.type({KEY_X});
+        QTRY_VERIFY(m_hasKey);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent *) override { m_hasKey = true; }
+
+private:
+    bool m_hasKey = false;
+};
+
+// A program that minds the time that its start carries, as GTK does.
+const QString gtkProgram = u"/usr/bin/xfwm4-tweaks-settings"_s;
+const QString gtkTitle = u"Window Manager Tweaks"_s;
+} // namespace
+
+class FocusTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    StrictWindowManager m_windowManager;
+
+private Q_SLOTS:
+    void isTestedAgainstAWindowManagerThatPreventsTheStealingOfTheFocus()
+    {
+        Keyboard keyboard;
+        const WindowInUse window(keyboard);
+        QProcess thief;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DESKTOP_STARTUP_ID"_s, u"thief-1_TIME1"_s);
+        thief.setProcessEnvironment(environment);
+        thief.start(gtkProgram, QStringList());
+        QTRY_VERIFY(isOnScreen(gtkTitle));
+        QCOMPARE(activeTitle(), u"In use"_s);
+        thief.kill();
+        thief.waitForFinished();
+    }
+
+    void bringsWhatItStartsToTheFront_data()
+    {
+        QTest::addColumn<QByteArray>("startupNotify");
+        QTest::newRow("an application that is announced") << QByteArray("StartupNotify=true\n");
+        QTest::newRow("one that is not") << QByteArray();
+    }
+    void bringsWhatItStartsToTheFront()
+    {
+        QFETCH(const QByteArray, startupNotify);
+        ProgramUnderTest program;
+        QFile app(program.home.filePath(u"app.desktop"_s));
+        QVERIFY(app.open(QIODevice::WriteOnly));
+        app.write("[Desktop Entry]\nType=Application\nName=Tweaks\nExec=" + gtkProgram.toUtf8()
+                  + '\n' + startupNotify);
+        app.close();
+        program.addApp(app.fileName(), {40, 0x1800});
+        // What the program itself was once started with is of no use.
+        program.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"launcher-1_TIME1"_s);
+        program.start();
+        const auto closed = qScopeGuard([&program] {
+            for (const pid_t child : program.children())
+                kill(child, SIGKILL);
+        });
+        Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
+        const WindowInUse window(keyboard);
+        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(activeTitle(), gtkTitle);
+        // By the time of the press, not because it came without any.
+        QVERIFY(startupIdOf(gtkTitle).startsWith(u"corvane-"_s));
+    }
+
+    void announcesAnApplicationThatSaysWhenItIsThere()
+    {
+        // Who listens to all that is announced.
+        auto *const connection = xcb_connect(nullptr, nullptr);
+        const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+        const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(connection);
+
+        const RecordedApp app({}, "StartupNotify=true\nIcon=a \"b\" \\\\c\nStartupWMClass=Rec");
+        ProgramUnderTest program;
+        program.addApp(app.desktopFile(), {40, 0x1800});
+        program.start();
+        Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
+        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(app.starts().size(), 1);
+        const auto id = app.starts().constFirst()["startupId"].get<std::string>();
+        QByteArray message;
+        const auto isWhole = [&message, connection] {
+            while (auto *const event = xcb_poll_for_event(connection)) {
+                if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
+                    const auto &data = reinterpret_cast<xcb_client_message_event_t *>(event)->data;
+                    message.append(reinterpret_cast<const char *>(data.data8), sizeof data.data8);
+                }
+                std::free(event);
+            }
+            return message.endsWith('\0');
+        };
+        QTRY_VERIFY(isWhole());
+        xcb_disconnect(connection);
+        QCOMPARE(QByteArray(message.constData()),
+                 "new: ID=\"" + QByteArray::fromStdString(id)
+                     + "\" NAME=\"Recorded\" SCREEN=\"0\" BIN=\"record-start\" ICON=\"a \\\"b\\\" "
+                       "\\\\c\" "
+                       "WMCLASS=\"Rec\"");
+    }
+};
+
+QTEST_MAIN(FocusTest)
+#include "FocusTest.moc"

@@ -1,0 +1,43 @@
+#include "support/PrivateBus.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+void write(const QString &path, const QString &text)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    file.write(text.toUtf8());
+}
+} // namespace
+
+PrivateBus::PrivateBus(const QString &activatableName, const QString &program)
+{
+    if (!activatableName.isEmpty())
+        write(m_folder.filePath(activatableName + u".service"_s),
+              u"[D-BUS Service]\nName=%1\nExec=%2\n"_s.arg(activatableName, program));
+    const QString configuration = m_folder.filePath(u"bus.conf"_s);
+    write(configuration,
+          u"<busconfig><type>session</type><listen>unix:path=%1/bus</listen>"
+          "<servicedir>%1</servicedir><policy context=\"default\"><allow send_destination=\"*\" "
+          "eavesdrop=\"true\"/>"
+          "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>"_s.arg(
+              m_folder.path()));
+
+    m_daemon.start(
+        u"dbus-daemon"_s,
+        {u"--config-file"_s, configuration, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
+    if (!m_daemon.waitForReadyRead())
+        qFatal("the bus does not start: %s", m_daemon.readAllStandardError().constData());
+    m_address = QString::fromLatin1(m_daemon.readLine().trimmed());
+}
+
+PrivateBus::~PrivateBus()
+{
+    m_daemon.kill();
+    m_daemon.waitForFinished();
+}

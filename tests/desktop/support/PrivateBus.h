@@ -1,0 +1,23 @@
+// A session bus that nobody but the test and the program under test uses.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+class PrivateBus
+{
+public:
+    /// The bus starts the program when somebody calls that name, and no other for any name.
+    explicit PrivateBus(const QString &activatableName = {}, const QString &program = {});
+    ~PrivateBus();
+    Q_DISABLE_COPY_MOVE(PrivateBus)
+
+    /// As DBUS_SESSION_BUS_ADDRESS has it.
+    QString address() const { return m_address; }
+
+private:
+    QTemporaryDir m_folder;
+    QProcess m_daemon;
+    QString m_address;
+};
