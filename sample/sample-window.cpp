@@ -1,7 +1,8 @@
-// sample-window TITLE TEXT: a window, so that one sees that something was opened.
+// sample-window TITLE TEXT...: a window, so that one sees that something was opened.
 
 #include <QApplication>
 #include <QLabel>
+#include <cstdlib>
 
 namespace
 {
@@ -9,7 +10,7 @@ class SampleWindow : public QLabel
 {
 public:
     explicit SampleWindow(const QStringList &arguments)
-        : QLabel(arguments.value(2))
+        : QLabel(arguments.sliced(2).join(u'\n'))
         , m_title(arguments.value(1))
     {
         setAlignment(Qt::AlignCenter);
@@ -33,6 +34,8 @@ private:
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
+    if (QApplication::arguments().size() < 3)
+        return EXIT_FAILURE;
     SampleWindow window(QApplication::arguments());
     window.show();
     return QApplication::exec();
