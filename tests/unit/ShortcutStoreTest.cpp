@@ -175,6 +175,20 @@ private Q_SLOTS:
         QCOMPARE(store.error()->details, u"The list is not an array of entries."_s);
     }
 
+    void replacesAListThatCannotBeLoadedWithTheFirstChange()
+    {
+        Home home;
+        // There is no isEnabled.
+        home.write("[{\"id\":\"1B4E28BA-2FA1-11D2-883F-0016D3CCA427\",\"name\":\"N\","
+                   "\"kind\":\"app\",\"target\":\"\"}]");
+        ShortcutStore store(home.platform.services, home.center);
+        QVERIFY(store.entries().isEmpty());
+        QCOMPARE(store.error().value().message, couldNotLoad);
+        const auto mail = app(u"Mail"_s);
+        store.upsert(mail);
+        QCOMPARE(home.read(), fileOf({mail}));
+    }
+
     void registersTheStoredKeysOfEnabledEntries()
     {
         Home home;
