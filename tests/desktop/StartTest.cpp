@@ -13,6 +13,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+/// Starts the program with that app in its list, and presses the app's keys.
+void startByItsKeys(const RecordedApp &app, ProgramUnderTest &program)
+{
+    program.addApp(app.desktopFile(), {40, 0x1800});
+    program.start();
+    Keyboard keyboard;
+    QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
+    keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+    QTRY_COMPARE(app.starts().size(), 1);
+}
+} // namespace
+
 class StartTest : public QObject
 {
     Q_OBJECT
@@ -63,12 +77,7 @@ private Q_SLOTS:
         const RecordedApp app;
         ProgramUnderTest program;
         program.environment.insert(u"HOME"_s, u"/dev/null"_s);
-        program.addApp(app.desktopFile(), {40, 0x1800});
-        program.start();
-        Keyboard keyboard;
-        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
-        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-        QTRY_COMPARE(app.starts().size(), 1);
+        startByItsKeys(app, program);
         QCOMPARE(program.stop(), 0);
         QCOMPARE(program.errorOutput(), QByteArray());
     }
@@ -91,12 +100,8 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const RecordedApp app("--until-gone " + folder.path().toUtf8());
         ProgramUnderTest program;
-        program.addApp(app.desktopFile(), {40, 0x1800});
-        program.start();
-        Keyboard keyboard;
-        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1));
-        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-        QTRY_COMPARE(app.starts().size(), 1);
+        startByItsKeys(app, program);
+        QCOMPARE(app.starts().size(), 1);
         const pid_t process = app.starts().constFirst()["process"].get<pid_t>();
         QCOMPARE(program.children(), QList({process}));
         QCOMPARE(program.end(), 0);

@@ -1,10 +1,11 @@
 // An application as its .desktop file describes it, as GIO reads it.
 #pragma once
 
+#include "platform/linux/launch/GLib.h"
+
 #include <QString>
 #include <QUrl>
 #include <gio/gdesktopappinfo.h>
-#include <memory>
 #include <optional>
 
 class DesktopApp
@@ -28,14 +29,10 @@ public:
     GDesktopAppInfo *get() const { return m_info.get(); }
 
 private:
-    struct Unref {
-        void operator()(gpointer object) const { g_object_unref(object); }
-    };
-
     explicit DesktopApp(GDesktopAppInfo *info)
         : m_info(info)
     {
     }
 
-    std::unique_ptr<GDesktopAppInfo, Unref> m_info;
+    GObjectPointer<GDesktopAppInfo> m_info;
 };

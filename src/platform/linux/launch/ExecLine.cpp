@@ -1,8 +1,7 @@
 #include "platform/linux/launch/ExecLine.h"
 
 #include "foundation/Text.h"
-
-#include <gio/gio.h>
+#include "platform/linux/launch/GLib.h"
 
 using namespace Qt::StringLiterals;
 
@@ -96,11 +95,8 @@ Result<QStringList> parseExecLine(const QString &line, const ExecFields &fields)
 {
     gchar **words = nullptr;
     GError *error = nullptr;
-    if (!g_shell_parse_argv(line.toUtf8().constData(), nullptr, &words, &error)) {
-        const Error failure{QString::fromUtf8(error->message)};
-        g_error_free(error);
-        return failure;
-    }
+    if (!g_shell_parse_argv(line.toUtf8().constData(), nullptr, &words, &error))
+        return takeError(error);
     Expansion expansion(fields);
     for (gchar **word = words; *word; ++word)
         expansion.add(QString::fromUtf8(*word));

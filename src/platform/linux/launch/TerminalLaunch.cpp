@@ -1,16 +1,13 @@
 #include "platform/linux/launch/TerminalLaunch.h"
 
 #include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/launch/GLib.h"
 
-#include <memory>
 #include <unistd.h>
 
 namespace
 {
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using LaunchContext = std::unique_ptr<GAppLaunchContext, Unref>;
+using LaunchContext = GObjectPointer<GAppLaunchContext>;
 
 LaunchContext contextWith(const QByteArray &startupId)
 {
@@ -57,10 +54,7 @@ Result<pid_t> launchInTerminal(const DesktopApp &app, const QUrl &target,
         app.get(), target.isEmpty() ? nullptr : &addresses, context.get(),
         GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD), prepare, &child, note, &child,
         &error);
-    if (error) {
-        const Error failure{QString::fromUtf8(error->message)};
-        g_error_free(error);
-        return failure;
-    }
+    if (error)
+        return takeError(error);
     return child.process;
 }
