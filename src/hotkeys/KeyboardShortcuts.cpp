@@ -2,6 +2,7 @@
 
 #include "foundation/Json.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "hotkeys/SystemCheck.h"
 #include "platform/KeyModifier.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -47,6 +48,11 @@ QString Shortcut::description() const
         text += u'⌘';
     const auto name = keyNames().constFind(carbonKeyCode);
     return text + (name == keyNames().cend() ? u"Key %1"_s.arg(carbonKeyCode) : *name);
+}
+
+bool Shortcut::isTakenBySystem() const
+{
+    return KeyboardShortcuts::isTakenBySystem(*this, Platform::system().symbolicHotkeys);
 }
 
 size_t qHash(const Shortcut &shortcut, size_t seed)

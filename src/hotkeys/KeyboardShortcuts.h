@@ -22,6 +22,10 @@ struct Shortcut {
 
     /// What the user reads, such as ⇧⌘A: modifiers in a fixed order, then the key's name.
     QString description() const;
+
+    /// Whether the system's desktop uses the combination for an enabled shortcut of its own. Asks
+    /// it anew each time.
+    bool isTakenBySystem() const;
 };
 
 size_t qHash(const Shortcut &shortcut, size_t seed = 0);

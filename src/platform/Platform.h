@@ -5,12 +5,14 @@
 
 class AlertSound;
 class HotkeyService;
+class SymbolicHotkeys;
 class UserDefaults;
 class UserNotificationCenter;
 class Workspace;
 
 struct Platform {
     HotkeyService &hotkeys;
+    SymbolicHotkeys &symbolicHotkeys;
     UserDefaults &userDefaults;
     Workspace &workspace;
     UserNotificationCenter &notifications;

@@ -1,6 +1,7 @@
 // The list changes while keys are pressed: the real store on the real hot key service.
 
 #include "fakes/FakeAlertSound.h"
+#include "fakes/FakeSymbolicHotkeys.h"
 #include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
 #include "hotkeys/HotkeyCenter.h"
@@ -115,11 +116,13 @@ struct Desk {
     UserActivation activation;
     X11HotkeyService service{connection, activation};
     IniUserDefaults defaults{folder.filePath(u"Corvane.conf"_s)};
+    FakeSymbolicHotkeys symbolicHotkeys;
     FakeWorkspace workspace;
     FakeUserNotificationCenter notifications;
     FakeAlertSound alertSound;
     Platform platform{
         .hotkeys = service,
+        .symbolicHotkeys = symbolicHotkeys,
         .userDefaults = defaults,
         .workspace = workspace,
         .notifications = notifications,

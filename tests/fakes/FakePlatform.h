@@ -3,6 +3,7 @@
 
 #include "fakes/FakeAlertSound.h"
 #include "fakes/FakeHotkeyService.h"
+#include "fakes/FakeSymbolicHotkeys.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
@@ -18,6 +19,7 @@ public:
 
     QStringList calls;
     FakeHotkeyService hotkeys{CallLog(&calls)};
+    FakeSymbolicHotkeys symbolicHotkeys;
     FakeUserDefaults userDefaults{CallLog(&calls)};
     FakeWorkspace workspace;
     FakeUserNotificationCenter notifications{CallLog(&calls)};
@@ -25,6 +27,7 @@ public:
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
+        .symbolicHotkeys = symbolicHotkeys,
         .userDefaults = userDefaults,
         .workspace = workspace,
         .notifications = notifications,

@@ -56,6 +56,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     , m_notifications(applicationId)
     , m_services{
           .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
+          .symbolicHotkeys = m_symbolicHotkeys,
           .userDefaults = m_userDefaults,
           .workspace = m_workspace,
           .notifications = m_notifications,

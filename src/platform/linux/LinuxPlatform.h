@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/AbsentHotkeyService.h"
+#include "platform/linux/AbsentSymbolicHotkeys.h"
 #include "platform/linux/CanberraAlertSound.h"
 #include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
@@ -40,6 +41,7 @@ private:
     std::unique_ptr<X11Connection> m_x11;
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;
+    AbsentSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};
     DBusNotificationCenter m_notifications;

@@ -1,0 +1,43 @@
+#include "hotkeys/SystemCheck.h"
+
+#include "platform/KeyModifier.h"
+#include "platform/SymbolicHotkeys.h"
+
+#include <algorithm>
+
+namespace KeyboardShortcuts
+{
+
+namespace
+{
+constexpr quint32 modifierFlags =
+    commandEventFlag | shiftEventFlag | optionEventFlag | controlEventFlag;
+}
+
+quint32 carbonToEventFlags(qint64 carbonModifiers)
+{
+    quint32 flags = 0;
+    if (carbonModifiers & commandKey)
+        flags |= commandEventFlag;
+    if (carbonModifiers & shiftKey)
+        flags |= shiftEventFlag;
+    if (carbonModifiers & optionKey)
+        flags |= optionEventFlag;
+    if (carbonModifiers & controlKey)
+        flags |= controlEventFlag;
+    return flags;
+}
+
+bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service)
+{
+    const auto hotkeys = service.copySymbolicHotkeys();
+    if (!hotkeys)
+        return false;
+    const quint32 wanted = carbonToEventFlags(shortcut.carbonModifiers);
+    return std::ranges::any_of(*hotkeys, [&](const SymbolicHotkey &hotkey) {
+        return hotkey.isEnabled && hotkey.code == shortcut.carbonKeyCode
+            && (hotkey.modifiers & modifierFlags) == wanted;
+    });
+}
+
+} // namespace KeyboardShortcuts
