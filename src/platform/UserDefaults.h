@@ -24,4 +24,7 @@ public:
     /// Until the returned value ends, changes can be read but are not on disk yet; then all are
     /// written at once.
     virtual Registration writeTogether() = 0;
+
+    /// Another number after each change, so that what was made of the values knows its age.
+    virtual quint64 revision() const = 0;
 };

@@ -1,4 +1,4 @@
-// User defaults in memory, and how often they would have been written to disk.
+// User defaults in memory, and how often they were read and would have been written to disk.
 #pragma once
 
 #include "fakes/CallLog.h"
@@ -45,20 +45,28 @@ public:
             write();
         });
     }
+    quint64 revision() const override { return m_revision; }
 
     QHash<QString, QVariant> values;
+    mutable int reads = 0;
     int writes = 0;
 
 private:
     template <typename Type>
     std::optional<Type> value(const QString &key) const
     {
+        ++reads;
         const QVariant found = values.value(key);
         return found.typeId() == qMetaTypeId<Type>() ? std::optional(found.value<Type>())
                                                      : std::nullopt;
     }
-    void write() { writes += m_delays == 0 ? 1 : 0; }
+    void write()
+    {
+        ++m_revision;
+        writes += m_delays == 0 ? 1 : 0;
+    }
 
     CallLog m_log;
     int m_delays = 0;
+    quint64 m_revision = 0;
 };

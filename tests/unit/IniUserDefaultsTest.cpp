@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -169,6 +170,33 @@ private Q_SLOTS:
             QCOMPARE(file.read(), QByteArray());
         }
         QCOMPARE(file.read(), "[General]\n" + line + "\npauseAll=true\n");
+    }
+
+    void hasAnotherRevisionAfterEachChange_data()
+    {
+        QTest::addColumn<std::function<void(IniUserDefaults &)>>("use");
+        QTest::addColumn<bool>("changes");
+        const auto add = [](const char *row, bool changes,
+                            const std::function<void(IniUserDefaults &)> &use) {
+            QTest::newRow(row) << use << changes;
+        };
+        add("data", true, [](IniUserDefaults &it) { it.setData(key, value); });
+        add("a Boolean", true, [](IniUserDefaults &it) { it.setBoolean(u"pauseAll"_s, true); });
+        add("a removed key", true, [](IniUserDefaults &it) { it.remove(key); });
+        add("a read", false, [](IniUserDefaults &it) { QVERIFY(it.data(key)); });
+    }
+    void hasAnotherRevisionAfterEachChange()
+    {
+        QFETCH(const std::function<void(IniUserDefaults &)>, use);
+        QFETCH(const bool, changes);
+        const File file;
+        file.write("[General]\n" + line + "\n");
+        IniUserDefaults defaults(file.path);
+        // At once, and not when the changes are written.
+        const auto together = defaults.writeTogether();
+        const quint64 before = defaults.revision();
+        use(defaults);
+        QCOMPARE(defaults.revision() != before, changes);
     }
 
     void leavesTheOldFileWhereTheNewOneHasNoSpace()

@@ -79,6 +79,7 @@ void IniUserDefaults::set(const QString &key, const QVariant &value)
 
 void IniUserDefaults::write()
 {
+    ++m_revision;
     if (m_delays > 0)
         return;
     if (hasSpace()) {

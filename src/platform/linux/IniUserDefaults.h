@@ -16,6 +16,7 @@ public:
     void setBoolean(const QString &key, bool value) override;
     void remove(const QString &key) override;
     Registration writeTogether() override;
+    quint64 revision() const override { return m_revision; }
 
 private:
     /// Writes when it is told to, and not by itself as well.
@@ -36,5 +37,6 @@ private:
     /// The most by which the file may have grown since it was written.
     qint64 m_growth = 0;
     int m_delays = 0;
+    quint64 m_revision = 0;
     bool m_hasComplained = false;
 };
