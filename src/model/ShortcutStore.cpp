@@ -4,6 +4,7 @@
 #include "actions/Notifier.h"
 #include "foundation/Text.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "hotkeys/SystemCheck.h"
 #include "platform/AlertSound.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -42,6 +43,7 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     : m_platform(platform)
     , m_center(center)
     , m_file(platform.applicationSupport)
+    , m_index(m_entries, platform.userDefaults)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
 {
     auto entries = m_file.read();
@@ -157,6 +159,31 @@ void ShortcutStore::resetAllShortcuts()
     }
     // The list is the same, but every entry has other keys.
     Q_EMIT willChange();
+}
+
+QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
+                                    const std::optional<QUuid> &excluding) const
+{
+    const auto shortcut = KeyboardShortcuts::getShortcut(name, m_platform.userDefaults);
+    if (!shortcut)
+        return {};
+    QStringList messages;
+    if (KeyboardShortcuts::isTakenBySystem(*shortcut, m_platform.symbolicHotkeys))
+        messages << shortcut->description() + u" is already used by macOS. It may not work."_s;
+    for (const LaunchEntry &other : m_index.enabledEntries(*shortcut)) {
+        if (other.id == excluding)
+            continue;
+        const QString user = other.name.isEmpty() ? u"another entry"_s : quoted(other.name);
+        messages << u"The same keys are used by %1."_s.arg(user);
+    }
+    return messages;
+}
+
+QString ShortcutStore::shortcutText(const LaunchEntry &entry) const
+{
+    const auto shortcut =
+        KeyboardShortcuts::getShortcut(entry.shortcutName(), m_platform.userDefaults);
+    return shortcut ? shortcut->description() : u"No keys"_s;
 }
 
 bool ShortcutStore::showRunNotification(const UserDefaults &defaults)

@@ -5,9 +5,11 @@
 #include "model/AppError.h"
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
+#include "model/ShortcutIndex.h"
 
 #include <QList>
 #include <QObject>
+#include <QStringList>
 #include <QUuid>
 #include <optional>
 
@@ -65,6 +67,15 @@ public:
     /// Removes the stored combination of every entry; the entries stay.
     void resetAllShortcuts();
 
+    /// Why the combination that is stored under the name may not work, as sentences for the user:
+    /// first that the desktop uses it, then each enabled entry with the same keys but the excluded
+    /// one, in the order of the list. Asks the desktop anew each time.
+    QStringList warnings(const KeyboardShortcuts::Name &name,
+                         const std::optional<QUuid> &excluding = std::nullopt) const;
+
+    /// The entry's stored combination, or "No keys".
+    QString shortcutText(const LaunchEntry &entry) const;
+
     /// Whether the user wants a notification of every successful run; by default, yes.
     static bool showRunNotification(const UserDefaults &defaults);
 
@@ -82,6 +93,7 @@ private:
     HotkeyCenter &m_center;
     EntriesFile m_file;
     QList<LaunchEntry> m_entries;
+    mutable ShortcutIndex m_index;
     bool m_paused;
     std::optional<AppError> m_error;
 };

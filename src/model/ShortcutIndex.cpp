@@ -1,0 +1,37 @@
+#include "model/ShortcutIndex.h"
+
+#include "platform/UserDefaults.h"
+
+using namespace KeyboardShortcuts;
+
+ShortcutIndex::ShortcutIndex(const QList<LaunchEntry> &entries, const UserDefaults &defaults)
+    : m_entries(entries)
+    , m_defaults(defaults)
+{
+}
+
+QList<LaunchEntry> ShortcutIndex::enabledEntries(const Shortcut &shortcut)
+{
+    if (!isCurrent())
+        rebuild();
+    return m_enabled.value(shortcut);
+}
+
+bool ShortcutIndex::isCurrent() const
+{
+    // A change of a shared list gives it memory of its own.
+    return m_entries.isSharedWith(m_indexed) && m_revision == m_defaults.revision();
+}
+
+void ShortcutIndex::rebuild()
+{
+    m_indexed = m_entries;
+    m_revision = m_defaults.revision();
+    m_enabled.clear();
+    for (const LaunchEntry &entry : m_entries) {
+        if (!entry.isEnabled)
+            continue;
+        if (const auto shortcut = getShortcut(entry.shortcutName(), m_defaults))
+            m_enabled[*shortcut].append(entry);
+    }
+}
