@@ -1,10 +1,9 @@
 #include "model/LaunchEntry.h"
 
 #include "foundation/Text.h"
+#include "foundation/Uuid.h"
 
 #include <QDir>
-#include <QRegularExpression>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -14,16 +13,6 @@ namespace
 QString canonicalText(const QUuid &id)
 {
     return id.toString(QUuid::WithoutBraces).toUpper();
-}
-
-/// Checked by ourselves: QUuid reads past trailing junk and cannot tell the zero id from an error.
-std::optional<QUuid> uuidFromText(const QString &text)
-{
-    static const QRegularExpression form(
-        uR"(\A[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}\z)"_s);
-    if (!form.match(text).hasMatch())
-        return std::nullopt;
-    return QUuid::fromString(text);
 }
 
 QString abbreviatingHome(const QString &path)
