@@ -71,12 +71,18 @@ HotkeyId HotkeyCenter::hotkeyId(const QString &name)
     return {HotKeySignature, id};
 }
 
+bool HotkeyCenter::fire(const Name &name) const
+{
+    // A copy: the action may replace or remove its own handler.
+    const auto action = handlers.value(name.rawValue);
+    if (action && !disabled.contains(name.rawValue))
+        action();
+    return action != nullptr;
+}
+
 void HotkeyCenter::dispatch(quint32 id) const
 {
     const auto name = m_idToName.constFind(id);
-    if (name == m_idToName.cend() || disabled.contains(*name))
-        return;
-    // A copy: the action may replace or remove its own handler.
-    if (const auto action = handlers.value(*name))
-        action();
+    if (name != m_idToName.cend())
+        fire({*name});
 }

@@ -37,6 +37,10 @@ public:
     /// fatal.
     void sync(const KeyboardShortcuts::Name &name);
 
+    /// What a press of the name's keys does, whether it has any or not: calls its action, unless
+    /// it is disabled. Tells whether it has an action at all.
+    bool fire(const KeyboardShortcuts::Name &name) const;
+
 private:
     void installHandlerIfNeeded();
     HotkeyId hotkeyId(const QString &name);

@@ -278,6 +278,31 @@ private Q_SLOTS:
         QCOMPARE(calls, 1);
     }
 
+    void firesANameThatHasNoKeys()
+    {
+        Desk desk;
+        desk.handle(mail);
+        QVERIFY(desk.center.fire(mail));
+        QCOMPARE(desk.calls, (QHash<QString, int>{{mail.rawValue, 1}}));
+    }
+
+    void knowsADisabledNameButDoesNotFireIt()
+    {
+        Desk desk;
+        desk.handle(mail);
+        desk.center.disabled.insert(mail.rawValue);
+        QVERIFY(desk.center.fire(mail));
+        QVERIFY(desk.calls.isEmpty());
+    }
+
+    void doesNotKnowANameWithoutAHandler()
+    {
+        Desk desk;
+        desk.handle(mail);
+        QVERIFY(!desk.center.fire(music));
+        QVERIFY(desk.calls.isEmpty());
+    }
+
     void forgetsPressesThatItDoesNotOutlive()
     {
         FakePlatform platform;
