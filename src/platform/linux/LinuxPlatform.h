@@ -23,6 +23,9 @@ public:
 
     const Platform &services() const { return m_services; }
 
+    /// To be kept up to date by whoever hears of actions of the user.
+    UserActivation &userActivation() { return m_activation; }
+
     /// What is out of the ordinary with the hot keys of this session, for standard error.
     std::optional<QString> hotkeysNotice() const;
 

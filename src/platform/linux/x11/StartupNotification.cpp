@@ -3,6 +3,7 @@
 #include "platform/linux/x11/X11Connection.h"
 
 #include <QGuiApplication>
+#include <QRegularExpression>
 #include <algorithm>
 #include <unistd.h>
 
@@ -29,8 +30,13 @@ QByteArray member(const QByteArray &key, const QString &value)
 }
 
 /// A message to all that listen, in pieces of 20 bytes which one window holds together.
-void broadcast(xcb_connection_t *connection, QByteArray message)
+void broadcast(QByteArray message)
 {
+    // Not the connection of the hot keys: a press that the replies overtake would go unnoticed.
+    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11)
+        return;
+    auto *const connection = x11->connection();
     const auto begin = atom(connection, "_NET_STARTUP_INFO_BEGIN");
     const auto next = atom(connection, "_NET_STARTUP_INFO");
     const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
@@ -68,16 +74,27 @@ QByteArray newId(quint32 userTime)
         + QByteArray::number(userTime);
 }
 
+std::optional<quint32> userTime(const QByteArray &id)
+{
+    static const QRegularExpression suffix(u"_TIME([0-9]+)\\z"_s);
+    const auto match = suffix.match(QString::fromLatin1(id));
+    bool fits = false;
+    const quint32 time = match.captured(1).toUInt(&fits);
+    // Where the time is not known, some write 0.
+    return fits && time != 0 ? std::optional(time) : std::nullopt;
+}
+
 void announce(const QByteArray &id, const StartingApp &app)
 {
-    // Not the connection of the hot keys: a press that the replies overtake would go unnoticed.
-    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
-        return;
-    broadcast(x11->connection(),
-              "new:" + member("ID", QString::fromLatin1(id)) + member("NAME", app.name)
-                  + member("SCREEN", u"0"_s) + member("BIN", app.program) + member("ICON", app.icon)
-                  + member("WMCLASS", app.windowClass));
+    broadcast("new:" + member("ID", QString::fromLatin1(id)) + member("NAME", app.name)
+              + member("SCREEN", u"0"_s) + member("BIN", app.program) + member("ICON", app.icon)
+              + member("WMCLASS", app.windowClass));
+}
+
+void finish(const QByteArray &id)
+{
+    if (!id.isEmpty())
+        broadcast("remove:" + member("ID", QString::fromUtf8(id)));
 }
 
 } // namespace StartupNotification
