@@ -3,6 +3,7 @@
 #include "support/Keyboard.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
+#include "support/StartupMessages.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,6 @@
 #include <QRasterWindow>
 #include <QTest>
 #include <csignal>
-#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -161,13 +161,7 @@ private Q_SLOTS:
 
     void announcesAnApplicationThatSaysWhenItIsThere()
     {
-        // Who listens to all that is announced.
-        auto *const connection = xcb_connect(nullptr, nullptr);
-        const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &mask);
-        xcb_flush(connection);
-
+        StartupMessages messages;
         const RecordedApp app({}, "StartupNotify=true\nIcon=a \"b\" \\\\c\nStartupWMClass=Rec");
         ProgramUnderTest program;
         program.addApp(app.desktopFile(), {40, 0x1800});
@@ -177,24 +171,10 @@ private Q_SLOTS:
         keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
         QTRY_COMPARE(app.starts().size(), 1);
         const auto id = app.starts().constFirst()["startupId"].get<std::string>();
-        QByteArray message;
-        const auto isWhole = [&message, connection] {
-            while (auto *const event = xcb_poll_for_event(connection)) {
-                if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
-                    const auto &data = reinterpret_cast<xcb_client_message_event_t *>(event)->data;
-                    message.append(reinterpret_cast<const char *>(data.data8), sizeof data.data8);
-                }
-                std::free(event);
-            }
-            return message.endsWith('\0');
-        };
-        QTRY_VERIFY(isWhole());
-        xcb_disconnect(connection);
-        QCOMPARE(QByteArray(message.constData()),
-                 "new: ID=\"" + QByteArray::fromStdString(id)
-                     + "\" NAME=\"Recorded\" SCREEN=\"0\" BIN=\"record-start\" ICON=\"a \\\"b\\\" "
-                       "\\\\c\" "
-                       "WMCLASS=\"Rec\"");
+        QTRY_COMPARE(messages.soFar(),
+                     QList({"new: ID=\"" + QByteArray::fromStdString(id)
+                            + "\" NAME=\"Recorded\" SCREEN=\"0\" BIN=\"record-start\" ICON=\"a "
+                              "\\\"b\\\" \\\\c\" WMCLASS=\"Rec\""}));
     }
 };
 

@@ -1,6 +1,7 @@
 // Real keys on a real X server: from the press to the started application.
 
 #include "support/Keyboard.h"
+#include "support/PrivateBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 
@@ -543,8 +544,11 @@ private Q_SLOTS:
         Desk first;
         QTRY_VERIFY(first.keyboard.isGrabbed(KEY_K, controlAlt));
 
+        // On a bus of its own, since there is one instance on each.
+        const PrivateBus otherBus;
         RecordedApp other;
         ProgramUnderTest second;
+        second.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, otherBus.address());
         second.addApp(first.app.desktopFile(), controlOptionK);
         second.addApp(other.desktopFile(), controlOptionJ);
         second.start();

@@ -1,16 +1,11 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/ApplicationId.h"
 #include "platform/linux/Session.h"
 
-#include <QDBusConnection>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-const QString applicationId = u"org.corvane.Corvane"_s;
-}
 
 const Platform &Platform::system()
 {
@@ -86,6 +81,4 @@ void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
-    // Its first use connects, for which no run should wait.
-    QDBusConnection::sessionBus();
 }

@@ -67,19 +67,27 @@ ProgramUnderTest::ProgramUnderTest()
 
 ProgramUnderTest::~ProgramUnderTest()
 {
-    ours.remove(pid_t(m_process.processId()));
+    ours.remove(processId());
     m_process.kill();
     m_process.waitForFinished();
 }
 
-void ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target, StoredKeys keys)
+QString ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target)
 {
-    const QByteArray id = QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
-    m_records << R"({"id":")" + id + R"(","name":"App","kind":")" + kind + R"(","target":")"
-            + target.toUtf8() + R"(","isEnabled":true})";
-    addDefault("hotkey.corvane-" + id + R"(="@ByteArray({\"carbonKeyCode\":)"
+    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    m_records << R"({"id":")" + id.toUtf8() + R"(","name":"App","kind":")" + kind
+            + R"(","target":")" + target.toUtf8() + R"(","isEnabled":)"
+            + (entriesAreEnabled ? "true" : "false") + '}';
+    return id;
+}
+
+QString ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target, StoredKeys keys)
+{
+    const QString id = addEntry(kind, target);
+    addDefault("hotkey.corvane-" + id.toUtf8() + R"(="@ByteArray({\"carbonKeyCode\":)"
                + QByteArray::number(keys.keyCode) + R"(,\"carbonModifiers\":)"
                + QByteArray::number(keys.modifiers) + "})\"");
+    return id;
 }
 
 void ProgramUnderTest::writeFiles() const
@@ -111,7 +119,7 @@ QList<pid_t> ProgramUnderTest::children() const
 
 int ProgramUnderTest::end()
 {
-    ours.remove(pid_t(m_process.processId()));
+    ours.remove(processId());
     m_process.terminate();
     return exitStatus();
 }

@@ -23,9 +23,14 @@ public:
     ~ProgramUnderTest();
     Q_DISABLE_COPY_MOVE(ProgramUnderTest)
 
-    /// Adds an enabled entry, named App, to the list that the program will find.
-    void addEntry(const QByteArray &kind, const QString &target, StoredKeys keys);
-    void addApp(const QString &target, StoredKeys keys) { addEntry("app", target, keys); }
+    /// Adds an entry, named App, to the list that the program will find, with keys or without; the
+    /// text of its id.
+    QString addEntry(const QByteArray &kind, const QString &target);
+    QString addEntry(const QByteArray &kind, const QString &target, StoredKeys keys);
+    QString addApp(const QString &target, StoredKeys keys) { return addEntry("app", target, keys); }
+
+    /// Of entries that are added from now on.
+    bool entriesAreEnabled = true;
 
     /// Adds a line to the user defaults that the program will find.
     void addDefault(const QByteArray &line) { m_defaults << line; }
@@ -40,6 +45,10 @@ public:
     QStringList starter;
 
     void start();
+
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+
+    pid_t processId() const { return pid_t(m_process.processId()); }
 
     /// What it has started that has not ended, or that it has not taken notice of.
     QList<pid_t> children() const;

@@ -1,0 +1,110 @@
+#include "platform/linux/instance/DBusApplication.h"
+
+#include "foundation/Text.h"
+#include "foundation/Uuid.h"
+#include "platform/linux/ApplicationId.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString objectPath = u"/org/corvane/Corvane"_s;
+
+// The names that programs agreed upon.
+const QString startupIdKey = u"desktop-startup-id"_s;
+const QString activationTokenKey = u"activation-token"_s;
+
+QVariantMap platformData(const StartupTokens &tokens)
+{
+    QVariantMap data;
+    if (!tokens.startupId.isEmpty())
+        data.insert(startupIdKey, QString::fromUtf8(tokens.startupId));
+    if (!tokens.activationToken.isEmpty())
+        data.insert(activationTokenKey, QString::fromUtf8(tokens.activationToken));
+    return data;
+}
+
+StartupTokens tokensIn(const QVariantMap &platformData)
+{
+    return {
+        .startupId = platformData.value(startupIdKey).toString().toUtf8(),
+        .activationToken = platformData.value(activationTokenKey).toString().toUtf8(),
+    };
+}
+
+QDBusError activateOther(const StartupTokens &tokens, const QDeadlineTimer &deadline)
+{
+    auto call = QDBusMessage::createMethodCall(applicationId, objectPath,
+                                               u"org.freedesktop.Application"_s, u"Activate"_s);
+    call << platformData(tokens);
+    // If it has gone we take its place, and nobody else should be started for it.
+    call.setAutoStartService(false);
+    const int timeout = qMax(1, int(deadline.remainingTime()));
+    return {QDBusConnection::sessionBus().call(call, QDBus::Block, timeout)};
+}
+
+/// Whether who was called is not there, or ended before it answered. The same is said of who does
+/// not answer in time.
+bool mayHaveGone(const QDBusError &error)
+{
+    return error.type() == QDBusError::NoReply || error.type() == QDBusError::ServiceUnknown
+        || error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+} // namespace
+
+InstanceClaim DBusApplication::claim(const StartupTokens &tokens)
+{
+    auto bus = QDBusConnection::sessionBus();
+    // The object first: whoever finds the name expects it.
+    if (!bus.isConnected()
+        || !bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
+        return InstanceClaim::impossible;
+    const QDeadlineTimer deadline(instancePatience);
+    do {
+        const auto request = bus.interface()->registerService(applicationId);
+        if (!request.isValid())
+            return InstanceClaim::impossible;
+        if (request == QDBusConnectionInterface::ServiceRegistered)
+            return InstanceClaim::first;
+        const QDBusError error = activateOther(tokens, deadline);
+        if (!error.isValid())
+            return InstanceClaim::handedOver;
+        if (!mayHaveGone(error))
+            return InstanceClaim::unanswered;
+    } while (!deadline.hasExpired());
+    return InstanceClaim::unanswered;
+}
+
+void DBusApplication::Activate(const QVariantMap &platformData)
+{
+    activate(tokensIn(platformData));
+}
+
+void DBusApplication::ActivateAction(const QString &name, const QVariantList &parameters,
+                                     const QVariantMap &platformData)
+{
+    if (name != u"fire") {
+        refuse(u"There is no action %1."_s.arg(quoted(name)));
+        return;
+    }
+    if (parameters.size() != 1
+        || parameters.constFirst().metaType() != QMetaType::fromType<QString>()) {
+        refuse(u"The action takes one text, the id of an entry."_s);
+        return;
+    }
+    const QString text = parameters.constFirst().toString();
+    const auto id = uuidFromText(text);
+    if (!id || !fire(*id, tokensIn(platformData)))
+        refuse(u"There is no entry with the id %1."_s.arg(quoted(text)));
+}
+
+void DBusApplication::refuse(const QString &reason) const
+{
+    sendErrorReply(QDBusError::InvalidArgs, reason);
+}

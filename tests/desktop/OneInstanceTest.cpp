@@ -1,0 +1,503 @@
+// The program runs once in a session: what a second start does, and how others reach the first.
+
+#include "platform/linux/x11/ServerTime.h"
+#include "support/Keyboard.h"
+#include "support/PrivateBus.h"
+#include "support/ProgramUnderTest.h"
+#include "support/RecordedApp.h"
+#include "support/RecordedService.h"
+#include "support/StartupMessages.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr StoredKeys controlOptionJ{38, 0x1800};
+constexpr StoredKeys controlOptionK{40, 0x1800};
+constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+const QString name = u"org.corvane.Corvane"_s;
+
+/// On the session bus, or without one.
+void addRoads()
+{
+    QTest::addColumn<bool>("hasBus");
+    QTest::newRow("on the session bus") << true;
+    QTest::newRow("without a bus") << false;
+}
+
+/// A session on the test's display, with a bus of its own, or none.
+class Session
+{
+public:
+    explicit Session(bool hasBus = true)
+        : m_bus(hasBus ? std::make_unique<PrivateBus>() : nullptr)
+    {
+    }
+
+    QString busAddress() const { return m_bus ? m_bus->address() : u"unix:path=/nowhere"_s; }
+    void endBus() { m_bus.reset(); }
+
+    QString lockFile() const
+    {
+        const QString display = qEnvironmentVariable("DISPLAY").replace(u':', u'_');
+        return m_folder.filePath(u"org.corvane.Corvane-%1.lock"_s.arg(display));
+    }
+
+    void start(ProgramUnderTest &program) const
+    {
+        program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, busAddress());
+        program.environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+        program.start();
+    }
+
+    /// Calls the instance that has the name; its answer.
+    QDBusMessage call(const QString &method, const QVariantList &arguments) const
+    {
+        const QString caller = u"caller"_s;
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            name, u"/org/corvane/Corvane"_s, u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        const auto answer = QDBusConnection::connectToBus(busAddress(), caller).call(message);
+        QDBusConnection::disconnectFromBus(caller);
+        return answer;
+    }
+    QDBusMessage fire(const QVariantList &parameters, const QVariantMap &platformData = {}) const
+    {
+        return call(u"ActivateAction"_s, {u"fire"_s, QVariant(parameters), platformData});
+    }
+
+private:
+    std::unique_ptr<PrivateBus> m_bus;
+    QTemporaryDir m_folder;
+};
+
+/// The program, with an app on Control+Option+K and one that has no keys.
+struct Instance {
+    Instance()
+        : idOnK(program.addApp(onK.desktopFile(), controlOptionK))
+        , idWithoutKeys(program.addEntry("app", withoutKeys.desktopFile()))
+    {
+    }
+
+    /// Awaits that it is the first and has its keys.
+    void startIn(const Session &session)
+    {
+        session.start(program);
+        QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
+    }
+    void verifyThatItsKeysWork() const
+    {
+        const qsizetype before = onK.starts().size();
+        Keyboard().type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(onK.starts().size(), before + 1);
+    }
+
+    RecordedApp onK;
+    RecordedApp withoutKeys;
+    ProgramUnderTest program;
+    QString idOnK;
+    QString idWithoutKeys;
+};
+
+void verifyThatItEnds(ProgramUnderTest &program, int status, const QByteArray &words)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(!program.isRunning(), 10000);
+    QCOMPARE(program.exitStatus(), status);
+    QCOMPARE(program.errorOutput(), words);
+}
+
+const QByteArray noAnswer("corvane: it runs already, but does not answer\n");
+} // namespace
+
+class OneInstanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsASecondStartAndKeepsTheFirst_data() { addRoads(); }
+    void endsASecondStartAndKeepsTheFirst()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        ProgramUnderTest second;
+        session.start(second);
+        verifyThatItEnds(second, 0, "");
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.program.stop(), 0);
+    }
+
+    void handsOverWhatItWasStartedWith_data()
+    {
+        QTest::addColumn<QString>("startupId");
+        QTest::addColumn<QString>("activationToken");
+        QTest::addColumn<QString>("platformData");
+        QTest::newRow("nothing") << QString() << QString() << u"{}"_s;
+        QTest::newRow("a startup id")
+            << u"panel_TIME1"_s << QString() << u"{desktop-startup-id: panel_TIME1}"_s;
+        QTest::newRow("an activation token")
+            << QString() << u"token"_s << u"{activation-token: token}"_s;
+        QTest::newRow("both") << u"panel_TIME1"_s << u"token"_s
+                              << u"{activation-token: token, desktop-startup-id: panel_TIME1}"_s;
+    }
+    void handsOverWhatItWasStartedWith()
+    {
+        QFETCH(const QString, startupId);
+        QFETCH(const QString, activationToken);
+        QFETCH(const QString, platformData);
+        const Session session;
+        const RecordedService first(session.busAddress(), name, RecordedService::reply({}));
+        ProgramUnderTest second;
+        if (!startupId.isEmpty())
+            second.environment.insert(u"DESKTOP_STARTUP_ID"_s, startupId);
+        if (!activationToken.isEmpty())
+            second.environment.insert(u"XDG_ACTIVATION_TOKEN"_s, activationToken);
+        session.start(second);
+        verifyThatItEnds(second, 0, "");
+        QCOMPARE(first.calls(u"Activate"_s),
+                 QStringList(u"/org/corvane/Corvane | "_s + platformData));
+    }
+
+    void tellsTheDesktopThatTheSecondStartIsOver_data() { addRoads(); }
+    void tellsTheDesktopThatTheSecondStartIsOver()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        StartupMessages messages;
+        ProgramUnderTest second;
+        second.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"panel \"2\"_TIME1"_s);
+        session.start(second);
+        verifyThatItEnds(second, 0, "");
+        QTRY_COMPARE(messages.soFar(), QList<QByteArray>({"remove: ID=\"panel \\\"2\\\"_TIME1\""}));
+    }
+
+    void tellsTheDesktopThatItsOwnStartIsOver()
+    {
+        const Session session;
+        StartupMessages messages;
+        Instance first;
+        first.program.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"panel_TIME1"_s);
+        first.startIn(session);
+        QTRY_COMPARE(messages.soFar(), QList<QByteArray>({"remove: ID=\"panel_TIME1\""}));
+    }
+
+    void becomesTheFirstAfterACrash_data() { addRoads(); }
+    void becomesTheFirstAfterACrash()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        RecordedApp app;
+        ProgramUnderTest second;
+        second.addApp(app.desktopFile(), controlOptionJ);
+        QCOMPARE(kill(first.program.processId(), SIGKILL), 0);
+        session.start(second);
+        QTRY_VERIFY(Keyboard().isGrabbed(KEY_J, controlAlt));
+        QCOMPARE(second.stop(), 0);
+        QCOMPARE(second.errorOutput(), QByteArray());
+    }
+
+    void leavesOneOfManySimultaneousStarts_data() { addRoads(); }
+    void leavesOneOfManySimultaneousStarts()
+    {
+        QFETCH(const bool, hasBus);
+        for (int i = 0; i < 5; ++i) {
+            const Session session(hasBus);
+            const RecordedApp app;
+            std::array<ProgramUnderTest, 8> programs;
+            for (ProgramUnderTest &program : programs) {
+                program.addApp(app.desktopFile(), controlOptionK);
+                session.start(program);
+            }
+            QTRY_COMPARE(std::ranges::count_if(programs, &ProgramUnderTest::isRunning), 1);
+            QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
+            Keyboard().type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+            QTRY_COMPARE(app.starts().size(), 1);
+            for (ProgramUnderTest &program : programs) {
+                QCOMPARE(program.isRunning() ? program.end() : program.exitStatus(), 0);
+                QCOMPARE(program.errorOutput(), QByteArray());
+            }
+        }
+    }
+
+    void saysThatTheFirstDoesNotAnswer_data() { addRoads(); }
+    void saysThatTheFirstDoesNotAnswer()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(kill(first.program.processId(), SIGSTOP), 0);
+        ProgramUnderTest second;
+        session.start(second);
+        verifyThatItEnds(second, 1, noAnswer);
+        QCOMPARE(kill(first.program.processId(), SIGCONT), 0);
+        first.verifyThatItsKeysWork();
+    }
+
+    void saysThatTheFirstRefuses()
+    {
+        const Session session;
+        const RecordedService first(
+            session.busAddress(), name,
+            [](const QDBusMessage &message, const QDBusConnection &connection) {
+                return connection.send(message.createErrorReply(QDBusError::Failed, u"No"_s));
+            });
+        ProgramUnderTest second;
+        session.start(second);
+        verifyThatItEnds(second, 1, noAnswer);
+    }
+
+    void takesThePlaceOfOneThatLeavesTheBusWhenItIsCalled()
+    {
+        const Session session;
+        const RecordedService first(session.busAddress(), name,
+                                    [](const QDBusMessage &, const QDBusConnection &connection) {
+                                        QDBusConnection::disconnectFromBus(connection.name());
+                                        return true;
+                                    });
+        Instance second;
+        second.startIn(session);
+        QCOMPARE(first.calls(u"Activate"_s).size(), 1);
+        second.verifyThatItsKeysWork();
+    }
+
+    void takesThePlaceOfOneThatLeavesTheLockWhenItIsAsked()
+    {
+        const Session session(false);
+        const int file =
+            open(QFile::encodeName(session.lockFile()).constData(), O_RDWR | O_CREAT, 0600);
+        struct flock whole = {};
+        whole.l_type = F_WRLCK;
+        QCOMPARE(fcntl(file, F_SETLK, &whole), 0);
+        Instance second;
+        session.start(second.program);
+        QTRY_VERIFY(QFileInfo(session.lockFile()).size() > 0);
+        QVERIFY(!Keyboard().isGrabbed(KEY_K, controlAlt));
+        close(file);
+        QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
+        second.verifyThatItsKeysWork();
+    }
+
+    void keepsItsLockFileToItself()
+    {
+        const Session session(false);
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(QFile::permissions(session.lockFile()) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    void followsNoLinkInThePlaceOfItsLockFile()
+    {
+        const Session session(false);
+        const QTemporaryDir elsewhere;
+        QVERIFY(QFile::link(elsewhere.filePath(u"target"_s), session.lockFile()));
+        Instance first;
+        first.program.environment.insert(u"TMPDIR"_s, elsewhere.path());
+        first.startIn(session);
+        ProgramUnderTest second;
+        second.environment.insert(u"TMPDIR"_s, elsewhere.path());
+        session.start(second);
+        verifyThatItEnds(second, 0, "");
+        QVERIFY(!QFile::exists(elsewhere.filePath(u"target"_s)));
+    }
+
+    void runsWithoutABusAndAFolder()
+    {
+        const Session session(false);
+        QVERIFY(QDir().mkdir(session.lockFile()));
+        Instance first;
+        first.program.environment.insert(u"TMPDIR"_s, u"/proc"_s);
+        first.startIn(session);
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.program.errorOutput(),
+                 QByteArray("corvane: without a session bus and a folder for a lock file it may "
+                            "run more than once\n"));
+    }
+
+    void outlivesTheBus()
+    {
+        Session session;
+        Instance first;
+        first.startIn(session);
+        session.endBus();
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.program.stop(), 0);
+    }
+
+    void firesEntries_data()
+    {
+        QTest::addColumn<QString Instance::*>("id");
+        QTest::addColumn<RecordedApp Instance::*>("app");
+        QTest::newRow("with keys") << &Instance::idOnK << &Instance::onK;
+        QTest::newRow("without keys") << &Instance::idWithoutKeys << &Instance::withoutKeys;
+    }
+    void firesEntries()
+    {
+        QFETCH(QString Instance::*const, id);
+        QFETCH(RecordedApp Instance::*const, app);
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(session.fire({first.*id}).type(), QDBusMessage::ReplyMessage);
+        QTRY_COMPARE((first.*app).starts().size(), 1);
+        QCOMPARE(session.fire({(first.*id).toLower()}).type(), QDBusMessage::ReplyMessage);
+        QTRY_COMPARE((first.*app).starts().size(), 2);
+    }
+
+    void firesByTheDesktopsOwnTool()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        QProcess tool;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, session.busAddress());
+        tool.setProcessEnvironment(environment);
+        tool.start(u"gapplication"_s, {u"action"_s, name, u"fire"_s, u"'%1'"_s.arg(first.idOnK)});
+        QTRY_COMPARE(first.onK.starts().size(), 1);
+        QTRY_COMPARE(tool.state(), QProcess::NotRunning);
+        QCOMPARE(tool.exitCode(), 0);
+    }
+
+    void runsNothingThatItsKeysWouldNotRun_data()
+    {
+        QTest::addColumn<bool>("isEnabled");
+        QTest::addColumn<QByteArray>("setting");
+        QTest::newRow("a disabled entry") << false << QByteArray("pauseAll=false");
+        QTest::newRow("while paused") << true << QByteArray("pauseAll=true");
+    }
+    void runsNothingThatItsKeysWouldNotRun()
+    {
+        QFETCH(const bool, isEnabled);
+        QFETCH(const QByteArray, setting);
+        const Session session;
+        const RecordedApp app;
+        ProgramUnderTest first;
+        first.entriesAreEnabled = isEnabled;
+        first.addDefault(setting);
+        const QString id = first.addApp(app.desktopFile(), controlOptionK);
+        session.start(first);
+        QTRY_COMPARE(session.fire({id}).type(), QDBusMessage::ReplyMessage);
+        // Answered when all that the call above has queued is done.
+        for (int i = 0; i < 3; ++i)
+            session.call(u"Activate"_s, {QVariantMap()});
+        QCOMPARE(first.stop(), 0);
+        QVERIFY(app.starts().isEmpty());
+    }
+
+    void refusesWhatIsNoCallOfItsActions_data()
+    {
+        QTest::addColumn<QString>("method");
+        QTest::addColumn<QVariantList>("arguments");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QString>("sentence");
+        const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
+        const QString unknown = u"org.freedesktop.DBus.Error.UnknownMethod"_s;
+        const auto row = [&](const char *title, const QVariantList &parameters,
+                             const QString &sentence) {
+            QTest::newRow(title) << u"ActivateAction"_s
+                                 << QVariantList{u"fire"_s, QVariant(parameters), QVariantMap()}
+                                 << invalid << sentence;
+        };
+        const QString oneText = u"The action takes one text, the id of an entry."_s;
+        const QString noEntry = u"There is no entry with the id “%1”."_s;
+        const QString id = u"1B4E28BA-2FA1-11D2-883F-0016D3CCA427"_s;
+        row("no parameter", {}, oneText);
+        row("two parameters", {id, id}, oneText);
+        row("a number", {1}, oneText);
+        row("a list of texts", {QStringList(id)}, oneText);
+        row("an unknown id", {id}, noEntry.arg(id));
+        row("the zero id", {QUuid().toString(QUuid::WithoutBraces)},
+            noEntry.arg(QUuid().toString(QUuid::WithoutBraces)));
+        row("an empty text", {QString()}, noEntry.arg(QString()));
+        row("no id", {u"Files"_s}, noEntry.arg(u"Files"_s));
+        QTest::newRow("another action")
+            << u"ActivateAction"_s
+            << QVariantList{u"quit"_s, QVariant(QVariantList()), QVariantMap()} << invalid
+            << u"There is no action “quit”."_s;
+        QTest::newRow("too few arguments")
+            << u"ActivateAction"_s << QVariantList{u"fire"_s} << unknown << QString();
+        QTest::newRow("no platform data")
+            << u"Activate"_s << QVariantList() << unknown << QString();
+        QTest::newRow("files to open")
+            << u"Open"_s << QVariantList{QStringList(), QVariantMap()} << unknown << QString();
+    }
+    void refusesWhatIsNoCallOfItsActions()
+    {
+        QFETCH(const QString, method);
+        QFETCH(const QVariantList, arguments);
+        QFETCH(const QString, error);
+        QFETCH(const QString, sentence);
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        const QDBusMessage answer = session.call(method, arguments);
+        QCOMPARE(answer.errorName(), error);
+        QVERIFY(sentence.isEmpty() || answer.errorMessage() == sentence);
+    }
+
+    void refusesAnIdWithMoreAroundIt_data()
+    {
+        QTest::addColumn<QString>("form");
+        QTest::newRow("in braces") << u"{%1}"_s;
+        QTest::newRow("with a blank before it") << u" %1"_s;
+        QTest::newRow("with a letter behind it") << u"%1A"_s;
+        QTest::newRow("with a line break behind it") << u"%1\n"_s;
+    }
+    void refusesAnIdWithMoreAroundIt()
+    {
+        QFETCH(const QString, form);
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        const QDBusMessage answer = session.fire({form.arg(first.idOnK)});
+        QCOMPARE(answer.errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
+        QCOMPARE(first.program.stop(), 0);
+        QVERIFY(first.onK.starts().isEmpty());
+    }
+
+    void startsOnBehalfOfTheActionThatIsHandedOver()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        session.fire({first.idOnK}, {{u"desktop-startup-id"_s, u"panel_TIME123"_s}});
+        QTRY_COMPARE(first.onK.starts().size(), 1);
+        const auto id = first.onK.starts().constFirst()["startupId"].get<std::string>();
+        QVERIFY(QByteArray::fromStdString(id).endsWith("_TIME123"));
+    }
+
+    void startsOnBehalfOfThisMomentIfNothingIsHandedOver()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        const quint32 before = currentServerTime().value();
+        session.fire({first.idOnK});
+        QTRY_COMPARE(first.onK.starts().size(), 1);
+        const auto id = first.onK.starts().constFirst()["startupId"].get<std::string>();
+        const auto time = std::stoul(id.substr(id.rfind("_TIME") + 5));
+        QVERIFY(time >= before && time <= currentServerTime().value());
+    }
+};
+
+QTEST_GUILESS_MAIN(OneInstanceTest)
+#include "OneInstanceTest.moc"
