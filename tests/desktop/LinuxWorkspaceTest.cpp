@@ -17,7 +17,7 @@ namespace
 const UserActivation someActivation{.x11Time = 123456};
 
 /// Opens an application and awaits how that ends: an empty text is success.
-QString openApplication(const QString &path, const UserActivation &activation = someActivation)
+QString openApplication(const QString &path, UserActivation activation = someActivation)
 {
     LinuxWorkspace workspace(activation);
     const auto outcome = std::make_shared<std::optional<QString>>();
@@ -30,7 +30,8 @@ QString openApplication(const QString &path, const UserActivation &activation = 
 /// Opens a file, a folder or an address, and awaits whether that worked.
 bool open(const QUrl &url)
 {
-    LinuxWorkspace workspace(someActivation);
+    UserActivation activation = someActivation;
+    LinuxWorkspace workspace(activation);
     const auto outcome = std::make_shared<std::optional<bool>>();
     workspace.open(url, [outcome](bool isOpened) { *outcome = isOpened; });
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) && **outcome;
@@ -253,6 +254,27 @@ private Q_SLOTS:
         QVERIFY(firstId.endsWith("_TIME123456\""));
         QVERIFY(secondId.endsWith("_TIME123456\""));
         QVERIFY(firstId != secondId);
+    }
+
+    void givesOneApplicationTheTokenOfTheCompositor_data()
+    {
+        QTest::addColumn<QByteArray>("furtherLines");
+        QTest::newRow("its own program") << QByteArray();
+        QTest::newRow("in a terminal") << QByteArray("Terminal=true");
+    }
+    void givesOneApplicationTheTokenOfTheCompositor()
+    {
+        QFETCH(const QByteArray, furtherLines);
+        const File terminal(u"xterm"_s, "#!/bin/sh\nshift\nexec \"$@\"\n", true);
+        const auto restored = usePath(terminal.folder());
+        const RecordedApp first({}, furtherLines);
+        const RecordedApp second({}, furtherLines);
+        UserActivation activation{.activationToken = "token-1"};
+        LinuxWorkspace workspace(activation);
+        workspace.openApplication(first.desktopFile(), [](const auto &) {});
+        workspace.openApplication(second.desktopFile(), [](const auto &) {});
+        QCOMPARE(text(startOf(first)["activationToken"]), QByteArray("\"token-1\""));
+        QCOMPARE(text(startOf(second)["activationToken"]), QByteArray("\"\""));
     }
 
     void handsOnNothingThatItWasStartedWithItself()

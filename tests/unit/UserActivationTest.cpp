@@ -50,6 +50,9 @@ private Q_SLOTS:
         QCOMPARE(activation, UserActivation{.activationToken = "token"});
         activation.happenedNow();
         QCOMPARE(activation, UserActivation());
+        activation.handedOver({.activationToken = "token"});
+        activation.happenedAt(7);
+        QCOMPARE(activation, UserActivation{.x11Time = 7});
     }
 
     void takesWhatTheProgramWasStartedWithOnce()

@@ -23,7 +23,7 @@ std::optional<Error> inWords(std::optional<Error> error)
 }
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(const UserActivation &activation)
+LinuxWorkspace::LinuxWorkspace(UserActivation &activation)
     : m_launcher(activation)
 {
 }

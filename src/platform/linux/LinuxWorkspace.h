@@ -10,7 +10,7 @@ class LinuxWorkspace : public Workspace
 {
 public:
     /// The activation must outlive it.
-    explicit LinuxWorkspace(const UserActivation &activation);
+    explicit LinuxWorkspace(UserActivation &activation);
 
     void openApplication(const QString &path,
                          std::function<void(std::optional<Error>)> completion) override;

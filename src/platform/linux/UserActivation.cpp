@@ -4,25 +4,27 @@
 #include "platform/linux/x11/ServerTime.h"
 #include "platform/linux/x11/StartupNotification.h"
 
-StartupTokens StartupTokens::takeFromEnvironment()
-{
-    const StartupTokens tokens{
-        .startupId = qgetenv("DESKTOP_STARTUP_ID"),
-        .activationToken = qgetenv("XDG_ACTIVATION_TOKEN"),
-    };
-    qunsetenv("DESKTOP_STARTUP_ID");
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-    return tokens;
-}
-
 void UserActivation::handedOver(const StartupTokens &tokens)
 {
-    const auto time = StartupNotification::userTime(tokens.startupId);
-    if (time)
-        x11Time = time;
+    if (const auto time = StartupNotification::userTime(tokens.startupId))
+        happenedAt(*time);
     else
         happenedNow();
     activationToken = tokens.activationToken;
+}
+
+StartupTokens UserActivation::handOver()
+{
+    return {
+        .startupId = x11Time ? StartupNotification::newId(*x11Time) : QByteArray(),
+        .activationToken = std::exchange(activationToken, {}),
+    };
+}
+
+void UserActivation::happenedAt(quint32 time)
+{
+    x11Time = time;
+    activationToken.clear();
 }
 
 void UserActivation::happenedNow()

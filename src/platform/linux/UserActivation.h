@@ -1,23 +1,11 @@
 // The user's latest action, on whose behalf a started program may come to the front.
 #pragma once
 
+#include "platform/linux/StartupTokens.h"
+
 #include <QByteArray>
 #include <QtGlobal>
 #include <optional>
-
-/// What one program hands to another, so that it may come to the front; empty where there is none.
-struct StartupTokens {
-    /// Of X11, and of desktops that show that a program is starting.
-    QByteArray startupId;
-    /// Of Wayland.
-    QByteArray activationToken;
-
-    bool operator==(const StartupTokens &) const = default;
-
-    /// What the program was started with. It is good for one use, so that nobody else finds it
-    /// there afterwards. Before there are threads.
-    static StartupTokens takeFromEnvironment();
-};
 
 struct UserActivation {
     /// When it was, in the X server's time; nothing before the first one, or without an X server.
@@ -29,6 +17,12 @@ struct UserActivation {
 
     /// The user acted in another program, which hands over its tokens.
     void handedOver(const StartupTokens &tokens);
+
+    /// Fresh ones for a program that is started on behalf of the action.
+    StartupTokens handOver();
+
+    /// The user pressed a key at that time of the X server.
+    void happenedAt(quint32 time);
 
     /// The user acted a moment ago, and nothing tells more. Asks the X server for its time.
     void happenedNow();

@@ -16,33 +16,11 @@ namespace
 {
 const QString objectPath = u"/org/corvane/Corvane"_s;
 
-// The names that programs agreed upon.
-const QString startupIdKey = u"desktop-startup-id"_s;
-const QString activationTokenKey = u"activation-token"_s;
-
-QVariantMap platformData(const StartupTokens &tokens)
-{
-    QVariantMap data;
-    if (!tokens.startupId.isEmpty())
-        data.insert(startupIdKey, QString::fromUtf8(tokens.startupId));
-    if (!tokens.activationToken.isEmpty())
-        data.insert(activationTokenKey, QString::fromUtf8(tokens.activationToken));
-    return data;
-}
-
-StartupTokens tokensIn(const QVariantMap &platformData)
-{
-    return {
-        .startupId = platformData.value(startupIdKey).toString().toUtf8(),
-        .activationToken = platformData.value(activationTokenKey).toString().toUtf8(),
-    };
-}
-
 QDBusError activateOther(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
     auto call = QDBusMessage::createMethodCall(applicationId, objectPath,
                                                u"org.freedesktop.Application"_s, u"Activate"_s);
-    call << platformData(tokens);
+    call << tokens.toPlatformData();
     // If it has gone we take its place, and nobody else should be started for it.
     call.setAutoStartService(false);
     const int timeout = qMax(1, int(deadline.remainingTime()));
@@ -83,7 +61,7 @@ InstanceClaim DBusApplication::claim(const StartupTokens &tokens)
 
 void DBusApplication::Activate(const QVariantMap &platformData)
 {
-    activate(tokensIn(platformData));
+    activate(StartupTokens::fromPlatformData(platformData));
 }
 
 void DBusApplication::ActivateAction(const QString &name, const QVariantList &parameters,
@@ -100,7 +78,7 @@ void DBusApplication::ActivateAction(const QString &name, const QVariantList &pa
     }
     const QString text = parameters.constFirst().toString();
     const auto id = uuidFromText(text);
-    if (!id || !fire(*id, tokensIn(platformData)))
+    if (!id || !fire(*id, StartupTokens::fromPlatformData(platformData)))
         refuse(u"There is no entry with the id %1."_s.arg(quoted(text)));
 }
 

@@ -52,7 +52,7 @@ InstanceClaim InstanceLock::claim(const QStringList &paths, const StartupTokens 
     if (std::ranges::none_of(paths, [this](const QString &path) { return open(path); }))
         return InstanceClaim::impossible;
     if (tryLock())
-        return InstanceClaim::first;
+        return takePlace();
     if (errno != EAGAIN && errno != EACCES)
         return InstanceClaim::impossible;
     if (!request(tokens))
@@ -63,11 +63,17 @@ InstanceClaim InstanceLock::claim(const QStringList &paths, const StartupTokens 
         awaitInput(m_changes, deadline);
         drain(m_changes);
         if (tryLock())
-            return InstanceClaim::first;
+            return takePlace();
         if (size(m_file) == 0)
             return InstanceClaim::handedOver;
     } while (!deadline.hasExpired());
     return InstanceClaim::unanswered;
+}
+
+InstanceClaim InstanceLock::takePlace() const
+{
+    // What was asked of an instance that has died is not asked of us.
+    return ftruncate(m_file, 0) == 0 ? InstanceClaim::first : InstanceClaim::impossible;
 }
 
 void InstanceLock::attachToEventLoop(std::function<void(const StartupTokens &)> handler)
@@ -75,9 +81,6 @@ void InstanceLock::attachToEventLoop(std::function<void(const StartupTokens &)> 
     m_handler = std::move(handler);
     m_notifier.emplace(m_changes, QSocketNotifier::Read);
     QObject::connect(&*m_notifier, &QSocketNotifier::activated, [this] { handleChange(); });
-    // The request may be older than our watch, if another instance had the lock then.
-    QMetaObject::invokeMethod(
-        &*m_notifier, [this] { handleChange(); }, Qt::QueuedConnection);
 }
 
 bool InstanceLock::open(const QString &path)

@@ -2,7 +2,7 @@
 // which a second instance also hands over what it was started for.
 #pragma once
 
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/StartupTokens.h"
 #include "platform/linux/instance/InstanceClaim.h"
 
 #include <QSocketNotifier>
@@ -27,6 +27,7 @@ public:
 private:
     bool open(const QString &path);
     bool tryLock() const;
+    InstanceClaim takePlace() const;
     bool request(const StartupTokens &tokens) const;
     std::optional<StartupTokens> takeRequest() const;
     void handleChange() const;

@@ -1,5 +1,6 @@
 #include "platform/linux/instance/SingleInstance.h"
 
+#include "platform/linux/UserActivation.h"
 #include "platform/linux/x11/StartupNotification.h"
 
 InstanceClaim SingleInstance::claim(const StartupTokens &tokens)

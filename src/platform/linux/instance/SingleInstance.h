@@ -8,6 +8,8 @@
 #include <QUuid>
 #include <functional>
 
+struct UserActivation;
+
 struct InstanceHandlers {
     /// The program was started once more, or activated.
     std::function<void()> activate;

@@ -12,11 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-QByteArray newStartupId(const UserActivation &activation)
-{
-    return activation.x11Time ? StartupNotification::newId(*activation.x11Time) : QByteArray();
-}
-
 QString withoutSuffix(const QString &desktopFileName)
 {
     return desktopFileName.chopped(QLatin1StringView(".desktop").size());
@@ -33,7 +28,7 @@ void announce(const DesktopApp &app, const QString &program, const QByteArray &s
                                    .windowClass = app.text("StartupWMClass")});
 }
 
-Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const QByteArray &startupId)
+Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const StartupTokens &tokens)
 {
     const auto arguments = parseExecLine(app.text("Exec"),
                                          {.name = app.name(),
@@ -42,14 +37,14 @@ Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const QB
                                           .target = target});
     if (!arguments)
         return arguments.error();
-    auto child = spawn({*arguments, app.text("Path"), startupId});
+    auto child = spawn({*arguments, app.text("Path"), tokens});
     if (child)
-        announce(app, arguments->constFirst(), startupId);
+        announce(app, arguments->constFirst(), tokens.startupId);
     return child;
 }
 } // namespace
 
-AppLauncher::AppLauncher(const UserActivation &activation)
+AppLauncher::AppLauncher(UserActivation &activation)
     : m_activation(activation)
 {
 }
@@ -58,7 +53,7 @@ void AppLauncher::launch(const DesktopApp &app, const QUrl &target,
                          std::function<void(std::optional<Error>)> completion)
 {
     if (app.isTrue("DBusActivatable") && DBusActivation::isPossible(withoutSuffix(app.id())))
-        DBusActivation::open(withoutSuffix(app.id()), target, newStartupId(m_activation),
+        DBusActivation::open(withoutSuffix(app.id()), target, m_activation.handOver(),
                              std::move(completion));
     else
         completion(launchProgramOf(app, target));
@@ -66,9 +61,9 @@ void AppLauncher::launch(const DesktopApp &app, const QUrl &target,
 
 std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const QUrl &target)
 {
-    const QByteArray startupId = newStartupId(m_activation);
-    const auto child = app.isTrue("Terminal") ? launchInTerminal(app, target, startupId)
-                                              : launchExecLine(app, target, startupId);
+    const StartupTokens tokens = m_activation.handOver();
+    const auto child = app.isTrue("Terminal") ? launchInTerminal(app, target, tokens)
+                                              : launchExecLine(app, target, tokens);
     if (!child)
         return child.error();
     release(*child, withoutSuffix(app.id()));
@@ -77,7 +72,7 @@ std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const Q
 
 std::optional<Error> AppLauncher::launchProgram(const QString &path)
 {
-    const auto child = spawn({{path}, {}, newStartupId(m_activation)});
+    const auto child = spawn({{path}, {}, m_activation.handOver()});
     if (!child)
         return child.error();
     release(*child, path.section(u'/', -1));

@@ -17,7 +17,7 @@ class AppLauncher
 {
 public:
     /// The activation must outlive it.
-    explicit AppLauncher(const UserActivation &activation);
+    explicit AppLauncher(UserActivation &activation);
 
     /// Starts the application, with something to open if the target is not empty. The completion
     /// is called once, on the main thread, with the error if it could not be started.
@@ -31,6 +31,6 @@ private:
     std::optional<Error> launchProgramOf(const DesktopApp &app, const QUrl &target);
     void release(pid_t child, const QString &app);
 
-    const UserActivation &m_activation;
+    UserActivation &m_activation;
     ChildReaper m_reaper;
 };

@@ -27,7 +27,7 @@ bool isPossible(const QString &app)
     return g_dbus_is_name(app.toUtf8().constData()) && QDBusConnection::sessionBus().isConnected();
 }
 
-void open(const QString &app, const QUrl &target, const QByteArray &startupId,
+void open(const QString &app, const QUrl &target, const StartupTokens &tokens,
           std::function<void(std::optional<Error>)> completion)
 {
     auto call =
@@ -35,10 +35,7 @@ void open(const QString &app, const QUrl &target, const QByteArray &startupId,
                                        target.isEmpty() ? u"Activate"_s : u"Open"_s);
     if (!target.isEmpty())
         call << QStringList(target.toString(QUrl::FullyEncoded));
-    QVariantMap platformData;
-    if (!startupId.isEmpty())
-        platformData.insert(u"desktop-startup-id"_s, QString::fromLatin1(startupId));
-    call << platformData;
+    call << tokens.toPlatformData();
 
     auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer,

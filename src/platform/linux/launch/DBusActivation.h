@@ -2,8 +2,8 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "platform/linux/StartupTokens.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QUrl>
 #include <functional>
@@ -17,7 +17,7 @@ bool isPossible(const QString &app);
 
 /// Activates the app, or has it open the target if that is not empty, and completes with the bus's
 /// answer, later.
-void open(const QString &app, const QUrl &target, const QByteArray &startupId,
+void open(const QString &app, const QUrl &target, const StartupTokens &tokens,
           std::function<void(std::optional<Error>)> completion);
 
 } // namespace DBusActivation

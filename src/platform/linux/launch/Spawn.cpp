@@ -32,9 +32,19 @@ std::vector<char *> pointersTo(QByteArrayList &texts)
     return pointers;
 }
 
-/// Our environment, but for what belongs to the one start of a program that it was meant for, and
-/// with one more variable unless that is empty.
-std::vector<char *> environmentWith(QByteArray &startupId)
+/// The variables that programs find the tokens in.
+QByteArrayList variablesOf(const StartupTokens &tokens)
+{
+    QByteArrayList variables;
+    if (!tokens.startupId.isEmpty())
+        variables << "DESKTOP_STARTUP_ID=" + tokens.startupId;
+    if (!tokens.activationToken.isEmpty())
+        variables << "XDG_ACTIVATION_TOKEN=" + tokens.activationToken;
+    return variables;
+}
+
+/// Our environment and more variables, without what we ourselves were once started with.
+std::vector<char *> environmentWith(QByteArrayList &more)
 {
     std::vector<char *> pointers;
     for (char **variable = environ; *variable; ++variable) {
@@ -42,8 +52,8 @@ std::vector<char *> environmentWith(QByteArray &startupId)
         if (!text.starts_with("DESKTOP_STARTUP_ID=") && !text.starts_with("XDG_ACTIVATION_TOKEN="))
             pointers.push_back(*variable);
     }
-    if (!startupId.isEmpty())
-        pointers.push_back(startupId.data());
+    for (QByteArray &variable : more)
+        pointers.push_back(variable.data());
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -130,13 +140,12 @@ Result<pid_t> spawn(const SpawnRequest &request)
     QByteArrayList arguments;
     for (const QString &argument : request.arguments)
         arguments.append(QFile::encodeName(argument));
-    QByteArray startupId =
-        request.startupId.isEmpty() ? QByteArray() : "DESKTOP_STARTUP_ID=" + request.startupId;
+    QByteArrayList tokens = variablesOf(request.tokens);
 
     const pid_t child = start({
         .program = path.constData(),
         .arguments = pointersTo(arguments).data(),
-        .environment = environmentWith(startupId).data(),
+        .environment = environmentWith(tokens).data(),
         .folder = folder.isEmpty() ? nullptr : folder.constData(),
         .home = home.constData(),
     });

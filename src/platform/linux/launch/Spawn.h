@@ -2,8 +2,8 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "platform/linux/StartupTokens.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <sys/types.h>
@@ -13,8 +13,8 @@ struct SpawnRequest {
     QStringList arguments;
     /// Empty for the home folder, or the root folder where there is no home.
     QString workingFolder;
-    /// What the program's first window carries; none of ours is handed on. May be empty.
-    QByteArray startupId;
+    /// By which the program's first window comes to the front; none of ours are handed on.
+    StartupTokens tokens;
 };
 
 /// Starts a program in a session of its own, with default signals, nothing to read, our output and

@@ -9,13 +9,20 @@ namespace
 {
 using LaunchContext = GObjectPointer<GAppLaunchContext>;
 
-LaunchContext contextWith(const QByteArray &startupId)
+/// None of our own is handed on where there is none.
+void set(const LaunchContext &context, const char *variable, const QByteArray &value)
+{
+    if (value.isEmpty())
+        g_app_launch_context_unsetenv(context.get(), variable);
+    else
+        g_app_launch_context_setenv(context.get(), variable, value.constData());
+}
+
+LaunchContext contextWith(const StartupTokens &tokens)
 {
     LaunchContext context(g_app_launch_context_new());
-    g_app_launch_context_unsetenv(context.get(), "XDG_ACTIVATION_TOKEN");
-    g_app_launch_context_unsetenv(context.get(), "DESKTOP_STARTUP_ID");
-    if (!startupId.isEmpty())
-        g_app_launch_context_setenv(context.get(), "DESKTOP_STARTUP_ID", startupId.constData());
+    set(context, "DESKTOP_STARTUP_ID", tokens.startupId);
+    set(context, "XDG_ACTIVATION_TOKEN", tokens.activationToken);
     return context;
 }
 
@@ -42,9 +49,9 @@ void note(GDesktopAppInfo *, GPid process, gpointer data)
 } // namespace
 
 Result<pid_t> launchInTerminal(const DesktopApp &app, const QUrl &target,
-                               const QByteArray &startupId)
+                               const StartupTokens &tokens)
 {
-    const LaunchContext context = contextWith(startupId);
+    const LaunchContext context = contextWith(tokens);
     const QByteArray home = qgetenv("HOME");
     Child child{app.text("Path").isEmpty() ? home.constData() : nullptr};
     QByteArray address = target.toEncoded();

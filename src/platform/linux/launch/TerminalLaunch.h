@@ -2,8 +2,8 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "platform/linux/StartupTokens.h"
 
-#include <QByteArray>
 #include <QUrl>
 #include <sys/types.h>
 
@@ -13,4 +13,4 @@ class DesktopApp;
 /// told what to run. It also tells the session bus of the start, over a connection of its own, for
 /// which it waits. The child's process id; the caller reaps it.
 Result<pid_t> launchInTerminal(const DesktopApp &app, const QUrl &target,
-                               const QByteArray &startupId);
+                               const StartupTokens &tokens);

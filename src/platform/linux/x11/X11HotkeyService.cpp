@@ -261,7 +261,7 @@ void X11HotkeyService::handlePress(const xcb_key_press_event_t &press)
     xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
     xcb_flush(m_connection.get());
     if (isOurs && m_handler) {
-        m_activation.x11Time = press.time;
+        m_activation.happenedAt(press.time);
         m_handler(target->second);
     }
 }
