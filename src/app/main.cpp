@@ -1,5 +1,6 @@
 // The program's start: hot keys are live before anything of the GUI is built.
 
+#include "app/CorvaneApp.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "model/ShortcutStore.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -7,9 +8,9 @@
 #include "platform/linux/instance/SingleInstance.h"
 #include "platform/linux/x11/StartupNotification.h"
 
-#include <QApplication>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -24,16 +25,13 @@ bool fire(const QUuid &id)
 {
     return HotkeyCenter::shared().fire(LaunchEntry{.id = id}.shortcutName());
 }
-} // namespace
 
-int main(int argc, char *argv[])
+/// With which status the program ends here; nothing if it is to run.
+std::optional<int> endOfClaim(InstanceClaim claim)
 {
-    const auto tokens = StartupTokens::takeFromEnvironment();
-    TerminationSignals terminationSignals;
-    SingleInstance instance;
-    switch (instance.claim(tokens)) {
+    switch (claim) {
     case InstanceClaim::first:
-        break;
+        return std::nullopt;
     case InstanceClaim::handedOver:
         return EXIT_SUCCESS;
     case InstanceClaim::unanswered:
@@ -41,9 +39,19 @@ int main(int argc, char *argv[])
         return EXIT_FAILURE;
     case InstanceClaim::impossible:
         say(u"without a session bus and a folder for a lock file it may run more than once"_s);
-        break;
+        return std::nullopt;
     }
+    Q_UNREACHABLE();
+}
+} // namespace
 
+int main(int argc, char *argv[])
+{
+    const auto tokens = StartupTokens::takeFromEnvironment();
+    TerminationSignals terminationSignals;
+    SingleInstance instance;
+    if (const auto status = endOfClaim(instance.claim(tokens)))
+        return *status;
     const auto &platform = LinuxPlatform::shared();
     if (!platform) {
         say(platform.error().description);
@@ -53,20 +61,23 @@ int main(int argc, char *argv[])
     if (const auto notice = session.hotkeysNotice())
         say(*notice);
 
-    const ShortcutStore &store = ShortcutStore::shared();
+    ShortcutStore &store = ShortcutStore::shared();
     session.flushHotkeys();
     if (const auto &error = store.error())
         say(error->message + u' ' + error->details);
 
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
+    CorvaneApp app(argc, argv, session.services(), store);
     session.attachToEventLoop();
     terminationSignals.attachToEventLoop();
-    // TODO: open the settings window.
-    instance.attachToEventLoop(session.userActivation(), {.activate = [] {}, .fire = fire});
-    // Nothing comes on the screen that would tell the desktop that we are there.
+    instance.attachToEventLoop(
+        session.userActivation(),
+        {.activate = [&app] { app.appDelegate.openSettings(); }, .fire = fire});
+    if (tokens != StartupTokens())
+        session.userActivation().handedOver(tokens);
+    app.appDelegate.applicationDidFinishLaunching();
+    // Perhaps nothing came on the screen that would tell the desktop that we are there.
     StartupNotification::finish(tokens.startupId);
-    const int status = QApplication::exec();
+    const int status = CorvaneApp::exec();
     // Nothing needs closing, and an alert sound may still be under way in a thread.
     std::_Exit(status);
 }

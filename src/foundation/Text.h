@@ -5,3 +5,7 @@
 
 /// The text between typographic quotation marks, as names and targets stand in messages.
 QString quoted(const QString &text);
+
+/// The text with a blank in place of each tab, line break and other character without a glyph
+/// that would move what follows it.
+QString onOneLine(const QString &text);

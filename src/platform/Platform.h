@@ -5,6 +5,8 @@
 
 class AlertSound;
 class HotkeyService;
+class SharedApplication;
+class StatusBar;
 class SymbolicHotkeys;
 class UserDefaults;
 class UserNotificationCenter;
@@ -17,6 +19,8 @@ struct Platform {
     Workspace &workspace;
     UserNotificationCenter &notifications;
     AlertSound &alertSound;
+    StatusBar &statusBar;
+    SharedApplication &application;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.

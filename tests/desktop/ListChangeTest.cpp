@@ -1,6 +1,8 @@
 // The list changes while keys are pressed: the real store on the real hot key service.
 
 #include "fakes/FakeAlertSound.h"
+#include "fakes/FakeSharedApplication.h"
+#include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
 #include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
@@ -120,6 +122,8 @@ struct Desk {
     FakeWorkspace workspace;
     FakeUserNotificationCenter notifications;
     FakeAlertSound alertSound;
+    FakeStatusBar statusBar;
+    FakeSharedApplication application;
     Platform platform{
         .hotkeys = service,
         .symbolicHotkeys = symbolicHotkeys,
@@ -127,6 +131,8 @@ struct Desk {
         .workspace = workspace,
         .notifications = notifications,
         .alertSound = alertSound,
+        .statusBar = statusBar,
+        .application = application,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };

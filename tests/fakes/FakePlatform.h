@@ -3,6 +3,8 @@
 
 #include "fakes/FakeAlertSound.h"
 #include "fakes/FakeHotkeyService.h"
+#include "fakes/FakeSharedApplication.h"
+#include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeUserNotificationCenter.h"
@@ -24,6 +26,8 @@ public:
     FakeWorkspace workspace;
     FakeUserNotificationCenter notifications{CallLog(&calls)};
     FakeAlertSound alertSound{CallLog(&calls)};
+    FakeStatusBar statusBar;
+    FakeSharedApplication application;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -32,6 +36,8 @@ public:
         .workspace = workspace,
         .notifications = notifications,
         .alertSound = alertSound,
+        .statusBar = statusBar,
+        .application = application,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

@@ -85,7 +85,7 @@ void addSizesOnPanels()
 {
     QTest::addColumn<int>("side");
     QTest::addColumn<QColor>("panel");
-    for (const int side : {16, 22, 24, 32, 48, 64}) {
+    for (const int side : {16, 22, 24, 32, 48, 64, 96}) {
         for (const char *const panel : {"#ffffff", "#f6f5f4", "#dadada", "#808080", "#3daee9",
                                         "#475057", "#2e3436", "#000000"}) {
             QTest::addRow("%d pixels on %s", side, panel)
@@ -201,7 +201,9 @@ private Q_SLOTS:
         QList<QSize> drawn;
         for (const QSize size : image.availableSizes())
             drawn << image.pixmap(size, 1).size();
-        QCOMPARE(drawn, (QList<QSize>{{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}}));
+        QCOMPARE(
+            drawn,
+            (QList<QSize>{{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}, {96, 96}}));
     }
 
     void isSeenOnEveryPanel_data() { addSizesOnPanels(); }

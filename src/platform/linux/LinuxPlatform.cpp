@@ -56,6 +56,8 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .workspace = m_workspace,
           .notifications = m_notifications,
           .alertSound = m_alertSound,
+          .statusBar = m_statusBar,
+          .application = m_application,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,

@@ -7,7 +7,9 @@
 #include "platform/linux/CanberraAlertSound.h"
 #include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
+#include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotkeyService.h"
 
@@ -49,5 +51,7 @@ private:
     LinuxWorkspace m_workspace{m_activation};
     DBusNotificationCenter m_notifications;
     CanberraAlertSound m_alertSound;
+    LinuxStatusBar m_statusBar{m_activation};
+    LinuxApplication m_application{m_activation};
     Platform m_services;
 };

@@ -94,9 +94,9 @@ void ProgramUnderTest::writeFiles() const
 {
     if (!m_records.isEmpty())
         write(dataHome() + u"/Corvane/entries.json"_s, "[" + m_records.join(',') + "]");
-    if (!m_defaults.isEmpty())
-        write(configHome() + u"/Corvane/Corvane.conf"_s,
-              "[General]\n" + m_defaults.join('\n') + "\n");
+    const QByteArray welcome = isUserNew ? "" : "hasSeenWelcome=true\n";
+    write(configHome() + u"/Corvane/Corvane.conf"_s,
+          "[General]\n" + welcome + m_defaults.join('\n') + "\n");
 }
 
 void ProgramUnderTest::start()

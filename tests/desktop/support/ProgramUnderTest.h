@@ -35,6 +35,9 @@ public:
     /// Adds a line to the user defaults that the program will find.
     void addDefault(const QByteArray &line) { m_defaults << line; }
 
+    /// Whether the welcome is still to be seen; to be set before the start.
+    bool isUserNew = false;
+
     /// What it runs in; to be changed before the start.
     QProcessEnvironment environment;
     QTemporaryDir home;

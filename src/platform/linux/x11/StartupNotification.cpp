@@ -1,6 +1,6 @@
 #include "platform/linux/x11/StartupNotification.h"
 
-#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/Atom.h"
 
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -11,15 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
-{
-    const auto request =
-        xcb_intern_atom(connection, false, uint16_t(name.size()), name.constData());
-    const XcbPointer<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, request, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
-
 QByteArray member(const QByteArray &key, const QString &value)
 {
     if (value.isEmpty())

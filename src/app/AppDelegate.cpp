@@ -1,0 +1,144 @@
+#include "app/AppDelegate.h"
+
+#include "foundation/Text.h"
+#include "foundation/Uuid.h"
+#include "model/ShortcutStore.h"
+#include "platform/Platform.h"
+#include "platform/SharedApplication.h"
+#include "platform/UserDefaults.h"
+#include "settings/SettingsView.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+void centre(QWidget &window)
+{
+    const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
+    const QRect place = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    QRect frame(QPoint(), window.size());
+    frame.moveCenter(place.center());
+    window.move(frame.topLeft());
+}
+
+std::unique_ptr<QWidget> makeSettingsWindow()
+{
+    auto window = std::make_unique<QWidget>();
+    window->setWindowTitle(u"Corvane"_s);
+    auto *const layout = new QVBoxLayout(window.get());
+    layout->setContentsMargins({});
+    layout->addWidget(new SettingsView);
+    window->adjustSize();
+    centre(*window);
+    return window;
+}
+} // namespace
+
+AppDelegate::AppDelegate(const Platform &platform, ShortcutStore &store)
+    : m_platform(platform)
+    , m_store(store)
+{
+    connect(&store, &ShortcutStore::willChange, this, &AppDelegate::queueUpdate);
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    m_statusItem = m_platform.statusBar.makeStatusItem(*this);
+    if (!m_platform.userDefaults.boolean(u"hasSeenWelcome"_s).value_or(false))
+        openSettings();
+}
+
+void AppDelegate::openSettings()
+{
+    if (!m_settingsWindow)
+        m_settingsWindow = makeSettingsWindow();
+    m_platform.application.activate(*m_settingsWindow);
+}
+
+StatusButton AppDelegate::statusButton() const
+{
+    return {
+        .image = u"command.square"_s,
+        .accessibilityDescription = m_store.paused() ? u"Corvane (paused)"_s : u"Corvane"_s,
+        .isDimmed = m_store.paused(),
+    };
+}
+
+QList<MenuItem> AppDelegate::menuNeedsUpdate()
+{
+    QList<MenuItem> items;
+    if (m_store.entries().isEmpty())
+        items << MenuItem{.title = u"No shortcuts yet"_s, .isEnabled = false};
+    for (const LaunchEntry &entry : m_store.entries())
+        items << menuItem(entry);
+    items << MenuItem{}
+          << MenuItem{
+                 .title = u"Pause all shortcuts"_s,
+                 .action = [this](const MenuItem &) { togglePause(); },
+                 .isChecked = m_store.paused(),
+             }
+          << MenuItem{
+                 .title = u"Open Settings"_s,
+                 .action = [this](const MenuItem &) { openSettings(); },
+                 .keyEquivalent = u","_s,
+             }
+          << MenuItem{}
+          << MenuItem{
+                 .title = u"Quit"_s,
+                 .action = [this](const MenuItem &) { quitApp(); },
+                 .keyEquivalent = u"q"_s,
+             };
+    return items;
+}
+
+MenuItem AppDelegate::menuItem(const LaunchEntry &entry)
+{
+    return {
+        .title = onOneLine(entry.name) + u"    "_s + m_store.shortcutText(entry),
+        .action = [this](const MenuItem &chosen) { runEntry(chosen); },
+        .representedObject = entry.id.toString(QUuid::WithoutBraces),
+        .isEnabled = entry.isEnabled,
+    };
+}
+
+void AppDelegate::runEntry(const MenuItem &chosen)
+{
+    const auto id = uuidFromText(chosen.representedObject);
+    for (const LaunchEntry &entry : m_store.entries()) {
+        if (id == entry.id) {
+            m_store.run(entry);
+            return;
+        }
+    }
+}
+
+void AppDelegate::togglePause()
+{
+    m_store.setPaused(!m_store.paused());
+}
+
+void AppDelegate::quitApp()
+{
+    m_platform.application.terminate();
+}
+
+void AppDelegate::queueUpdate()
+{
+    // The store announces a change before it makes it, and often several of them in a row.
+    if (m_isUpdateQueued || !m_statusItem)
+        return;
+    m_isUpdateQueued = true;
+    const auto update = [this] {
+        m_isUpdateQueued = false;
+        m_statusItem->update();
+    };
+    QMetaObject::invokeMethod(this, update, Qt::QueuedConnection);
+}

@@ -1,0 +1,48 @@
+// The program as the user meets it: the item in the status bar with its menu, and the settings
+// window.
+#pragma once
+
+#include "platform/StatusBar.h"
+
+#include <QObject>
+#include <memory>
+
+class QWidget;
+class ShortcutStore;
+struct LaunchEntry;
+struct Platform;
+
+/// Main thread only. The platform and the store must outlive it.
+class AppDelegate : public QObject, private StatusItemDelegate
+{
+    Q_OBJECT
+
+public:
+    AppDelegate(const Platform &platform, ShortcutStore &store);
+    ~AppDelegate() override;
+
+    /// Puts the item into the status bar, and opens the settings window for a user who has not
+    /// seen the welcome yet. Needs a QApplication.
+    void applicationDidFinishLaunching();
+
+    /// Brings the settings window to the front. It is made on first need and then kept: closing
+    /// only hides it.
+    void openSettings();
+
+private:
+    StatusButton statusButton() const override;
+    QList<MenuItem> menuNeedsUpdate() override;
+    void statusButtonClicked() override { openSettings(); }
+
+    MenuItem menuItem(const LaunchEntry &entry);
+    void runEntry(const MenuItem &chosen);
+    void togglePause();
+    void quitApp();
+    void queueUpdate();
+
+    const Platform &m_platform;
+    ShortcutStore &m_store;
+    std::unique_ptr<QWidget> m_settingsWindow;
+    std::unique_ptr<StatusItem> m_statusItem;
+    bool m_isUpdateQueued = false;
+};

@@ -1,0 +1,14 @@
+#include "app/CorvaneApp.h"
+
+#include "platform/Platform.h"
+
+using namespace Qt::StringLiterals;
+
+CorvaneApp::CorvaneApp(int &argc, char **argv, const Platform &platform, ShortcutStore &store)
+    : QApplication(argc, argv)
+    , appDelegate(platform, store)
+{
+    setApplicationDisplayName(u"Corvane"_s);
+    setDesktopFileName(platform.bundleIdentifier);
+    setQuitOnLastWindowClosed(false);
+}

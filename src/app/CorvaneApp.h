@@ -1,0 +1,14 @@
+// The application: it lives in the status bar and has no window of its own but the settings.
+#pragma once
+
+#include "app/AppDelegate.h"
+
+#include <QApplication>
+
+class CorvaneApp : public QApplication
+{
+public:
+    CorvaneApp(int &argc, char **argv, const Platform &platform, ShortcutStore &store);
+
+    AppDelegate appDelegate;
+};

@@ -1,0 +1,19 @@
+// The program's windows and its end, on X11 and Wayland.
+#pragma once
+
+#include "platform/SharedApplication.h"
+
+struct UserActivation;
+
+class LinuxApplication : public SharedApplication
+{
+public:
+    /// The activation must outlive it.
+    explicit LinuxApplication(UserActivation &activation);
+
+    void activate(QWidget &window) override;
+    void terminate() override;
+
+private:
+    UserActivation &m_activation;
+};

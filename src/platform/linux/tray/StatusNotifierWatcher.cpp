@@ -1,0 +1,73 @@
+#include "platform/linux/tray/StatusNotifierWatcher.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString service = u"org.kde.StatusNotifierWatcher"_s;
+const QString path = u"/StatusNotifierWatcher"_s;
+
+QDBusMessage call(const QString &interface, const QString &method)
+{
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    // Only a desktop that has one already has a place for items.
+    message.setAutoStartService(false);
+    return message;
+}
+
+/// Nothing from a watcher that hangs: it may have hosts.
+std::optional<NotifierHost> hostFrom(const QDBusPendingReply<QDBusVariant> &answer)
+{
+    if (answer.isValid())
+        return answer.value().variant().toBool() ? NotifierHost::present : NotifierHost::awaited;
+    if (answer.error().type() == QDBusError::NoReply)
+        return std::nullopt;
+    return NotifierHost::absent;
+}
+} // namespace
+
+StatusNotifierWatcher::StatusNotifierWatcher()
+    : m_owner(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+{
+}
+
+void StatusNotifierWatcher::start()
+{
+    connect(&m_owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &newOwner) {
+                if (!newOwner.isEmpty())
+                    registerItem();
+                askForHost();
+            });
+    auto bus = QDBusConnection::sessionBus();
+    for (const QString &signal :
+         {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
+        bus.connect(service, path, service, signal, this, SLOT(askForHost()));
+    registerItem();
+    askForHost();
+}
+
+void StatusNotifierWatcher::registerItem()
+{
+    auto bus = QDBusConnection::sessionBus();
+    bus.send(call(service, u"RegisterStatusNotifierItem"_s) << bus.baseService());
+}
+
+void StatusNotifierWatcher::askForHost()
+{
+    const auto message = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s)
+        << service << u"IsStatusNotifierHostRegistered"_s;
+    auto *const answer =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        if (const auto host = hostFrom(*answer))
+            Q_EMIT hostChanged(*host);
+    });
+}

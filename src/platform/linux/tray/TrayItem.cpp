@@ -1,0 +1,119 @@
+#include "platform/linux/tray/TrayItem.h"
+
+#include "platform/linux/ApplicationId.h"
+#include "platform/linux/UserActivation.h"
+#include "symbols/SystemSymbol.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isX11()
+{
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+}
+} // namespace
+
+TrayItem::TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
+                   std::chrono::milliseconds patience)
+    : m_delegate(delegate)
+    , m_activation(activation)
+    , m_menu([this] { return m_delegate.menuNeedsUpdate(); },
+             [this](const MenuItem &item) { choose(item); })
+    , m_item(applicationId)
+    , m_popup([this](const MenuItem &item) { choose(item); })
+{
+    m_menu.publish();
+    m_item.publish();
+    connect(&m_item, &StatusNotifierItem::clicked, this, &TrayItem::openMenu);
+    connect(&m_item, &StatusNotifierItem::activationTokenProvided, this,
+            [this](const QByteArray &token) { m_activationToken = token; });
+    connect(&m_watcher, &StatusNotifierWatcher::hostChanged, this, &TrayItem::setHost);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patience);
+    connect(&m_patience, &QTimer::timeout, this, [this] { setX11IconVisible(true); });
+    // Complete before any desktop looks at it.
+    update();
+    m_watcher.start();
+}
+
+void TrayItem::update()
+{
+    m_menu.update();
+    const StatusButton button = m_delegate.statusButton();
+    if (button == m_button)
+        return;
+    m_button = button;
+    m_item.setButton(image(), m_button.accessibilityDescription);
+    showButton();
+}
+
+QIcon TrayItem::image() const
+{
+    return statusImage(m_button.image,
+                       m_button.isDimmed ? StatusEmphasis::Dimmed : StatusEmphasis::Normal);
+}
+
+void TrayItem::setHost(NotifierHost host)
+{
+    m_patience.stop();
+    switch (host) {
+    case NotifierHost::present:
+        setX11IconVisible(false);
+        break;
+    case NotifierHost::awaited:
+        // Its desktop is probably still starting, and busy: to make our icon now, Qt would wait for
+        // the watcher's answers, and the icon would be gone in a moment.
+        m_patience.start();
+        break;
+    case NotifierHost::absent:
+        setX11IconVisible(true);
+        break;
+    }
+}
+
+void TrayItem::setX11IconVisible(bool isVisible)
+{
+    if (!m_x11Icon && isVisible && isX11()) {
+        m_x11Icon.emplace();
+        connect(&*m_x11Icon, &QSystemTrayIcon::activated, this,
+                [this] { openMenu(QCursor::pos()); });
+        showButton();
+    }
+    if (m_x11Icon)
+        m_x11Icon->setVisible(isVisible);
+}
+
+void TrayItem::showButton()
+{
+    if (!m_x11Icon)
+        return;
+    m_x11Icon->setIcon(image());
+    m_x11Icon->setToolTip(m_button.accessibilityDescription);
+}
+
+void TrayItem::openMenu(const QPoint &place)
+{
+    if (isX11()) {
+        m_popup.open(place, m_delegate.menuNeedsUpdate());
+        return;
+    }
+    // Only a desktop can place a menu beside its panel on Wayland.
+    noteUserAction();
+    m_delegate.statusButtonClicked();
+}
+
+void TrayItem::choose(const MenuItem &item)
+{
+    noteUserAction();
+    item.action(item);
+}
+
+void TrayItem::noteUserAction()
+{
+    m_activation.handedOver(
+        {.startupId = {}, .activationToken = std::exchange(m_activationToken, {})});
+}

@@ -1,0 +1,16 @@
+// Names that the X server knows by number.
+#pragma once
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <QByteArray>
+
+/// Waits for the server's answer; XCB_ATOM_NONE if it has gone.
+inline xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
+{
+    const auto request =
+        xcb_intern_atom(connection, false, uint16_t(name.size()), name.constData());
+    const XcbPointer<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, request, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}

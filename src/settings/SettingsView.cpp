@@ -1,0 +1,6 @@
+#include "settings/SettingsView.h"
+
+SettingsView::SettingsView()
+{
+    setMinimumSize(580, 480);
+}
