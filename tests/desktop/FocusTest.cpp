@@ -4,6 +4,7 @@
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/StartupMessages.h"
+#include "support/Windows.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,26 +27,12 @@ QString output(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-/// The title of the window that has the focus; empty if none has.
-QString activeTitle()
-{
-    const QString active = output(u"xprop"_s, {u"-root"_s, u"_NET_ACTIVE_WINDOW"_s});
-    const QString window = active.section(u"# "_s, 1).section(u',', 0, 0).trimmed();
-    return output(u"xprop"_s, {u"-id"_s, window, u"WM_NAME"_s}).section(u'"', 1, 1);
-}
-
 /// The id that the program of that window was started with, as its leading window has it.
 QString startupIdOf(const QString &title)
 {
     const QString hints = output(u"xprop"_s, {u"-name"_s, title, u"WM_HINTS"_s});
     const QString leader = hints.section(u"group leader: "_s, 1).section(u'\n', 0, 0);
     return output(u"xprop"_s, {u"-id"_s, leader, u"_NET_STARTUP_ID"_s}).section(u'"', 1, 1);
-}
-
-bool isOnScreen(const QString &title)
-{
-    const QString window = output(u"xwininfo"_s, {u"-name"_s, title});
-    return window.contains(u"Map State: IsViewable"_s);
 }
 
 /// Xfwm, told to let nobody steal the focus, in place of the window manager that is there.
@@ -121,7 +108,7 @@ private Q_SLOTS:
         environment.insert(u"DESKTOP_STARTUP_ID"_s, u"thief-1_TIME1"_s);
         thief.setProcessEnvironment(environment);
         thief.start(gtkProgram, QStringList());
-        QTRY_VERIFY(isOnScreen(gtkTitle));
+        QTRY_VERIFY(windowOnScreen(gtkTitle));
         QCOMPARE(activeTitle(), u"In use"_s);
         thief.kill();
         thief.waitForFinished();
@@ -157,6 +144,51 @@ private Q_SLOTS:
         QTRY_COMPARE(activeTitle(), gtkTitle);
         // By the time of the press, not because it came without any.
         QVERIFY(startupIdOf(gtkTitle).startsWith(u"corvane-"_s));
+    }
+
+    void bringsItsSettingsToTheFront_data()
+    {
+        QTest::addColumn<bool>("isOpen");
+        QTest::newRow("for the first time") << false;
+        QTest::newRow("when they are open behind another window") << true;
+    }
+    void bringsItsSettingsToTheFront()
+    {
+        QFETCH(const bool, isOpen);
+        ProgramUnderTest program;
+        program.isUserNew = isOpen;
+        program.addApp(u"/usr/bin/true"_s, {40, 0x1800});
+        program.start();
+        Keyboard keyboard;
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
+        QTRY_COMPARE(windowOnScreen(u"Corvane"_s).has_value(), isOpen);
+        const WindowInUse window(keyboard);
+        ProgramUnderTest second;
+        second.start();
+        QTRY_COMPARE(activeTitle(), u"Corvane"_s);
+        QCOMPARE(second.exitStatus(), 0);
+    }
+
+    void leavesItsSettingsBehindForAnActionLongAgo()
+    {
+        ProgramUnderTest program;
+        program.isUserNew = true;
+        program.addApp(u"/usr/bin/true"_s, {40, 0x1800});
+        program.start();
+        Keyboard keyboard;
+        QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
+        const WindowInUse window(keyboard);
+        ProgramUnderTest second;
+        second.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"launcher-1_TIME1"_s);
+        second.start();
+        // By then the first has answered, and has asked the window manager.
+        QCOMPARE(second.exitStatus(), 0);
+        const auto attention = [] {
+            return output(u"xprop"_s, {u"-name"_s, u"Corvane"_s, u"_NET_WM_STATE"_s})
+                .contains(u"_NET_WM_STATE_DEMANDS_ATTENTION"_s);
+        };
+        QTRY_VERIFY(attention());
+        QCOMPARE(activeTitle(), u"In use"_s);
     }
 
     void announcesAnApplicationThatSaysWhenItIsThere()

@@ -7,6 +7,7 @@
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
 #include "support/StartupMessages.h"
+#include "support/Windows.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -249,6 +250,25 @@ private Q_SLOTS:
         verifyThatItEnds(second, 1, noAnswer);
         QCOMPARE(kill(first.program.processId(), SIGCONT), 0);
         first.verifyThatItsKeysWork();
+    }
+
+    void forgetsWhatWasAskedOfAnInstanceThatDied_data() { addRoads(); }
+    void forgetsWhatWasAskedOfAnInstanceThatDied()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        {
+            Instance first;
+            first.startIn(session);
+            QCOMPARE(kill(first.program.processId(), SIGSTOP), 0);
+            ProgramUnderTest second;
+            session.start(second);
+            verifyThatItEnds(second, 1, noAnswer);
+        }
+        Instance next;
+        next.startIn(session);
+        next.verifyThatItsKeysWork();
+        QVERIFY(!windowOnScreen(u"Corvane"_s));
     }
 
     void saysThatTheFirstRefuses()

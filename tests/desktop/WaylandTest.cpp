@@ -4,14 +4,48 @@
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QProcess>
+#include <QRasterWindow>
+#include <QRegularExpression>
 #include <QTest>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+const QByteArray noKeys = "corvane: key combinations do not work in Wayland sessions yet\n";
+
+/// The title of the window that has the focus; empty if none has.
+QString focusedTitle()
+{
+    const QDir folder = QFileInfo(qEnvironmentVariable("WAYLAND_DISPLAY")).dir();
+    const QString socket = folder.entryList({u"sway-ipc.*"_s}, QDir::System).value(0);
+    QProcess sway;
+    sway.start(u"swaymsg"_s, {u"-s"_s, folder.filePath(socket), u"-t"_s, u"get_tree"_s});
+    sway.waitForFinished();
+    QList nodes{nlohmann::json::parse(sway.readAllStandardOutput().constData(), nullptr, false)};
+    while (!nodes.isEmpty()) {
+        const auto node = nodes.takeFirst();
+        if (node.value("focused", false) && node.value("type", "") == "con")
+            return QString::fromStdString(node.value("name", ""));
+        for (const auto &child : node.value("nodes", nlohmann::json::array()))
+            nodes << child;
+    }
+    return {};
 }
+
+void startOnceMore()
+{
+    ProgramUnderTest second;
+    second.start();
+    QCOMPARE(second.exitStatus(), 0);
+}
+} // namespace
 
 class WaylandTest : public QObject
 {
@@ -24,8 +58,7 @@ private Q_SLOTS:
         ProgramUnderTest program;
         program.addApp(app.desktopFile(), {40, 0x1800});
         program.start();
-        QTRY_COMPARE(program.errorOutput(),
-                     QByteArray("corvane: key combinations do not work in Wayland sessions yet\n"));
+        QTRY_COMPARE(program.errorOutput(), noKeys);
 
         const Keyboard keyboard;
         QVERIFY(!keyboard.isGrabbed(KEY_K, controlAlt));
@@ -34,7 +67,72 @@ private Q_SLOTS:
         QVERIFY(!keyboard.isGrabbed(KEY_K, controlAlt));
         QVERIFY(app.starts().isEmpty());
     }
+
+    void opensItsSettingsInFrontOfANewUser()
+    {
+        ProgramUnderTest program;
+        program.isUserNew = true;
+        program.start();
+        QTRY_COMPARE(focusedTitle(), u"Corvane"_s);
+        QCOMPARE(program.stop(), 0);
+        QCOMPARE(program.errorOutput(), noKeys);
+    }
+
+    void opensItsSettingsWhereItCannotPlaceItsMenu()
+    {
+        ProgramUnderTest program;
+        program.start();
+        QTRY_COMPARE(program.errorOutput(), noKeys);
+        // What a panel does for a click on the item.
+        auto click =
+            QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/StatusNotifierItem"_s,
+                                           u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
+        click << 10 << 10;
+        const auto isTaken = [&click] {
+            return QDBusConnection::sessionBus().call(click).type() == QDBusMessage::ReplyMessage;
+        };
+        QTRY_VERIFY(isTaken());
+        QTRY_COMPARE(focusedTitle(), u"Corvane"_s);
+    }
+
+    void showsTheCompositorTheTokenThatItWasHandedOver_data()
+    {
+        QTest::addColumn<QString>("startupId");
+        QTest::newRow("alone") << QString();
+        QTest::newRow("beside a startup id") << u"panel_TIME123"_s;
+    }
+    void showsTheCompositorTheTokenThatItWasHandedOver()
+    {
+        QFETCH(const QString, startupId);
+        ProgramUnderTest program;
+        program.environment.insert(u"WAYLAND_DEBUG"_s, u"1"_s);
+        program.start();
+        QTRY_VERIFY(program.errorOutput().startsWith(noKeys));
+        ProgramUnderTest second;
+        second.environment.insert(u"XDG_ACTIVATION_TOKEN"_s, u"token-1"_s);
+        second.environment.insert(u"DESKTOP_STARTUP_ID"_s, startupId);
+        second.start();
+        QCOMPARE(second.exitStatus(), 0);
+        const QRegularExpression call(u"xdg_activation_v1@\\d+\\.activate\\(\"token-1\""_s);
+        QTRY_VERIFY(QString::fromUtf8(program.errorOutput()).contains(call));
+    }
+
+    void bringsItsSettingsToTheFrontWhenStartedOnceMore()
+    {
+        ProgramUnderTest program;
+        program.start();
+        QTRY_COMPARE(program.errorOutput(), noKeys);
+        startOnceMore();
+        QTRY_COMPARE(focusedTitle(), u"Corvane"_s);
+        QRasterWindow other;
+        other.setTitle(u"In use"_s);
+        other.resize(300, 200);
+        other.show();
+        QTRY_COMPARE(focusedTitle(), u"In use"_s);
+        startOnceMore();
+        QTRY_COMPARE(focusedTitle(), u"Corvane"_s);
+    }
 };
 
-QTEST_GUILESS_MAIN(WaylandTest)
+QTEST_MAIN(WaylandTest)
 #include "WaylandTest.moc"

@@ -1,68 +1,10 @@
 #include "support/RecordedService.h"
 
-#include <QDBusArgument>
-#include <QDBusVariant>
+#include "support/DBusText.h"
+
 #include <QUuid>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-QString text(const QVariant &value);
-
-/// What is between the brackets of a compound value.
-QString content(const QDBusArgument &argument)
-{
-    QStringList texts;
-    while (!argument.atEnd()) {
-        if (argument.currentType() == QDBusArgument::MapEntryType) {
-            argument.beginMapEntry();
-            const QString key = text(argument.asVariant());
-            texts << key + u": "_s + text(argument.asVariant());
-            argument.endMapEntry();
-        } else {
-            texts << text(argument.asVariant());
-        }
-    }
-    return texts.join(u", "_s);
-}
-
-QString text(const QDBusArgument &argument)
-{
-    QString inside;
-    switch (argument.currentType()) {
-    case QDBusArgument::StructureType:
-        argument.beginStructure();
-        inside = u'(' + content(argument) + u')';
-        argument.endStructure();
-        break;
-    case QDBusArgument::ArrayType:
-        argument.beginArray();
-        inside = u'[' + content(argument) + u']';
-        argument.endArray();
-        break;
-    case QDBusArgument::MapType:
-        argument.beginMap();
-        inside = u'{' + content(argument) + u'}';
-        argument.endMap();
-        break;
-    default:
-        inside = text(argument.asVariant());
-    }
-    return inside;
-}
-
-QString text(const QVariant &value)
-{
-    if (value.metaType() == QMetaType::fromType<QDBusVariant>())
-        return text(value.value<QDBusVariant>().variant());
-    if (value.metaType() == QMetaType::fromType<QDBusArgument>())
-        return text(value.value<QDBusArgument>());
-    if (value.metaType() == QMetaType::fromType<QStringList>())
-        return u'[' + value.toStringList().join(u", "_s) + u']';
-    return value.toString();
-}
-} // namespace
 
 RecordedService::RecordedService(const QString &busAddress, const QString &name, Answer answer)
     : m_connectionName(QUuid::createUuid().toString())
@@ -94,7 +36,7 @@ QStringList RecordedService::calls(const QString &method) const
             continue;
         QStringList texts{message.path()};
         for (const QVariant &argument : message.arguments())
-            texts << text(argument);
+            texts << dbusText(argument);
         found << texts.join(u" | "_s);
     }
     return found;

@@ -1,0 +1,161 @@
+// The settings window: when it opens, and that there is one.
+
+#include "support/Keyboard.h"
+#include "support/PrivateBus.h"
+#include "support/ProgramUnderTest.h"
+#include "support/RecordedApp.h"
+#include "support/Windows.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+const QString title = u"Corvane"_s;
+
+/// The program with an app on Control+Option+K, started.
+struct Program {
+    enum class User {
+        isNew,
+        knowsIt,
+    };
+
+    explicit Program(User user)
+    {
+        program.isUserNew = user == User::isNew;
+        program.addApp(app.desktopFile(), {40, 0x1800});
+        program.start();
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
+    }
+
+    void verifyThatItsKeysWork()
+    {
+        const qsizetype before = app.starts().size();
+        keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        QTRY_COMPARE(app.starts().size(), before + 1);
+    }
+
+    /// Awaits the window.
+    xcb_window_t window() const
+    {
+        [] { QTRY_COMPARE(activeTitle(), title); }();
+        return windowOnScreen(title).value_or(XCB_NONE);
+    }
+
+    RecordedApp app;
+    ProgramUnderTest program;
+    Keyboard keyboard;
+};
+
+/// A second start, which ends when the first has opened its window.
+void startOnceMore()
+{
+    ProgramUnderTest second;
+    second.start();
+    QCOMPARE(second.exitStatus(), 0);
+}
+
+void activateOverTheBus()
+{
+    auto call = QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/org/corvane/Corvane"_s,
+                                               u"org.freedesktop.Application"_s, u"Activate"_s);
+    const auto answer = QDBusConnection::sessionBus().call(call << QVariantMap());
+    QCOMPARE(answer.type(), QDBusMessage::ReplyMessage);
+}
+} // namespace
+
+class SettingsWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void opensInFrontOfANewUser()
+    {
+        Program started(Program::User::isNew);
+        const QRect window = geometryOf(started.window());
+        QVERIFY(window.width() >= 580 && window.height() >= 480);
+        // The frame is part of what is centred.
+        const QPoint centre = QGuiApplication::primaryScreen()->availableGeometry().center();
+        QVERIFY((window.center() - centre).manhattanLength() < 40);
+        started.verifyThatItsKeysWork();
+        QCOMPARE(started.program.stop(), 0);
+        QCOMPARE(started.program.errorOutput(), QByteArray());
+    }
+
+    void staysAwayFromAUserWhoKnowsTheProgram()
+    {
+        Program started(Program::User::knowsIt);
+        started.verifyThatItsKeysWork();
+        QVERIFY(!windowOnScreen(title));
+    }
+
+    void opensWhenTheProgramIsAskedFor_data()
+    {
+        QTest::addColumn<void (*)()>("ask");
+        QTest::newRow("by a second start") << &startOnceMore;
+        QTest::newRow("over the bus") << &activateOverTheBus;
+    }
+    void opensWhenTheProgramIsAskedFor()
+    {
+        using Ask = void (*)();
+        QFETCH(const Ask, ask);
+        Program started(Program::User::knowsIt);
+        ask();
+        QVERIFY(started.window() != XCB_NONE);
+        started.verifyThatItsKeysWork();
+    }
+
+    void opensAlsoWithoutABus()
+    {
+        const QTemporaryDir runtime;
+        const auto noBus = [&runtime](ProgramUnderTest &program) {
+            program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+            program.environment.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
+            program.addApp(u"/usr/bin/true"_s, {40, 0x1800});
+            program.start();
+        };
+        const Keyboard keyboard;
+        ProgramUnderTest first;
+        noBus(first);
+        QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
+        ProgramUnderTest second;
+        noBus(second);
+        QTRY_COMPARE(activeTitle(), title);
+        QCOMPARE(second.exitStatus(), 0);
+    }
+
+    void isWhereItWasAfterItWasClosed()
+    {
+        Program started(Program::User::isNew);
+        const xcb_window_t window = started.window();
+        moveWindow(window, {30, 60});
+        QTRY_COMPARE(geometryOf(window).topLeft(), QPoint(30, 60));
+        const QRect place = geometryOf(window);
+        closeWindow(window);
+        QTRY_VERIFY(!windowOnScreen(title));
+        started.verifyThatItsKeysWork();
+        startOnceMore();
+        // Qt gives it another id when it was closed.
+        const xcb_window_t reopened = started.window();
+        QTRY_COMPARE(geometryOf(reopened), place);
+    }
+
+    void comesBackWhenItIsMinimized()
+    {
+        Program started(Program::User::isNew);
+        const xcb_window_t window = started.window();
+        minimizeWindow(window);
+        QTRY_VERIFY(!windowOnScreen(title));
+        startOnceMore();
+        QCOMPARE(started.window(), window);
+    }
+};
+
+QTEST_MAIN(SettingsWindowTest)
+#include "SettingsWindowTest.moc"

@@ -1,0 +1,23 @@
+// What windows there are on the X server, as window managers and taskbars know them.
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <optional>
+#include <xcb/xcb.h>
+
+/// The title of the window that has the focus; empty if none has.
+QString activeTitle();
+
+/// The window with that title, if it is on the screen.
+std::optional<xcb_window_t> windowOnScreen(const QString &title);
+
+/// Where it is on the screen, without its frame.
+QRect geometryOf(xcb_window_t window);
+
+/// Moves its content there, wherever the frame begins.
+void moveWindow(xcb_window_t window, const QPoint &place);
+
+/// Asks for what a click on the button of the frame asks for.
+void closeWindow(xcb_window_t window);
+void minimizeWindow(xcb_window_t window);
