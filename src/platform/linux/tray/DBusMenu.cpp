@@ -29,7 +29,7 @@ QVariantMap itemProperties(const MenuItem &item)
         properties.insert(u"toggle-state"_s, *item.isChecked ? 1 : 0);
     }
     if (!item.keyEquivalent.isEmpty()) {
-        // Qt's name of a key: a desktop of GTK shows none for a comma, one of Qt none for "comma".
+        // By the names that programs of Qt use; a desktop of GTK shows the comma's not.
         const QStringList press{u"Control"_s, item.keyEquivalent.toUpper()};
         properties.insert(u"shortcut"_s, QVariant::fromValue(QList<QStringList>{press}));
     }

@@ -21,7 +21,8 @@ class TrayItem final : public QObject, public StatusItem
     Q_OBJECT
 
 public:
-    /// Both must outlive it. So long it waits for a desktop that has begun to come.
+    /// Both must outlive it. The patience is for a desktop that has begun to come, and is not there
+    /// yet.
     TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
              std::chrono::milliseconds patience = std::chrono::seconds(30));
 
