@@ -2,7 +2,6 @@
 
 #include "platform/linux/tray/DBusMenuTypes.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QGuiApplication>
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "platform/linux/tray/StatusNotifierItem.h"
 
 #include "platform/linux/tray/DBusMenu.h"
+#include "platform/linux/tray/DBusStructure.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -31,31 +31,22 @@ struct ToolTip {
 
 QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap)
 {
-    argument.beginStructure();
-    argument << pixmap.width << pixmap.height << pixmap.pixels;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, pixmap.width, pixmap.height, pixmap.pixels);
 }
+
 const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap)
 {
-    argument.beginStructure();
-    argument >> pixmap.width >> pixmap.height >> pixmap.pixels;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, pixmap.width, pixmap.height, pixmap.pixels);
 }
+
 QDBusArgument &operator<<(QDBusArgument &argument, const ToolTip &tip)
 {
-    argument.beginStructure();
-    argument << tip.iconName << tip.icon << tip.title << tip.text;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, tip.iconName, tip.icon, tip.title, tip.text);
 }
+
 const QDBusArgument &operator>>(const QDBusArgument &argument, ToolTip &tip)
 {
-    argument.beginStructure();
-    argument >> tip.iconName >> tip.icon >> tip.title >> tip.text;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, tip.iconName, tip.icon, tip.title, tip.text);
 }
 
 IconPixmap pixmapOf(const QIcon &icon, const QSize &size)

@@ -1,0 +1,22 @@
+// Structures on the bus, member by member.
+#pragma once
+
+#include <QDBusArgument>
+
+template <typename... Members>
+QDBusArgument &writeStructure(QDBusArgument &argument, const Members &...members)
+{
+    argument.beginStructure();
+    (argument << ... << members);
+    argument.endStructure();
+    return argument;
+}
+
+template <typename... Members>
+const QDBusArgument &readStructure(const QDBusArgument &argument, Members &...members)
+{
+    argument.beginStructure();
+    (argument >> ... >> members);
+    argument.endStructure();
+    return argument;
+}
