@@ -4,6 +4,7 @@
 #include <QString>
 
 class AlertSound;
+class EventMonitor;
 class HotkeyService;
 class SharedApplication;
 class StatusBar;
@@ -21,6 +22,7 @@ struct Platform {
     AlertSound &alertSound;
     StatusBar &statusBar;
     SharedApplication &application;
+    EventMonitor &eventMonitor;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.

@@ -1,17 +1,11 @@
 // The desktop's own keyboard shortcuts, as they are in its settings now.
 #pragma once
 
+#include "platform/EventFlag.h"
+
 #include <QList>
 #include <QtGlobal>
 #include <optional>
-
-/// The bits of the modifier keys in the flags that key events carry.
-enum EventFlag : quint32 {
-    shiftEventFlag = 0x20000,
-    controlEventFlag = 0x40000,
-    optionEventFlag = 0x80000,
-    commandEventFlag = 0x100000,
-};
 
 struct SymbolicHotkey {
     /// The virtual key code.

@@ -1,6 +1,7 @@
 // The list changes while keys are pressed: the real store on the real hot key service.
 
 #include "fakes/FakeAlertSound.h"
+#include "fakes/FakeEventMonitor.h"
 #include "fakes/FakeSharedApplication.h"
 #include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
@@ -124,6 +125,7 @@ struct Desk {
     FakeAlertSound alertSound;
     FakeStatusBar statusBar;
     FakeSharedApplication application;
+    FakeEventMonitor eventMonitor;
     Platform platform{
         .hotkeys = service,
         .symbolicHotkeys = symbolicHotkeys,
@@ -133,6 +135,7 @@ struct Desk {
         .alertSound = alertSound,
         .statusBar = statusBar,
         .application = application,
+        .eventMonitor = eventMonitor,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };

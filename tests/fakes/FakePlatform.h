@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fakes/FakeAlertSound.h"
+#include "fakes/FakeEventMonitor.h"
 #include "fakes/FakeHotkeyService.h"
 #include "fakes/FakeSharedApplication.h"
 #include "fakes/FakeStatusBar.h"
@@ -28,6 +29,7 @@ public:
     FakeAlertSound alertSound{CallLog(&calls)};
     FakeStatusBar statusBar;
     FakeSharedApplication application;
+    FakeEventMonitor eventMonitor;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -38,6 +40,7 @@ public:
         .alertSound = alertSound,
         .statusBar = statusBar,
         .application = application,
+        .eventMonitor = eventMonitor,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

@@ -53,6 +53,14 @@ private Q_SLOTS:
                      QByteArray::number(keyCode).constData());
     }
 
+    void knowsTheCodeOfAKey()
+    {
+        QCOMPARE(KeyCodes::keyCode(KEY_A), quint16(0));
+        QCOMPARE(KeyCodes::keyCode(KEY_SYSRQ), quint16(105));
+        QCOMPARE(KeyCodes::keyCode(KEY_CALC), std::nullopt);
+        QCOMPARE(KeyCodes::keyCode(4294967295), std::nullopt);
+    }
+
     void givesEachKeyOneCodeOnly()
     {
         QSet<quint16> seen;

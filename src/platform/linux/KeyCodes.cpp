@@ -136,12 +136,25 @@ constexpr PhysicalKey keys[] = {
 // clang-format on
 } // namespace
 
+std::span<const PhysicalKey> allKeys()
+{
+    return keys;
+}
+
 QList<PhysicalKey> physicalKeys(quint32 keyCode)
 {
     QList<PhysicalKey> found;
     std::ranges::copy_if(keys, std::back_inserter(found),
                          [keyCode](const PhysicalKey &key) { return key.keyCode == keyCode; });
     return found;
+}
+
+std::optional<quint16> keyCode(quint32 evdevCode)
+{
+    const auto *const found = std::ranges::find(keys, evdevCode, &PhysicalKey::evdevCode);
+    if (found == std::end(keys))
+        return std::nullopt;
+    return quint16(found->keyCode);
 }
 
 } // namespace KeyCodes

@@ -3,6 +3,8 @@
 
 #include <QList>
 #include <QtGlobal>
+#include <optional>
+#include <span>
 
 namespace KeyCodes
 {
@@ -14,8 +16,17 @@ struct PhysicalKey {
     const char *xkbName;
 };
 
+/// What Linux's event codes are moved by wherever X servers and Wayland use them.
+constexpr quint32 evdevOffset = 8;
+
+/// All keys that have a virtual key code.
+std::span<const PhysicalKey> allKeys();
+
 /// One key as a rule; two where a PC's Print, Scroll Lock and Pause stand for F13 to F15; none
 /// for a code that no key has.
 QList<PhysicalKey> physicalKeys(quint32 keyCode);
+
+/// The virtual key code of Linux's event code; nothing if that key has none.
+std::optional<quint16> keyCode(quint32 evdevCode);
 
 } // namespace KeyCodes

@@ -58,6 +58,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .alertSound = m_alertSound,
           .statusBar = m_statusBar,
           .application = m_application,
+          .eventMonitor = m_eventMonitor,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,

@@ -8,6 +8,7 @@
 #include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
 #include "platform/linux/LinuxApplication.h"
+#include "platform/linux/LinuxEventMonitor.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -53,5 +54,6 @@ private:
     CanberraAlertSound m_alertSound;
     LinuxStatusBar m_statusBar{m_activation};
     LinuxApplication m_application{m_activation};
+    LinuxEventMonitor m_eventMonitor{m_x11Hotkeys.get()};
     Platform m_services;
 };

@@ -100,6 +100,20 @@ void Keyboard::grab(int key, quint16 modifiers)
     QVERIFY(!owned(xcb_request_check(m_connection, request)));
 }
 
+bool Keyboard::grabAll()
+{
+    const auto request = xcb_grab_keyboard(m_connection, true, m_root, XCB_CURRENT_TIME,
+                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    return owned(xcb_grab_keyboard_reply(m_connection, request, nullptr))->status
+        == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void Keyboard::ungrabAll()
+{
+    xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+}
+
 bool Keyboard::isDown(int key) const
 {
     const auto reply =

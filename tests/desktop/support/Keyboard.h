@@ -31,6 +31,10 @@ public:
     /// Takes the key with exactly these X modifier bits for itself, as another program would.
     void grab(int key, quint16 modifiers);
 
+    /// Takes all keys for itself, as a screen locker would. False if another program has them.
+    bool grabAll();
+    void ungrabAll();
+
     bool isDown(int key) const;
 
 private:

@@ -187,6 +187,15 @@ void X11HotkeyService::attachToEventLoop()
     drain();
 }
 
+void X11HotkeyService::ignoreKeysThatAreDown()
+{
+    std::vector<KeyGrab> ours;
+    for (const auto &[keys, id] : m_targets)
+        ours.push_back(keys);
+    takeKeyMap(requestKeyMap(), std::move(ours));
+    drain();
+}
+
 xcb_query_keymap_cookie_t X11HotkeyService::requestKeyMap() const
 {
     return xcb_query_keymap(m_connection.get());

@@ -38,6 +38,13 @@ public:
     /// called once, when QApplication exists.
     void attachToEventLoop();
 
+    /// The server's keyboard, as it is now.
+    const X11Keyboard &keyboard() const { return m_keyboard; }
+
+    /// Takes no key that is down now for pressed, until it is let go. To be called before our
+    /// program ends a grab of the whole keyboard: the next repeat of a held combination comes here.
+    void ignoreKeysThatAreDown();
+
 private:
     struct Combination {
         quint32 keyCode;
@@ -55,7 +62,7 @@ private:
     struct KeyMapSnapshot {
         unsigned int sequence;
         PressFilter::KeyMap map;
-        /// Keys that came under a grab around that time.
+        /// Keys that came under a grab around that time, or out of somebody else's.
         std::vector<KeyGrab> grabs;
     };
 

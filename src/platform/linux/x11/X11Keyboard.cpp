@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11Keyboard.h"
 
+#include "platform/EventFlag.h"
 #include "platform/KeyModifier.h"
 #include "platform/linux/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -17,9 +18,6 @@ constexpr xcb_keysym_t altLeft = 0xffe9;
 constexpr xcb_keysym_t altRight = 0xffea;
 constexpr xcb_keysym_t superLeft = 0xffeb;
 constexpr xcb_keysym_t superRight = 0xffec;
-
-/// What Linux's event codes are moved by wherever the server uses them.
-constexpr quint32 evdevOffset = 8;
 
 QByteArray keyName(const char (&name)[4])
 {
@@ -102,6 +100,7 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
         connection, keyboard.m_firstKey, quint8(keyboard.m_lastKey - keyboard.m_firstKey + 1));
 
     keyboard.readKeyNames(connection, names.sequence);
+    keyboard.findVirtualKeyCodes();
     keyboard.readRepeatDelay(connection, controls.sequence);
     keyboard.readModifiers(connection, modifiers.sequence, symbols.sequence);
     return keyboard;
@@ -124,6 +123,14 @@ void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequen
         const auto real = m_keysByName.constFind(keyName(lists.keyAliases[i].real));
         if (real != m_keysByName.cend())
             m_keysByName.insert(keyName(lists.keyAliases[i].alias), *real);
+    }
+}
+
+void X11Keyboard::findVirtualKeyCodes()
+{
+    for (const KeyCodes::PhysicalKey &key : KeyCodes::allKeys()) {
+        if (const auto found = find(key))
+            m_virtualKeyCodes[*found] = quint16(key.keyCode);
     }
 }
 
@@ -153,15 +160,22 @@ void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSe
     m_locks &= quint16(~(m_command | m_option));
 }
 
+std::optional<xcb_keycode_t> X11Keyboard::find(const KeyCodes::PhysicalKey &key) const
+{
+    if (const auto byName = m_keysByName.constFind(key.xkbName); byName != m_keysByName.cend())
+        return *byName;
+    const quint32 byNumber = key.evdevCode + KeyCodes::evdevOffset;
+    if (m_keysByName.isEmpty() && byNumber >= m_firstKey && byNumber <= m_lastKey)
+        return xcb_keycode_t(byNumber);
+    return std::nullopt;
+}
+
 QList<xcb_keycode_t> X11Keyboard::keys(quint32 virtualKeyCode) const
 {
     QList<xcb_keycode_t> found;
     for (const KeyCodes::PhysicalKey &key : KeyCodes::physicalKeys(virtualKeyCode)) {
-        const quint32 byNumber = key.evdevCode + evdevOffset;
-        if (const auto byName = m_keysByName.constFind(key.xkbName); byName != m_keysByName.cend())
-            found.append(*byName);
-        else if (m_keysByName.isEmpty() && byNumber >= m_firstKey && byNumber <= m_lastKey)
-            found.append(xcb_keycode_t(byNumber));
+        if (const auto place = find(key))
+            found.append(*place);
     }
     return found;
 }
@@ -196,4 +210,18 @@ QList<quint16> X11Keyboard::lockVariants(quint16 modifiers) const
 quint16 X11Keyboard::ownModifiers(quint16 state) const
 {
     return state & (XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | m_command | m_option);
+}
+
+quint32 X11Keyboard::eventFlags(quint16 state) const
+{
+    quint32 flags = 0;
+    if (state & m_command)
+        flags |= commandEventFlag;
+    if (state & m_option)
+        flags |= optionEventFlag;
+    if (state & XCB_MOD_MASK_SHIFT)
+        flags |= shiftEventFlag;
+    if (state & XCB_MOD_MASK_CONTROL)
+        flags |= controlEventFlag;
+    return flags;
 }

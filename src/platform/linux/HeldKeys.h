@@ -1,0 +1,34 @@
+// The keys that are still down when nobody listens to them any more: their repeats reach nobody.
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+class QKeyEvent;
+
+class HeldKeys final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// To be told of each press and release that is kept from the program's windows. True for a
+    /// press that the user made, false for repeats and releases.
+    bool follow(const QKeyEvent &event);
+
+    /// From now on the keys that are down are kept from the windows until they are let go. Fresh
+    /// presses go their way.
+    void swallowRepeats();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool isRest(const QKeyEvent &event);
+    bool isMisjudgedRepeat(const QKeyEvent &press) const;
+    void letGo(const QKeyEvent &event);
+
+    /// What each key that is down types, by its scan code.
+    QHash<quint32, int> m_keys;
+    /// The last release by its scan code and its time, which is 0 for events that have none.
+    quint32 m_releasedKey = 0;
+    quint64 m_releaseTime = 0;
+};

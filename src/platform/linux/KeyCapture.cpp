@@ -1,0 +1,130 @@
+#include "platform/linux/KeyCapture.h"
+
+#include "platform/linux/HeldKeys.h"
+#include "platform/linux/KeyTranslation.h"
+#include "platform/linux/x11/X11HotkeyService.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QInputMethodQueryEvent>
+#include <QKeyEvent>
+
+KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeys &heldKeys,
+                       X11HotkeyService *hotkeys)
+    : m_widget(&widget)
+    , m_handler(std::move(handler))
+    , m_heldKeys(heldKeys)
+    , m_hotkeys(hotkeys)
+{
+    connect(&widget, &QObject::destroyed, this, &KeyCapture::end);
+    qApp->installEventFilter(this);
+    followWindow();
+}
+
+KeyCapture::~KeyCapture()
+{
+    end();
+}
+
+bool KeyCapture::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        if (m_widget && watched == m_widget->window())
+            followWindow();
+        return false;
+    default:
+        return m_isOn && swallow(*event);
+    }
+}
+
+void KeyCapture::followWindow()
+{
+    if (m_widget->isActiveWindow())
+        begin();
+    else
+        end();
+}
+
+void KeyCapture::begin()
+{
+    if (std::exchange(m_isOn, true))
+        return;
+    grabKeyboard();
+    // Input methods get the keys before any filter does, unless the focus declines them.
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+}
+
+void KeyCapture::end()
+{
+    if (!std::exchange(m_isOn, false))
+        return;
+    releaseKeyboard();
+    m_heldKeys.swallowRepeats();
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+}
+
+void KeyCapture::grabKeyboard()
+{
+    // Elsewhere windows cannot, and say so on standard error.
+    if (QGuiApplication::platformName() != u"xcb")
+        return;
+    QWindow *const window = m_widget->window()->windowHandle();
+    if (window && window->setKeyboardGrabEnabled(true))
+        m_grabbedWindow = window;
+}
+
+void KeyCapture::releaseKeyboard()
+{
+    if (!m_grabbedWindow)
+        return;
+    if (m_hotkeys)
+        m_hotkeys->ignoreKeysThatAreDown();
+    m_grabbedWindow->setKeyboardGrabEnabled(false);
+    m_grabbedWindow = nullptr;
+    // At once, and not when the event loop is idle, so that no press of a hot key gets lost.
+    xcb_flush(qApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
+}
+
+bool KeyCapture::swallow(QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return swallowKey(static_cast<QKeyEvent &>(event));
+    case QEvent::ShortcutOverride:
+        // Or a shortcut would be looked for, and the press never come.
+        event.accept();
+        return true;
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+        return true;
+    case QEvent::InputMethodQuery:
+        static_cast<QInputMethodQueryEvent &>(event).setValue(Qt::ImEnabled, false);
+        return true;
+    case QEvent::ContextMenu:
+        return static_cast<QContextMenuEvent &>(event).reason() == QContextMenuEvent::Keyboard;
+    default:
+        return false;
+    }
+}
+
+bool KeyCapture::swallowKey(QKeyEvent &event)
+{
+    // Or a widget's parents would be asked one after the other.
+    event.accept();
+    if (!m_heldKeys.follow(event))
+        return true;
+    // With each press, because the grab may have been refused, or a menu may have ended it since.
+    // The modifiers of a combination come before the press that it is needed for.
+    grabKeyboard();
+    const auto press =
+        KeyTranslation::keyEvent(event, m_hotkeys ? &m_hotkeys->keyboard() : nullptr);
+    if (press) {
+        // A copy: the handler may be deleted by itself.
+        const Handler handler = m_handler;
+        handler(*press);
+    }
+    return true;
+}

@@ -1,0 +1,44 @@
+// Gives the keys of the program, and those that others have grabbed, to one receiver while a window
+// is active.
+#pragma once
+
+#include "platform/EventMonitor.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+
+class HeldKeys;
+class X11HotkeyService;
+
+class KeyCapture final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(const KeyEvent &)>;
+
+    /// The window is the one that the widget is in; the widget may die first. The handler may
+    /// delete the capture. Hot keys, if there are any, are to be held up by the grab on X11.
+    KeyCapture(QWidget &widget, Handler handler, HeldKeys &heldKeys, X11HotkeyService *hotkeys);
+    ~KeyCapture() override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void followWindow();
+    void begin();
+    void end();
+    void grabKeyboard();
+    void releaseKeyboard();
+    bool swallow(QEvent &event);
+    bool swallowKey(QKeyEvent &event);
+
+    const QPointer<QWidget> m_widget;
+    const Handler m_handler;
+    HeldKeys &m_heldKeys;
+    X11HotkeyService *const m_hotkeys;
+    bool m_isOn = false;
+    QPointer<QWindow> m_grabbedWindow;
+};

@@ -1,0 +1,77 @@
+#include "platform/linux/KeyTranslation.h"
+
+#include "platform/EventFlag.h"
+#include "platform/linux/KeyCodes.h"
+#include "platform/linux/x11/X11Keyboard.h"
+
+#include <QKeyEvent>
+#include <limits>
+
+namespace KeyTranslation
+{
+
+namespace
+{
+constexpr quint16 escape = 53;
+
+bool isModifier(const QKeyEvent &press)
+{
+    switch (press.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+    case Qt::Key_Mode_switch:
+        return true;
+    default:
+        break;
+    }
+    // ISO_Lock to ISO_Level5_Lock, most of which Qt has no keys for, and Shift_Lock.
+    const quint32 symbol = press.nativeVirtualKey();
+    return (symbol >= 0xfe01 && symbol <= 0xfe13) || symbol == 0xffe6;
+}
+
+std::optional<quint16> keyCode(quint32 scanCode, const X11Keyboard *keyboard)
+{
+    if (!keyboard)
+        return KeyCodes::keyCode(scanCode - KeyCodes::evdevOffset);
+    if (scanCode > std::numeric_limits<xcb_keycode_t>::max())
+        return std::nullopt;
+    return keyboard->virtualKeyCode(xcb_keycode_t(scanCode));
+}
+
+quint32 eventFlags(Qt::KeyboardModifiers modifiers)
+{
+    quint32 flags = 0;
+    if (modifiers & Qt::MetaModifier)
+        flags |= commandEventFlag;
+    if (modifiers & Qt::AltModifier)
+        flags |= optionEventFlag;
+    if (modifiers & Qt::ShiftModifier)
+        flags |= shiftEventFlag;
+    if (modifiers & Qt::ControlModifier)
+        flags |= controlEventFlag;
+    return flags;
+}
+} // namespace
+
+std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
+{
+    const auto code = keyCode(press.nativeScanCode(), keyboard);
+    // Escape is the way out, whatever the user's layout makes of that key.
+    if (!code || (isModifier(press) && *code != escape))
+        return std::nullopt;
+    // Qt's own modifiers would depend on the layout where the server's are known.
+    return KeyEvent{*code,
+                    keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
+                             : eventFlags(press.modifiers())};
+}
+
+} // namespace KeyTranslation

@@ -1,0 +1,18 @@
+#include "platform/linux/LinuxEventMonitor.h"
+
+#include "platform/linux/KeyCapture.h"
+
+#include <memory>
+
+LinuxEventMonitor::LinuxEventMonitor(X11HotkeyService *hotkeys)
+    : m_hotkeys(hotkeys)
+{
+}
+
+std::optional<Registration>
+LinuxEventMonitor::addLocalMonitorForEvents(QWidget &widget,
+                                            std::function<void(const KeyEvent &)> handler)
+{
+    auto capture = std::make_shared<KeyCapture>(widget, std::move(handler), m_heldKeys, m_hotkeys);
+    return Registration([capture = std::move(capture)]() mutable { capture.reset(); });
+}

@@ -1,0 +1,23 @@
+// The key presses of the program's windows, on X11 and Wayland.
+#pragma once
+
+#include "platform/EventMonitor.h"
+#include "platform/linux/HeldKeys.h"
+
+class X11HotkeyService;
+
+class LinuxEventMonitor : public EventMonitor
+{
+public:
+    /// The hot keys of the session, if there are any on X11, which know its keyboard. They must
+    /// outlive the monitor.
+    explicit LinuxEventMonitor(X11HotkeyService *hotkeys);
+
+    std::optional<Registration>
+    addLocalMonitorForEvents(QWidget &widget,
+                             std::function<void(const KeyEvent &)> handler) override;
+
+private:
+    X11HotkeyService *const m_hotkeys;
+    HeldKeys m_heldKeys;
+};
