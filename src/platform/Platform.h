@@ -6,6 +6,7 @@
 class AlertSound;
 class EventMonitor;
 class HotkeyService;
+class InstalledApplications;
 class SharedApplication;
 class StatusBar;
 class SymbolicHotkeys;
@@ -23,6 +24,7 @@ struct Platform {
     StatusBar &statusBar;
     SharedApplication &application;
     EventMonitor &eventMonitor;
+    InstalledApplications &installedApplications;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.

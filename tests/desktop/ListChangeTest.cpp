@@ -2,6 +2,7 @@
 
 #include "fakes/FakeAlertSound.h"
 #include "fakes/FakeEventMonitor.h"
+#include "fakes/FakeInstalledApplications.h"
 #include "fakes/FakeSharedApplication.h"
 #include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
@@ -126,6 +127,7 @@ struct Desk {
     FakeStatusBar statusBar;
     FakeSharedApplication application;
     FakeEventMonitor eventMonitor;
+    FakeInstalledApplications installedApplications;
     Platform platform{
         .hotkeys = service,
         .symbolicHotkeys = symbolicHotkeys,
@@ -136,6 +138,7 @@ struct Desk {
         .statusBar = statusBar,
         .application = application,
         .eventMonitor = eventMonitor,
+        .installedApplications = installedApplications,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };

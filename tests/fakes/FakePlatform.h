@@ -4,6 +4,7 @@
 #include "fakes/FakeAlertSound.h"
 #include "fakes/FakeEventMonitor.h"
 #include "fakes/FakeHotkeyService.h"
+#include "fakes/FakeInstalledApplications.h"
 #include "fakes/FakeSharedApplication.h"
 #include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
@@ -30,6 +31,7 @@ public:
     FakeStatusBar statusBar;
     FakeSharedApplication application;
     FakeEventMonitor eventMonitor;
+    FakeInstalledApplications installedApplications;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -41,6 +43,7 @@ public:
         .statusBar = statusBar,
         .application = application,
         .eventMonitor = eventMonitor,
+        .installedApplications = installedApplications,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

@@ -59,6 +59,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .statusBar = m_statusBar,
           .application = m_application,
           .eventMonitor = m_eventMonitor,
+          .installedApplications = m_installedApplications,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,

@@ -10,6 +10,7 @@
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxEventMonitor.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/launch/GioApplications.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotkeyService.h"
@@ -55,5 +56,6 @@ private:
     LinuxStatusBar m_statusBar{m_activation};
     LinuxApplication m_application{m_activation};
     LinuxEventMonitor m_eventMonitor{m_x11Hotkeys.get()};
+    GioApplications m_installedApplications;
     Platform m_services;
 };

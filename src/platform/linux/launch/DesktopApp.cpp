@@ -27,6 +27,19 @@ std::optional<DesktopApp> DesktopApp::fromFile(const QString &path)
     return info ? std::optional(DesktopApp(info)) : std::nullopt;
 }
 
+std::vector<DesktopApp> DesktopApp::allShown()
+{
+    std::vector<DesktopApp> apps;
+    GList *const infos = g_app_info_get_all();
+    for (const GList *item = infos; item; item = item->next) {
+        DesktopApp app(G_DESKTOP_APP_INFO(item->data));
+        if (g_app_info_should_show(G_APP_INFO(item->data)))
+            apps.push_back(std::move(app));
+    }
+    g_list_free(infos);
+    return apps;
+}
+
 std::optional<DesktopApp> DesktopApp::defaultFor(const QUrl &url)
 {
     GAppInfo *const handler = url.isLocalFile()
@@ -48,6 +61,35 @@ QString DesktopApp::file() const
 QString DesktopApp::name() const
 {
     return QString::fromUtf8(g_app_info_get_name(G_APP_INFO(get())));
+}
+
+QString DesktopApp::displayName() const
+{
+    return QString::fromUtf8(g_app_info_get_display_name(G_APP_INFO(get())));
+}
+
+QString DesktopApp::icon() const
+{
+    GIcon *const icon = g_app_info_get_icon(G_APP_INFO(get()));
+    if (G_IS_FILE_ICON(icon))
+        return QFile::decodeName(g_file_peek_path(g_file_icon_get_file(G_FILE_ICON(icon))));
+    if (G_IS_THEMED_ICON(icon))
+        return QString::fromUtf8(g_themed_icon_get_names(G_THEMED_ICON(icon))[0]);
+    return {};
+}
+
+QString DesktopApp::genericName() const
+{
+    return QString::fromUtf8(g_desktop_app_info_get_generic_name(get()));
+}
+
+QStringList DesktopApp::keywords() const
+{
+    QStringList words;
+    const char *const *const list = g_desktop_app_info_get_keywords(get());
+    for (auto word = list; word && *word; ++word)
+        words << QString::fromUtf8(*word);
+    return words;
 }
 
 QString DesktopApp::text(const char *key) const

@@ -4,15 +4,21 @@
 #include "platform/linux/launch/GLib.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <gio/gdesktopappinfo.h>
 #include <optional>
+#include <vector>
 
 class DesktopApp
 {
 public:
     /// Nothing if the file is none, is malformed, or its program is not there: GIO does not tell.
     static std::optional<DesktopApp> fromFile(const QString &path);
+
+    /// Those that the menus of this desktop show to this user. GIO reads the files anew after they
+    /// have changed, but hears of that only a moment later.
+    static std::vector<DesktopApp> allShown();
 
     /// What opens such a file, folder or address by default; nothing if nothing does.
     static std::optional<DesktopApp> defaultFor(const QUrl &url);
@@ -22,6 +28,13 @@ public:
     QString file() const;
     /// What the user sees as its name.
     QString name() const;
+    /// As name(), in full where the file has a fuller one.
+    QString displayName() const;
+    /// The name of an icon of the theme or the path of an image; empty if it has none.
+    QString icon() const;
+    /// What kind of application it is, in a few words; empty if the file does not say.
+    QString genericName() const;
+    QStringList keywords() const;
     /// A value of the file's main group, empty if there is none.
     QString text(const char *key) const;
     bool isTrue(const char *key) const;
