@@ -18,7 +18,7 @@ constexpr qreal dimmedOpacity = 0.5;
 /// Every symbol is drawn on the common grid, some also on grids at whose sizes that looks coarse.
 QString drawingFile(const QString &name, int side)
 {
-    for (const int grid : {32, 24, 22}) {
+    for (const int grid : {32, 24, 22, 20}) {
         const QString file = u":/symbols/%1/%2.svg"_s.arg(grid).arg(name);
         if (side % grid == 0 && QFile::exists(file))
             return file;

@@ -1,11 +1,15 @@
 #include "symbols/SystemSymbol.h"
 
+#include <QDirIterator>
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QTest>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -79,6 +83,71 @@ void addSizes()
         for (const int side : {16, 22, 24, 32, 48})
             QTest::addRow("%d points at %dx", side, ratio) << side << ratio;
     }
+}
+
+struct DrawnSymbol {
+    const char *name;
+    /// The sizes, in pixels, that it is mostly shown at; it is crisp there.
+    QList<int> sides;
+};
+
+const QList<DrawnSymbol> drawnSymbols{
+    {"app.badge", {16, 24, 32, 48}},
+    {"command.square", {16, 22, 24, 32, 48}},
+    {"exclamationmark.triangle.fill", {16, 24, 32, 48}},
+    {"folder", {16, 24, 32, 48}},
+    {"globe", {16, 24, 32, 48}},
+    {"hand.wave", {16, 20, 24, 32, 40}},
+    {"keyboard", {16, 40, 60, 80}},
+    {"plus", {16, 24, 32, 48}},
+    {"square.stack.3d.up", {16, 24, 32, 48}},
+    {"trash", {16, 24, 32, 48}},
+};
+
+void addDrawnSymbols()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("side");
+    for (const auto &symbol : drawnSymbols) {
+        for (const int side : symbol.sides) {
+            QTest::addRow("%s at %d pixels", symbol.name, side)
+                << QString::fromLatin1(symbol.name) << side;
+        }
+    }
+}
+
+/// Whatever can be seen well is within.
+QRect drawnBox(const QImage &image)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(image.pixel(x, y)) >= 64)
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
+/// The most neighbours in one row that are half covered alike, as along a straight edge that lies
+/// within pixels.
+int longestBlur(const QImage &image)
+{
+    constexpr int alike = 8;
+    int longest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        int length = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            const int opacity = qAlpha(image.pixel(x, y));
+            const int before = x > 0 ? qAlpha(image.pixel(x - 1, y)) : 0;
+            if (opacity < alike || opacity > 255 - alike)
+                length = 0;
+            else
+                length = std::abs(opacity - before) < alike ? length + 1 : 1;
+            longest = std::max(longest, length);
+        }
+    }
+    return longest;
 }
 
 void addSizesOnPanels()
@@ -156,6 +225,64 @@ private Q_SLOTS:
             if (qAlpha(pixel) == 255)
                 QCOMPARE(pixel, tint.rgb());
         }
+    }
+
+    void isDrawnInOneColorForAnotherMayReplaceIt_data()
+    {
+        QTest::addColumn<QString>("file");
+        QDirIterator files(u":/symbols"_s, {u"*.svg"_s}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString file = files.next();
+            QTest::addRow("%s", qPrintable(file)) << file;
+        }
+    }
+    void isDrawnInOneColorForAnotherMayReplaceIt()
+    {
+        QFETCH(const QString, file);
+        QImageReader reader(file, "svg");
+        reader.setScaledSize({96, 96});
+        const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32);
+        QVERIFY2(strongestOpacity(image) == 255, qPrintable(reader.errorString()));
+        for (const QRgb pixel : pixels(image)) {
+            if (qAlpha(pixel) == 255)
+                QCOMPARE(pixel, 0xff2e3436);
+        }
+    }
+
+    void fillsTheMiddleOfItsBox_data() { addDrawnSymbols(); }
+    void fillsTheMiddleOfItsBox()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, side);
+        const QRect box = drawnBox(imageOf(systemSymbol(name, tint), side));
+        const QMargins gaps(box.left(), box.top(), side - 1 - box.right(), side - 1 - box.bottom());
+        const std::unique_ptr<char[]> shown(QTest::toString(box));
+        const int share = std::max(box.width(), box.height()) * 16 / side;
+        QVERIFY2(share >= 10 && share <= 15, shown.get());
+        const int pixel = std::max(1, side / 24);
+        QVERIFY2(std::abs(gaps.left() - gaps.right()) <= pixel, shown.get());
+        QVERIFY2(std::abs(gaps.top() - gaps.bottom()) <= pixel, shown.get());
+    }
+
+    void blursNoStraightEdge_data() { addDrawnSymbols(); }
+    void blursNoStraightEdge()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, side);
+        const QImage image = imageOf(systemSymbol(name, tint), side);
+        const QImage turned = image.transformed(QTransform().rotate(90));
+        const int longest = std::max(longestBlur(image), longestBlur(turned));
+        QVERIFY2(longest <= std::max(3, side / 8), QByteArray::number(longest).constData());
+    }
+
+    void cutsTheMarkOutOfTheWarning()
+    {
+        const QIcon warning = systemSymbol(u"exclamationmark.triangle.fill"_s, tint);
+        const QImage image = imageOf(warning, 16);
+        QByteArray column;
+        for (int y = 0; y < 16; ++y)
+            column += qAlpha(image.pixel(8, y)) > 128 ? '#' : '.';
+        QCOMPARE(column, ".####.....#..##.");
     }
 
     void isPalerWhereItIsDisabled()
