@@ -1,0 +1,26 @@
+#include "viewkit/AccessibleRole.h"
+
+#include <QAccessibleWidget>
+#include <QVariant>
+#include <QWidget>
+
+namespace
+{
+constexpr auto property = "corvaneAccessibleRole";
+
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    const QVariant role = object->property(property);
+    auto *const widget = qobject_cast<QWidget *>(object);
+    if (!widget || !role.isValid())
+        return nullptr;
+    return new QAccessibleWidget(widget, QAccessible::Role(role.toInt()));
+}
+} // namespace
+
+void setAccessibleRole(QWidget &widget, QAccessible::Role role)
+{
+    // Qt keeps one of each.
+    QAccessible::installFactory(makeInterface);
+    widget.setProperty(property, int(role));
+}

@@ -1,0 +1,7 @@
+// What a widget of our own is to screen readers.
+#pragma once
+
+#include <QAccessible>
+
+/// The widget must not have been asked for its role before.
+void setAccessibleRole(QWidget &widget, QAccessible::Role role);

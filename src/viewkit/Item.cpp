@@ -1,0 +1,397 @@
+#include "viewkit/Item.h"
+
+#include "symbols/SystemSymbol.h"
+#include "viewkit/AccessibleRole.h"
+#include "viewkit/ShortenedLabel.h"
+#include "viewkit/Switch.h"
+#include "viewkit/SymbolView.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QDialog>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <limits>
+#include <memory>
+
+namespace
+{
+Item box(QBoxLayout::Direction direction, std::initializer_list<Item> items)
+{
+    auto *const widget = new QWidget;
+    auto *const layout = new QBoxLayout(direction, widget);
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    Item whole{.widget = widget};
+    for (const Item &item : items) {
+        if (item.adjust)
+            item.adjust(*layout);
+        if (item.widget)
+            layout->addWidget(item.widget, item.stretch, item.alignment);
+        whole.rules += item.rules;
+    }
+    return whole;
+}
+
+/// A label in the style, whose text follows the source.
+Item styled(TextStyle style, QLabel *label, TextSource source)
+{
+    label->setTextFormat(Qt::PlainText);
+    const Rule rule = [style, label, source = std::move(source)] {
+        if (const QFont wanted = font(style); label->font() != wanted)
+            label->setFont(wanted);
+        if (const QString text = source(); label->text() != text)
+            label->setText(text);
+    };
+    return {.widget = label, .rules = {rule}};
+}
+
+/// Keeps what the widget shows in that role in the colour of the ink.
+Rule coloured(QWidget *widget, QPalette::ColorRole role, Ink ink)
+{
+    return [widget, role, ink] {
+        QPalette palette = widget->palette();
+        const QColor wanted = color(ink, palette);
+        if (palette.color(role) == wanted)
+            return;
+        palette.setColor(role, wanted);
+        widget->setPalette(palette);
+    };
+}
+
+TextSource always(const QString &text)
+{
+    return [text] { return text; };
+}
+
+QLabel *paragraphLabel()
+{
+    auto *const label = new QLabel;
+    label->setWordWrap(true);
+    return label;
+}
+
+QPushButton *prepared(QPushButton *button, Action action)
+{
+    // Return presses the default button, whichever has or had the focus.
+    button->setAutoDefault(false);
+    QObject::connect(button, &QPushButton::clicked, button, std::move(action));
+    return button;
+}
+
+QPushButton *pushButton(const QString &label, Action action)
+{
+    return prepared(new QPushButton(label), std::move(action));
+}
+
+/// Takes a double click for a click: by the second one the next thing may have moved up.
+class DestructiveButton final : public QPushButton
+{
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override { event->accept(); }
+};
+
+/// Changes by clicks and keys only: who scrolls past it with the wheel does not mean it.
+class PickerBox final : public QComboBox
+{
+protected:
+    void wheelEvent(QWheelEvent *event) override { event->ignore(); }
+};
+
+/// Keeps the button's drawing in the colour of its text, or of the ink.
+Rule drawn(QPushButton *button, const QString &symbol, std::optional<Ink> ink = std::nullopt)
+{
+    // Making an icon reads a drawing, so only for a new colour.
+    const auto drawnIn = std::make_shared<QColor>();
+    return [button, symbol, ink, drawnIn] {
+        const QPalette palette = button->palette();
+        const QColor wanted = ink ? color(*ink, palette) : palette.color(QPalette::ButtonText);
+        if (std::exchange(*drawnIn, wanted) != wanted)
+            button->setIcon(systemSymbol(symbol, wanted));
+    };
+}
+} // namespace
+
+Column::Column(std::initializer_list<Item> items)
+    : Item(box(QBoxLayout::TopToBottom, items))
+{
+}
+
+Row::Row(std::initializer_list<Item> items)
+    : Item(box(QBoxLayout::LeftToRight, items))
+{
+}
+
+Spacer::Spacer()
+{
+    adjust = [](QBoxLayout &layout) { layout.addStretch(); };
+}
+
+Item padding(int size)
+{
+    return padding(size, size);
+}
+
+Item padding(int horizontal, int vertical)
+{
+    return {.adjust = [=](QBoxLayout &layout) {
+        layout.setContentsMargins(horizontal, vertical, horizontal, vertical);
+    }};
+}
+
+Item spacing(int size)
+{
+    return {.adjust = [size](QBoxLayout &layout) { layout.setSpacing(size); }};
+}
+
+Item divider()
+{
+    auto *const line = new QFrame;
+    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    setAccessibleRole(*line, QAccessible::Separator);
+    return {.widget = line};
+}
+
+Item text(TextStyle style, const QString &text)
+{
+    return styled(style, new QLabel, always(text));
+}
+
+Item text(TextStyle style, TextSource source)
+{
+    return styled(style, new QLabel, std::move(source));
+}
+
+Item paragraph(TextStyle style, const QString &text)
+{
+    return styled(style, paragraphLabel(), always(text));
+}
+
+Item paragraph(TextStyle style, TextSource source)
+{
+    return styled(style, paragraphLabel(), std::move(source));
+}
+
+Item shortenedText(TextStyle style, TextSource source)
+{
+    return styled(style, new ShortenedLabel, std::move(source));
+}
+
+Item lines(int spacing, std::function<QStringList()> source,
+           std::function<Item(const QString &text)> line)
+{
+    struct Shown {
+        QStringList texts;
+        QList<Rule> rules;
+    };
+    auto *const widget = new QWidget;
+    auto *const layout = new QVBoxLayout(widget);
+    layout->setContentsMargins({});
+    layout->setSpacing(spacing);
+    const auto replace = [layout, line = std::move(line)](const QStringList &texts) {
+        while (const std::unique_ptr<QLayoutItem> former{layout->takeAt(0)})
+            delete former->widget();
+        QList<Rule> rules;
+        for (const QString &text : texts) {
+            const Item item = line(text);
+            layout->addWidget(item.widget);
+            // At once; the layout shows it on a later turn of the event loop.
+            item.widget->show();
+            rules += item.rules;
+        }
+        return rules;
+    };
+    const auto show = [widget, source = std::move(source), replace,
+                       shown = std::make_shared<Shown>()] {
+        if (const QStringList texts = source(); texts != shown->texts)
+            *shown = {texts, replace(texts)};
+        for (const Rule &rule : std::as_const(shown->rules))
+            rule();
+        widget->setVisible(!shown->texts.isEmpty());
+    };
+    widget->hide();
+    return {.widget = widget, .rules = {show}};
+}
+
+Item symbol(const QString &name, int side)
+{
+    return symbol(always(name), side);
+}
+
+Item symbol(const QString &name, TextStyle style)
+{
+    auto *const view = new SymbolView;
+    view->setSymbol(name);
+    return {.widget = view,
+            .rules = {[view, style] { view->setSide(QFontMetrics(font(style)).height()); }}};
+}
+
+Item symbol(TextSource name, int side)
+{
+    auto *const view = new SymbolView;
+    view->setSide(side);
+    return {.widget = view, .rules = {[view, name = std::move(name)] { view->setSymbol(name()); }}};
+}
+
+Item button(const QString &label, Action action)
+{
+    return {.widget = pushButton(label, std::move(action))};
+}
+
+Item button(TextSource label, Action action)
+{
+    auto *const button = pushButton({}, std::move(action));
+    return {.widget = button, .rules = {[button, label = std::move(label)] {
+                                  if (const QString text = label(); button->text() != text)
+                                      button->setText(text);
+                              }}};
+}
+
+Item button(const QString &label, const QString &symbol, Action action)
+{
+    auto *const button = pushButton(label, std::move(action));
+    return {.widget = button, .rules = {drawn(button, symbol)}};
+}
+
+Item defaultButton(const QString &label, Action action)
+{
+    auto *const button = pushButton(label, std::move(action));
+    button->setDefault(true);
+    return {.widget = button};
+}
+
+Item destructiveButton(const QString &symbol, const QString &name, Action action)
+{
+    auto *const button = prepared(new DestructiveButton, std::move(action));
+    button->setToolTip(name);
+    button->setAccessibleName(name);
+    return {.widget = button, .rules = {drawn(button, symbol, Ink::error)}};
+}
+
+Item toggle(const QString &name, Binding<bool> isOn)
+{
+    auto *const control = new Switch;
+    control->setAccessibleName(name);
+    // Not clicked, which assistive programs do not cause.
+    QObject::connect(control, &Switch::toggled, control, std::move(isOn.set));
+    return {.widget = control, .rules = {[control, get = std::move(isOn.get)] {
+                                   const QSignalBlocker itIsNotTheUser(control);
+                                   control->setChecked(get());
+                               }}};
+}
+
+Item textField(const QString &name, const QString &placeholder, Binding<QString> content)
+{
+    auto *const field = new QLineEdit;
+    field->setMaxLength(std::numeric_limits<int>::max());
+    field->setAccessibleName(name);
+    field->setPlaceholderText(placeholder);
+    // Not textEdited, which assistive programs that set the text do not cause.
+    QObject::connect(field, &QLineEdit::textChanged, field, content.set);
+    // The cursor stays where it is while the text is what the user types.
+    const Rule rule = [field, get = std::move(content.get)] {
+        if (const QString text = get(); field->text() != text)
+            field->setText(text);
+    };
+    // Some desktops leave that colour to chance.
+    return {
+        .widget = field,
+        .rules = {rule, coloured(field, QPalette::PlaceholderText, Ink::secondary)},
+    };
+}
+
+Item picker(const QString &label, const QStringList &titles, Binding<int> choice)
+{
+    auto *const box = new PickerBox;
+    box->addItems(titles);
+    box->setAccessibleName(label);
+    QObject::connect(box, &QComboBox::currentIndexChanged, box, choice.set);
+    auto *const caption = new QLabel(label);
+    caption->setBuddy(box);
+    Row row{spacing(8), {.widget = caption}, stretched({.widget = box})};
+    row.rules.append([box, get = std::move(choice.get)] { box->setCurrentIndex(get()); });
+    return row;
+}
+
+Item part(QWidget *widget, Rule rule)
+{
+    Item item{.widget = widget};
+    if (rule)
+        item.rules.append(std::move(rule));
+    return item;
+}
+
+Item inked(Ink ink, Item item)
+{
+    // Whatever it lies upon.
+    item.widget->setForegroundRole(QPalette::WindowText);
+    item.rules.append(coloured(item.widget, QPalette::WindowText, ink));
+    return item;
+}
+
+Item shownWhen(Predicate isShown, Item item)
+{
+    // First, so that a text is there when its label is shown.
+    item.rules.append([widget = item.widget, isShown = std::move(isShown)] {
+        if (const bool wanted = isShown(); widget->isHidden() == wanted)
+            widget->setVisible(wanted);
+    });
+    return item;
+}
+
+Item enabledWhen(Predicate isEnabled, Item item)
+{
+    item.rules.append([widget = item.widget, isEnabled = std::move(isEnabled)] {
+        widget->setEnabled(isEnabled());
+    });
+    return item;
+}
+
+Item stretched(Item item)
+{
+    item.stretch = 1;
+    return item;
+}
+
+Item framed(int width, Item item)
+{
+    item.widget->setFixedWidth(width);
+    return item;
+}
+
+Item onTop(Item item)
+{
+    item.alignment = Qt::AlignTop;
+    return item;
+}
+
+Item centred(Item item)
+{
+    if (auto *const label = qobject_cast<QLabel *>(item.widget))
+        label->setAlignment(Qt::AlignCenter);
+    // An alignment of the item itself would take no notice of texts on several lines.
+    return Row{Spacer{}, std::move(item), Spacer{}};
+}
+
+Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidget *owner)> make)
+{
+    const auto sheet = std::make_shared<QPointer<QDialog>>();
+    return {.rules = {[=, isShown = std::move(isShown), make = std::move(make)] {
+                const bool wanted = isShown();
+                if (wanted == !sheet->isNull())
+                    return;
+                if (wanted) {
+                    *sheet = make(owner);
+                    (*sheet)->open();
+                } else {
+                    (*sheet)->hide();
+                    (*sheet)->deleteLater();
+                    sheet->clear();
+                }
+            }}};
+}

@@ -1,0 +1,21 @@
+// An on/off switch: a check box that looks like what it switches is live at once.
+#pragma once
+
+#include <QCheckBox>
+
+class Switch : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    Switch();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    bool hitButton(const QPoint &place) const override { return rect().contains(place); }
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+};

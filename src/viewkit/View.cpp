@@ -1,0 +1,57 @@
+#include "viewkit/View.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+
+View::View(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+void View::setBody(const Item &body)
+{
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(body.widget);
+    m_rules = body.rules;
+    refresh();
+}
+
+void View::invalidate()
+{
+    if (std::exchange(m_isStale, true) || !isVisible())
+        return;
+    const auto refreshIfStale = [this] {
+        if (m_isStale && isVisible())
+            refresh();
+    };
+    QMetaObject::invokeMethod(this, refreshIfStale, Qt::QueuedConnection);
+}
+
+void View::refresh()
+{
+    m_isStale = false;
+    for (const Rule &rule : std::as_const(m_rules))
+        rule();
+}
+
+bool View::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::FontChange:
+    case QEvent::PaletteChange:
+    case QEvent::StyleChange:
+        invalidate();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void View::showEvent(QShowEvent *event)
+{
+    if (m_isStale)
+        refresh();
+    QWidget::showEvent(event);
+}
