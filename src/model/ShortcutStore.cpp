@@ -98,7 +98,7 @@ void ShortcutStore::deleteEntry(const LaunchEntry &entry)
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
     m_center.sync(name);
-    KeyboardShortcuts::setShortcut(std::nullopt, name, m_platform.userDefaults, m_center);
+    setShortcut(std::nullopt, name);
     Q_EMIT willChange();
     m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
     save();
@@ -154,8 +154,7 @@ void ShortcutStore::resetAllShortcuts()
     {
         const auto together = m_platform.userDefaults.writeTogether();
         for (const LaunchEntry &entry : std::as_const(m_entries))
-            KeyboardShortcuts::setShortcut(std::nullopt, entry.shortcutName(),
-                                           m_platform.userDefaults, m_center);
+            setShortcut(std::nullopt, entry.shortcutName());
     }
     // The list is the same, but every entry has other keys.
     Q_EMIT willChange();
@@ -164,7 +163,7 @@ void ShortcutStore::resetAllShortcuts()
 QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
                                     const std::optional<QUuid> &excluding) const
 {
-    const auto shortcut = KeyboardShortcuts::getShortcut(name, m_platform.userDefaults);
+    const auto shortcut = getShortcut(name);
     if (!shortcut)
         return {};
     QStringList messages;
@@ -181,9 +180,25 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
 
 QString ShortcutStore::shortcutText(const LaunchEntry &entry) const
 {
-    const auto shortcut =
-        KeyboardShortcuts::getShortcut(entry.shortcutName(), m_platform.userDefaults);
+    const auto shortcut = getShortcut(entry.shortcutName());
     return shortcut ? shortcut->description() : u"No keys"_s;
+}
+
+std::optional<KeyboardShortcuts::Shortcut>
+ShortcutStore::getShortcut(const KeyboardShortcuts::Name &name) const
+{
+    return KeyboardShortcuts::getShortcut(name, m_platform.userDefaults);
+}
+
+void ShortcutStore::setShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
+                                const KeyboardShortcuts::Name &name)
+{
+    KeyboardShortcuts::setShortcut(shortcut, name, m_platform.userDefaults, m_center);
+}
+
+void ShortcutStore::announceChange()
+{
+    Q_EMIT willChange();
 }
 
 bool ShortcutStore::showRunNotification(const UserDefaults &defaults)

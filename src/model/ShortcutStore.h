@@ -76,6 +76,20 @@ public:
     /// The entry's stored combination, or "No keys".
     QString shortcutText(const LaunchEntry &entry) const;
 
+    /// The combination that is stored under the name.
+    std::optional<KeyboardShortcuts::Shortcut>
+    getShortcut(const KeyboardShortcuts::Name &name) const;
+
+    /// Stores a combination, or removes it, and makes that live. Announces nothing.
+    void setShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
+                     const KeyboardShortcuts::Name &name);
+
+    /// To be called when the stored combinations have changed, which observers show too.
+    void announceChange();
+
+    /// For its views, which use the same services.
+    const Platform &platform() const { return m_platform; }
+
     /// Whether the user wants a notification of every successful run; by default, yes.
     static bool showRunNotification(const UserDefaults &defaults);
 

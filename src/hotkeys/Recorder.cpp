@@ -1,0 +1,124 @@
+#include "hotkeys/Recorder.h"
+
+#include "model/ShortcutStore.h"
+#include "platform/KeyModifier.h"
+#include "platform/Platform.h"
+
+using namespace Qt::StringLiterals;
+
+namespace KeyboardShortcuts
+{
+
+namespace
+{
+constexpr quint16 escape = 53;
+constexpr int minimumLabelWidth = 150;
+} // namespace
+
+quint32 modifierFlagsToCarbon(quint32 modifierFlags)
+{
+    quint32 mask = 0;
+    if (modifierFlags & commandEventFlag)
+        mask |= commandKey;
+    if (modifierFlags & optionEventFlag)
+        mask |= optionKey;
+    if (modifierFlags & controlEventFlag)
+        mask |= controlKey;
+    if (modifierFlags & shiftEventFlag)
+        mask |= shiftKey;
+    return mask;
+}
+
+Recorder::Recorder(ShortcutStore &store, const Name &name,
+                   std::function<void(const std::optional<Shortcut> &)> onChange)
+    : m_store(store)
+    , m_name(name)
+    , m_onChange(std::move(onChange))
+    , m_current(store.getShortcut(name))
+{
+    const Item mainButton = button([this] { return label(); }, [this] { toggleRecording(); });
+    m_button = mainButton.widget;
+    m_button->setMinimumWidth(minimumLabelWidth);
+    setBody(Row{
+        spacing(8),
+        mainButton,
+        shownWhen([this] { return m_current.has_value(); },
+                  button(u"Clear"_s, [this] { clear(); })),
+        shownWhen([this] { return m_hint.has_value(); },
+                  inked(Ink::secondary,
+                        text(TextStyle::caption, [this] { return m_hint.value_or(QString()); }))),
+        Spacer{},
+    });
+}
+
+QString Recorder::label() const
+{
+    if (m_recording)
+        return u"Press the keys…"_s;
+    return m_current ? m_current->description() : u"Record Shortcut"_s;
+}
+
+void Recorder::toggleRecording()
+{
+    if (m_recording)
+        stop();
+    else
+        start();
+}
+
+void Recorder::start()
+{
+    m_hint = u"Esc cancels"_s;
+    m_recording = true;
+    m_monitor = m_store.platform().eventMonitor.addLocalMonitorForEvents(
+        *this, [this](const KeyEvent &event) { handle(event); });
+    invalidate();
+}
+
+void Recorder::stop()
+{
+    m_monitor.reset();
+    m_recording = false;
+    m_hint.reset();
+    invalidate();
+}
+
+void Recorder::handle(const KeyEvent &event)
+{
+    if (event.keyCode == escape) {
+        stop();
+        return;
+    }
+    const quint32 modifiers = modifierFlagsToCarbon(event.modifierFlags);
+    if (!(modifiers & (commandKey | optionKey | controlKey))) {
+        m_hint = u"Include ⌘, ⌥ or ⌃"_s;
+        invalidate();
+        return;
+    }
+    stop();
+    store(Shortcut{event.keyCode, modifiers});
+}
+
+void Recorder::clear()
+{
+    // The button that was pressed goes.
+    m_button->setFocus();
+    store(std::nullopt);
+}
+
+void Recorder::store(const std::optional<Shortcut> &shortcut)
+{
+    m_current = shortcut;
+    m_store.setShortcut(shortcut, m_name);
+    if (m_onChange)
+        m_onChange(shortcut);
+    invalidate();
+}
+
+void Recorder::hideEvent(QHideEvent *event)
+{
+    stop();
+    View::hideEvent(event);
+}
+
+} // namespace KeyboardShortcuts

@@ -1,0 +1,53 @@
+// The control with which the user sets or clears the key combination of one name.
+#pragma once
+
+#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/EventMonitor.h"
+#include "platform/Registration.h"
+#include "viewkit/View.h"
+
+#include <functional>
+#include <optional>
+
+class ShortcutStore;
+
+namespace KeyboardShortcuts
+{
+
+/// The modifier mask (KeyModifier bits) of an event's flags; other flags are left out.
+quint32 modifierFlagsToCarbon(quint32 modifierFlags);
+
+/// Stores each new combination at once, which makes it live.
+class Recorder : public View
+{
+    Q_OBJECT
+
+public:
+    /// The callback is told of every new combination, and of a clear with nothing. The store must
+    /// outlive the recorder.
+    Recorder(ShortcutStore &store, const Name &name,
+             std::function<void(const std::optional<Shortcut> &)> onChange = {});
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    QString label() const;
+    void toggleRecording();
+    void start();
+    void stop();
+    void handle(const KeyEvent &event);
+    void clear();
+    void store(const std::optional<Shortcut> &shortcut);
+
+    ShortcutStore &m_store;
+    const Name m_name;
+    const std::function<void(const std::optional<Shortcut> &)> m_onChange;
+    std::optional<Shortcut> m_current;
+    bool m_recording = false;
+    std::optional<QString> m_hint;
+    std::optional<Registration> m_monitor;
+    QWidget *m_button = nullptr;
+};
+
+} // namespace KeyboardShortcuts
