@@ -1,0 +1,191 @@
+#include "settings/ApplicationPanel.h"
+
+#include "settings/ApplicationList.h"
+#include "settings/FilePanel.h"
+#include "viewkit/View.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr QSize initialSize(420, 520);
+constexpr int iconSide = 24;
+constexpr int rowPadding = 4;
+
+/// Rows as wide as the list, so that a long name is shortened, with some space around them; the
+/// names are below each other, however large the images are.
+class RowDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override
+    {
+        return {1, std::max(iconSide, option.fontMetrics.height()) + 2 * rowPadding};
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->decorationSize = {iconSide, iconSide};
+        option->decorationAlignment = Qt::AlignCenter;
+    }
+};
+
+bool movesSelection(const QKeyEvent &press)
+{
+    constexpr std::array keys{Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp};
+    return std::ranges::find(keys, press.key()) != keys.end();
+}
+} // namespace
+
+ApplicationPanel::ApplicationPanel(InstalledApplications &applications,
+                                   std::function<void(const QString &path)> onChoose,
+                                   QWidget *parent)
+    : QDialog(parent)
+    , m_applications(applications)
+    , m_onChoose(std::move(onChoose))
+    , m_model(new ApplicationList(applications.all()))
+    , m_list(new QListView)
+    , m_body(new View)
+{
+    setWindowTitle(u"Choose App"_s);
+    resize(initialSize);
+    m_body->setBody(Column{
+        padding(20),
+        spacing(12),
+        searchField(),
+        stretched(list()),
+        shownWhen([this] { return m_isRejected; },
+                  inked(Ink::error, text(TextStyle::callout, u"That file is not an app."_s))),
+        Row{
+            spacing(8),
+            button(u"Browse…"_s, [this] { browse(); }),
+            Spacer{},
+            button(u"Cancel"_s, [this] { reject(); }),
+            enabledWhen([this] { return selected().has_value(); },
+                        defaultButton(u"Choose App"_s, [this] { chooseSelected(); })),
+        },
+    });
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_body);
+}
+
+Item ApplicationPanel::searchField()
+{
+    Item item = textField(u"Search"_s, u"Search"_s,
+                          {
+                              .get = [this] { return m_searched; },
+                              .set = [this](const QString &text) { search(text); },
+                          });
+    qobject_cast<QLineEdit *>(item.widget)->setClearButtonEnabled(true);
+    item.widget->installEventFilter(this);
+    return item;
+}
+
+Item ApplicationPanel::list()
+{
+    m_model->setParent(this);
+    m_list->setModel(m_model);
+    m_list->setItemDelegate(new RowDelegate(m_list));
+    m_list->setAccessibleName(u"Apps"_s);
+    m_list->setIconSize({iconSide, iconSide});
+    m_list->setUniformItemSizes(true);
+    m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(m_list, &QListView::activated, this, &ApplicationPanel::chooseSelected);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &ApplicationPanel::selectionChanged);
+
+    const Item emptyText =
+        shownWhen([this] { return m_model->rowCount() == 0; },
+                  inked(Ink::secondary, text(TextStyle::body, u"No apps found"_s)));
+    auto *const middle = new QVBoxLayout(m_list->viewport());
+    middle->addWidget(emptyText.widget, 0, Qt::AlignCenter);
+
+    Item item = part(m_list, [this] { m_model->setSymbolColor(color(Ink::secondary, palette())); });
+    item.rules += emptyText.rules;
+    return item;
+}
+
+bool ApplicationPanel::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || !movesSelection(*static_cast<QKeyEvent *>(event)))
+        return QDialog::eventFilter(object, event);
+    QCoreApplication::sendEvent(m_list, event);
+    return true;
+}
+
+std::optional<QString> ApplicationPanel::selected() const
+{
+    const QModelIndexList indexes = m_list->selectionModel()->selectedIndexes();
+    return indexes.isEmpty() ? std::nullopt : std::optional(m_model->path(indexes.constFirst()));
+}
+
+void ApplicationPanel::search(const QString &text)
+{
+    m_searched = text;
+    m_model->search(text);
+    if (!text.trimmed().isEmpty())
+        m_list->setCurrentIndex(m_model->index(0));
+    selectionChanged();
+}
+
+void ApplicationPanel::selectionChanged()
+{
+    m_isRejected = false;
+    m_body->refresh();
+}
+
+void ApplicationPanel::chooseSelected()
+{
+    if (const auto path = selected())
+        choose(*path);
+}
+
+void ApplicationPanel::choose(const QString &path)
+{
+    m_onChoose(path);
+    accept();
+}
+
+void ApplicationPanel::browse()
+{
+    auto *const panel = new FilePanel(
+        FilePanel::Choosable::files, windowTitle(), [this](const QString &path) { browsed(path); },
+        this);
+    // All first, because any executable file is an app too.
+    panel->setNameFilters({u"All files (*)"_s, u"Apps (*.desktop)"_s});
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->open();
+}
+
+void ApplicationPanel::browsed(const QString &path)
+{
+    if (isApplication(path)) {
+        choose(path);
+        return;
+    }
+    m_isRejected = true;
+    m_body->refresh();
+}
+
+bool ApplicationPanel::isApplication(const QString &path) const
+{
+    if (path.endsWith(u".desktop"_s))
+        return m_applications.at(path).has_value();
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable();
+}

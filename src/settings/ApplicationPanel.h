@@ -1,0 +1,45 @@
+// The panel in which the user chooses an application: one that is installed, or the file of one.
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <optional>
+
+class ApplicationList;
+class InstalledApplications;
+class QListView;
+class View;
+struct Item;
+
+/// To be shown with open().
+class ApplicationPanel final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Reads the list of applications now. The service must outlive it.
+    ApplicationPanel(InstalledApplications &applications,
+                     std::function<void(const QString &path)> onChoose, QWidget *parent);
+
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    Item searchField();
+    Item list();
+    std::optional<QString> selected() const;
+    void search(const QString &text);
+    void selectionChanged();
+    void chooseSelected();
+    void choose(const QString &path);
+    void browse();
+    void browsed(const QString &path);
+    bool isApplication(const QString &path) const;
+
+    InstalledApplications &m_applications;
+    const std::function<void(const QString &path)> m_onChoose;
+    ApplicationList *m_model;
+    QListView *m_list;
+    View *m_body;
+    QString m_searched;
+    bool m_isRejected = false;
+};
