@@ -1,0 +1,234 @@
+#include "settings/EditorForm.h"
+
+#include "actions/ActionRunner.h"
+#include "foundation/Text.h"
+#include "hotkeys/Recorder.h"
+#include "model/ShortcutStore.h"
+#include "platform/InstalledApplications.h"
+#include "platform/Platform.h"
+#include "settings/ApplicationPanel.h"
+#include "settings/FilePanel.h"
+#include "settings/WarningLines.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int formWidth = 460;
+
+QStringList kindTitles()
+{
+    QStringList titles;
+    for (const ActionKind kind : ActionKinds::allCases)
+        titles << title(kind);
+    return titles;
+}
+
+/// Nothing but blanks; a line break is none.
+bool isBlank(const QString &text)
+{
+    return std::ranges::all_of(text, [](QChar character) {
+        return character == u'\t' || character.category() == QChar::Separator_Space;
+    });
+}
+
+/// The last component, without its extension.
+QString nameOfFile(const QString &path)
+{
+    const QFileInfo file(QDir::cleanPath(path));
+    if (file.isRoot())
+        return u"/"_s;
+    // A dot at the beginning starts no extension.
+    return file.completeBaseName().isEmpty() ? file.fileName() : file.completeBaseName();
+}
+} // namespace
+
+EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
+                       std::function<void()> onClose)
+    : m_store(store)
+    , m_original(entry)
+    , m_onClose(std::move(onClose))
+    , m_draft(entry)
+    , m_isNew(!store.contains(entry.id))
+    , m_originalShortcut(store.getShortcut(entry.shortcutName()))
+{
+    setMinimumWidth(formWidth);
+    setBody(Column{
+        padding(20),
+        spacing(14),
+        text(TextStyle::title2, title()),
+        textField(u"Name"_s, u"Name"_s, draft(&LaunchEntry::name)),
+        picker(u"Action"_s, kindTitles(),
+               {
+                   .get = [this] { return int(m_draft.kind); },
+                   .set = [this](int index) { setKind(ActionKinds::allCases.at(index)); },
+               }),
+        targetField(),
+        Row{
+            spacing(8),
+            text(TextStyle::body, u"Keys"_s),
+            stretched(part(new KeyboardShortcuts::Recorder(m_store, m_draft.shortcutName(),
+                                                           [this](const auto &) { recorded(); }))),
+        },
+        warningLines(TextStyle::callout, [this] { return warnings(); }),
+        inked(
+            Ink::secondary,
+            paragraph(TextStyle::caption,
+                      u"Tip: include ⌘, ⌥ or ⌃ so the combination does not clash with typing."_s)),
+        shownWhen(
+            [this] { return m_message.has_value(); },
+            inked(Ink::error,
+                  paragraph(TextStyle::callout, [this] { return m_message.value_or(QString()); }))),
+        Row{
+            spacing(8),
+            Spacer{},
+            button(u"Cancel"_s, [this] { cancel(); }),
+            defaultButton(m_isNew ? u"Add"_s : u"Save"_s, [this] { save(); }),
+        },
+    });
+    connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
+}
+
+QString EditorForm::title() const
+{
+    return m_isNew ? u"New shortcut"_s : u"Edit shortcut"_s;
+}
+
+Binding<QString> EditorForm::draft(QString LaunchEntry::*field)
+{
+    return {
+        .get = [this, field] { return m_draft.*field; },
+        .set = [this, field](const QString &text) { m_draft.*field = text; },
+    };
+}
+
+Item EditorForm::targetField()
+{
+    const auto isAbsent = [this] { return m_draft.target.isEmpty(); };
+    const auto isChosen = [this] { return !m_draft.target.isEmpty(); };
+    return Column{
+        shownWhen([this] { return opensFile(); },
+                  Row{
+                      spacing(8),
+                      shownWhen(isAbsent,
+                                inked(Ink::secondary, text(TextStyle::body, u"Nothing chosen"_s))),
+                      shownWhen(isChosen,
+                                shortenedText(TextStyle::body,
+                                              [this] { return m_draft.targetDescription(); })),
+                      Spacer{},
+                      button(u"Choose…"_s, [this] { choose(); }),
+                  }),
+        shownWhen([this] { return isKind(ActionKind::website); },
+                  textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
+        shownWhen([this] { return isKind(ActionKind::shortcut); },
+                  textField(u"Shortcut"_s,
+                            u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
+                            draft(&LaunchEntry::target))),
+    };
+}
+
+QStringList EditorForm::warnings() const
+{
+    return m_store.warnings(m_draft.shortcutName(), m_draft.id);
+}
+
+void EditorForm::setKind(ActionKind kind)
+{
+    if (kind == m_draft.kind)
+        return;
+    m_draft.kind = kind;
+    m_draft.target.clear();
+    m_message.reset();
+    invalidate();
+}
+
+void EditorForm::choose()
+{
+    const auto use = [this](const QString &path) { chosen(path); };
+    QDialog *panel = nullptr;
+    if (isKind(ActionKind::app))
+        panel = new ApplicationPanel(m_store.platform().installedApplications, use, this);
+    else
+        panel = new FilePanel(FilePanel::Choosable::filesAndFolders, u"Choose"_s, use, this);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->open();
+}
+
+void EditorForm::chosen(const QString &path)
+{
+    m_draft.target = path;
+    if (isBlank(m_draft.name))
+        m_draft.name = displayName(path);
+    invalidate();
+}
+
+QString EditorForm::displayName(const QString &path) const
+{
+    if (isKind(ActionKind::app)) {
+        if (const auto app = m_store.platform().installedApplications.at(path))
+            return app->name;
+    }
+    return nameOfFile(path);
+}
+
+void EditorForm::recorded()
+{
+    // The list behind the sheet and the menu show the combination too.
+    m_store.announceChange();
+}
+
+std::optional<QString> EditorForm::validate() const
+{
+    const QString target = m_draft.target.trimmed();
+    if (m_draft.name.trimmed().isEmpty())
+        return u"Please give this shortcut a name."_s;
+    if (opensFile() && target.isEmpty())
+        return u"Choose what to open."_s;
+    if (opensFile() && !QFileInfo::exists(target))
+        return u"That item could not be found."_s;
+    if (isKind(ActionKind::website) && !ActionRunner::isValidWebsite(target))
+        return u"The website must start with http:// or https://"_s;
+    if (isKind(ActionKind::shortcut) && target.isEmpty())
+        return u"Enter the name of the Shortcut to run."_s;
+    if (!m_store.getShortcut(m_draft.shortcutName()))
+        return u"Click the key box and press a key combination."_s;
+    return std::nullopt;
+}
+
+void EditorForm::save()
+{
+    if (m_isClosed)
+        return;
+    m_message = validate();
+    if (m_message) {
+        invalidate();
+        return;
+    }
+    LaunchEntry entry = m_draft;
+    entry.name = entry.name.trimmed();
+    entry.target = entry.target.trimmed();
+    m_store.upsert(entry);
+    finish();
+}
+
+void EditorForm::cancel()
+{
+    if (m_isClosed)
+        return;
+    // What was never touched stays as it is, also if it cannot be read.
+    const KeyboardShortcuts::Name name = m_original.shortcutName();
+    if (m_store.getShortcut(name) != m_originalShortcut)
+        m_store.setShortcut(m_originalShortcut, name);
+    m_store.announceChange();
+    finish();
+}
+
+/// Keys and clicks that are still on their way to the sheet change nothing any more.
+void EditorForm::finish()
+{
+    m_isClosed = true;
+    m_onClose();
+}

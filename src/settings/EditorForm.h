@@ -1,0 +1,50 @@
+// The sheet in which the user adds one entry or changes one.
+#pragma once
+
+#include "model/LaunchEntry.h"
+#include "viewkit/View.h"
+
+#include <functional>
+#include <optional>
+
+class ShortcutStore;
+
+class EditorForm : public View
+{
+    Q_OBJECT
+
+public:
+    /// For an entry of the store, or for a fresh one that is not in it yet. The callback closes the
+    /// form. The store must outlive it.
+    EditorForm(ShortcutStore &store, const LaunchEntry &entry, std::function<void()> onClose);
+
+    QString title() const;
+
+    /// Puts the entry's combination back to what it was, and closes.
+    void cancel();
+
+private:
+    Binding<QString> draft(QString LaunchEntry::*field);
+    Item targetField();
+    QStringList warnings() const;
+    bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
+    bool opensFile() const { return isKind(ActionKind::app) || isKind(ActionKind::path); }
+
+    void setKind(ActionKind kind);
+    void choose();
+    void chosen(const QString &path);
+    QString displayName(const QString &path) const;
+    void recorded();
+    std::optional<QString> validate() const;
+    void save();
+    void finish();
+
+    ShortcutStore &m_store;
+    const LaunchEntry m_original;
+    const std::function<void()> m_onClose;
+    LaunchEntry m_draft;
+    std::optional<QString> m_message;
+    bool m_isClosed = false;
+    const bool m_isNew;
+    const std::optional<KeyboardShortcuts::Shortcut> m_originalShortcut;
+};

@@ -1,0 +1,7 @@
+// Why key combinations may not work, as lines of a view.
+#pragma once
+
+#include "viewkit/Item.h"
+
+/// A line for each warning, with a drawing before it.
+Item warningLines(TextStyle style, std::function<QStringList()> warnings);
