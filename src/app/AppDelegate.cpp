@@ -7,6 +7,7 @@
 #include "platform/SharedApplication.h"
 #include "platform/UserDefaults.h"
 #include "settings/SettingsView.h"
+#include "viewkit/AccessibleRole.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -27,13 +28,14 @@ void centre(QWidget &window)
     window.move(frame.topLeft());
 }
 
-std::unique_ptr<QWidget> makeSettingsWindow()
+std::unique_ptr<QWidget> makeSettingsWindow(ShortcutStore &store)
 {
     auto window = std::make_unique<QWidget>();
     window->setWindowTitle(u"Corvane"_s);
+    setAccessibleRole(*window, QAccessible::Window);
     auto *const layout = new QVBoxLayout(window.get());
     layout->setContentsMargins({});
-    layout->addWidget(new SettingsView);
+    layout->addWidget(new SettingsView(store));
     window->adjustSize();
     centre(*window);
     return window;
@@ -59,7 +61,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::openSettings()
 {
     if (!m_settingsWindow)
-        m_settingsWindow = makeSettingsWindow();
+        m_settingsWindow = makeSettingsWindow(m_store);
     m_platform.application.activate(*m_settingsWindow);
 }
 

@@ -8,7 +8,6 @@ CorvaneApp::CorvaneApp(int &argc, char **argv, const Platform &platform, Shortcu
     : QApplication(argc, argv)
     , appDelegate(platform, store)
 {
-    setApplicationDisplayName(u"Corvane"_s);
     setDesktopFileName(platform.bundleIdentifier);
     setQuitOnLastWindowClosed(false);
 }

@@ -3,7 +3,7 @@
 #include "platform/linux/UserActivation.h"
 #include "platform/linux/x11/ActiveWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QWidget>
 #include <QWindow>
 
@@ -12,6 +12,17 @@ namespace
 bool isWayland()
 {
     return QGuiApplication::platformName() == u"wayland";
+}
+
+/// Where the user can go on: a sheet over the window has the keyboard in its stead.
+QWidget &frontOf(QWidget &window)
+{
+    QWidget *const sheet = QApplication::activeModalWidget();
+    for (const QWidget *owner = sheet; owner; owner = owner->parentWidget()) {
+        if (owner == &window)
+            return *sheet;
+    }
+    return window;
 }
 } // namespace
 
@@ -23,22 +34,25 @@ LinuxApplication::LinuxApplication(UserActivation &activation)
 void LinuxApplication::activate(QWidget &window)
 {
     const QByteArray token = std::exchange(m_activation.activationToken, {});
+    QWidget &front = frontOf(window);
     // Without a token a Wayland compositor gives the focus to new windows only.
-    const bool mustBeNew = isWayland() && token.isEmpty() && !window.isActiveWindow();
+    const bool mustBeNew = isWayland() && token.isEmpty() && !front.isActiveWindow();
     if (mustBeNew)
-        window.hide();
+        front.hide();
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
+    front.show();
     // A startup id tells a time also in a Wayland session.
     if (!isWayland() && m_activation.x11Time) {
         requestActiveWindow(*window.windowHandle(), *m_activation.x11Time);
+        requestActiveWindow(*front.windowHandle(), *m_activation.x11Time);
         return;
     }
     // Where Qt's Wayland plugin looks for it.
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token);
-    window.raise();
-    window.activateWindow();
+    front.raise();
+    front.activateWindow();
 }
 
 void LinuxApplication::terminate()

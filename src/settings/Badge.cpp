@@ -1,0 +1,32 @@
+#include "settings/Badge.h"
+
+#include "viewkit/TextStyle.h"
+
+#include <QPainter>
+
+namespace
+{
+constexpr qreal cornerRadius = 6;
+constexpr float plateOpacity = 0.15F;
+} // namespace
+
+Badge::Badge()
+{
+    setTextFormat(Qt::PlainText);
+    setContentsMargins(8, 2, 8, 2);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Badge::paintEvent(QPaintEvent *event)
+{
+    QColor plate = color(Ink::secondary, palette());
+    plate.setAlphaF(plateOpacity);
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(plate);
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    QLabel::paintEvent(event);
+}

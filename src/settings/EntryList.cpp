@@ -1,0 +1,256 @@
+#include "settings/EntryList.h"
+
+#include "model/ShortcutStore.h"
+#include "viewkit/AccessibleRole.h"
+#include "viewkit/Layouts.h"
+
+#include <QEvent>
+#include <QResizeEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <algorithm>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Entries with the same id may want different heights for ever.
+constexpr int mostRounds = 20;
+} // namespace
+
+EntryList::EntryList(ShortcutStore &store, EntryRow::EntryAction onEdit,
+                     EntryRow::EntryAction onDelete)
+    : m_store(store)
+    , m_onEdit(std::move(onEdit))
+    , m_onDelete(std::move(onDelete))
+    , m_content(new QWidget)
+{
+    setAccessibleRole(*m_content, QAccessible::List);
+    m_content->setAccessibleName(u"Shortcuts"_s);
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setBackgroundRole(QPalette::Base);
+    setWidget(m_content);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &EntryList::layOut);
+}
+
+void EntryList::refresh()
+{
+    const QScopedValueRollback guard(m_isLayingOut, true);
+    const auto place = anchor();
+    m_currentRows.clear();
+    computeTops();
+    if (place)
+        scrollTo(*place);
+    showRows(place);
+}
+
+void EntryList::layOut()
+{
+    const bool isStale = m_tops.size() != size_t(m_store.entries().size()) + 1;
+    if (m_isLayingOut || isStale)
+        return;
+    const QScopedValueRollback guard(m_isLayingOut, true);
+    showRows(anchor());
+}
+
+std::optional<EntryList::Anchor> EntryList::anchor() const
+{
+    const int place = verticalScrollBar()->value();
+    // Who has not scrolled stays at the beginning.
+    if (place == 0)
+        return std::nullopt;
+    const auto row = m_rows.lowerBound(indexAt(place));
+    if (row == m_rows.end() || m_tops[size_t(row.key())] >= place + viewport()->height())
+        return std::nullopt;
+    return Anchor{row.value()->entry().id, row.key(), place - m_tops[size_t(row.key())]};
+}
+
+void EntryList::scrollTo(const Anchor &anchor)
+{
+    const qsizetype index = placeOf(anchor.id, anchor.index);
+    verticalScrollBar()->setValue(m_tops[size_t(index)] + anchor.offset);
+}
+
+/// How high a row is shows only when it is made, and may bring others into sight. Meanwhile what
+/// the user sees stays where it is.
+void EntryList::showRows(std::optional<Anchor> place)
+{
+    QScrollBar &bar = *verticalScrollBar();
+    const bool isAtEnd = bar.value() > 0 && bar.value() == bar.maximum();
+    for (int round = 0; showRowsInSight() && round < mostRounds; ++round) {
+        computeTops();
+        if (isAtEnd)
+            bar.setValue(bar.maximum());
+        else if (place)
+            scrollTo(*place);
+        else
+            place = anchor();
+    }
+    placeRows();
+    orderRows();
+}
+
+/// Tells whether a row has turned out to have another height than it was taken to have.
+bool EntryList::showRowsInSight()
+{
+    assignRows(wantedIndexes());
+    bool isSurprised = false;
+    for (auto item = m_rows.cbegin(); item != m_rows.cend(); ++item) {
+        EntryRow *const row = item.value();
+        if (!m_currentRows.contains(row)) {
+            row->setEntry(m_store.entries().at(item.key()));
+            m_currentRows.insert(row);
+        }
+        const int height = settledHeight(*row, viewport()->width());
+        isSurprised |= height != heightOf(row->entry().id);
+        m_heights.insert(row->entry().id, height);
+    }
+    return isSurprised;
+}
+
+/// Those in sight and that with the focus, and one more on each side, to which the Tab key can go.
+QSet<qsizetype> EntryList::wantedIndexes() const
+{
+    QSet<qsizetype> wanted;
+    const auto want = [&](qsizetype first, qsizetype last) {
+        const qsizetype end = std::min(last + 2, m_store.entries().size());
+        for (qsizetype index = std::max<qsizetype>(first - 1, 0); index < end; ++index)
+            wanted.insert(index);
+    };
+    const int place = verticalScrollBar()->value();
+    want(indexAt(place), indexAt(place + viewport()->height()));
+    if (const auto focused = focusedIndex()) {
+        const qsizetype index = placeOf(m_rows.value(*focused)->entry().id, *focused);
+        want(index, index);
+    }
+    return wanted;
+}
+
+void EntryList::assignRows(QSet<qsizetype> wanted)
+{
+    const auto &entries = m_store.entries();
+    const auto focused = focusedIndex();
+    Rows former = std::exchange(m_rows, {});
+    const auto assign = [&](qsizetype index, EntryRow *row) {
+        if (row->entry() != entries.at(index))
+            m_currentRows.remove(row);
+        m_rows.insert(index, row);
+        wanted.remove(index);
+    };
+    // When the entry with the focus goes, the focus stays where it is, on the next one.
+    if (focused && !entries.isEmpty() && !m_store.contains(former.value(*focused)->entry().id))
+        assign(std::min(*focused, entries.size() - 1), former.take(*focused));
+    for (auto item = former.begin(); item != former.end();) {
+        const auto same = std::ranges::find_if(wanted, [&](qsizetype index) {
+            return entries.at(index).id == item.value()->entry().id;
+        });
+        if (same == wanted.end()) {
+            ++item;
+            continue;
+        }
+        assign(*same, item.value());
+        item = former.erase(item);
+    }
+    QList<EntryRow *> spare = former.values();
+    for (const qsizetype index : QSet(wanted))
+        assign(index, spare.isEmpty() ? makeRow() : spare.takeLast());
+    for (EntryRow *const row : std::as_const(spare)) {
+        m_currentRows.remove(row);
+        row->hide();
+        // Later: the event that has scrolled it away may have come through it.
+        row->deleteLater();
+    }
+}
+
+void EntryList::placeRows()
+{
+    for (auto item = m_rows.cbegin(); item != m_rows.cend(); ++item) {
+        const int top = m_tops[size_t(item.key())];
+        item.value()->setGeometry(0, top, viewport()->width(),
+                                  m_tops[size_t(item.key()) + 1] - top);
+        item.value()->show();
+    }
+}
+
+void EntryList::orderRows()
+{
+    if (m_order == m_rows.values())
+        return;
+    m_order = m_rows.values();
+    // Qt puts nothing behind what cannot have the focus.
+    m_content->setFocusPolicy(Qt::TabFocus);
+    QWidget *previous = m_content;
+    for (EntryRow *const row : std::as_const(m_order)) {
+        row->raise();
+        for (QWidget *const control : row->findChildren<QWidget *>()) {
+            if (control->focusPolicy() == Qt::NoFocus)
+                continue;
+            setTabOrder(previous, control);
+            previous = control;
+        }
+    }
+    m_content->setFocusPolicy(Qt::NoFocus);
+}
+
+void EntryList::computeTops()
+{
+    const auto &entries = m_store.entries();
+    if (m_typicalHeight == 0 && !entries.isEmpty()) {
+        const std::unique_ptr<EntryRow> row(makeRow());
+        row->setEntry({.kind = ActionKind::website});
+        m_typicalHeight = settledHeight(*row, viewport()->width());
+    }
+    m_tops.assign(1, 0);
+    for (const LaunchEntry &entry : entries)
+        m_tops.push_back(m_tops.back() + heightOf(entry.id));
+    m_content->resize(viewport()->width(), m_tops.back());
+}
+
+/// The row at that distance from the upper edge of all; the number of rows if it is below them.
+qsizetype EntryList::indexAt(int place) const
+{
+    return std::ranges::upper_bound(m_tops, place) - m_tops.begin() - 1;
+}
+
+/// Where the entry is now that was at that index; where it was, or the end, if it has gone.
+qsizetype EntryList::placeOf(const QUuid &id, qsizetype former) const
+{
+    const auto &entries = m_store.entries();
+    if (former < entries.size() && entries.at(former).id == id)
+        return former;
+    const auto found = std::ranges::find(entries, id, &LaunchEntry::id);
+    return found == entries.end() ? std::min(former, entries.size()) : found - entries.begin();
+}
+
+EntryRow *EntryList::makeRow()
+{
+    return new EntryRow(m_store, m_onEdit, m_onDelete, m_content);
+}
+
+std::optional<qsizetype> EntryList::focusedIndex() const
+{
+    const QWidget *const focus = window()->focusWidget();
+    for (auto item = m_rows.cbegin(); item != m_rows.cend(); ++item) {
+        if (focus && item.value()->isAncestorOf(focus))
+            return item.key();
+    }
+    return std::nullopt;
+}
+
+bool EntryList::eventFilter(QObject *watched, QEvent *event)
+{
+    // A row wants another height.
+    if (watched == m_content && event->type() == QEvent::LayoutRequest)
+        layOut();
+    return QScrollArea::eventFilter(watched, event);
+}
+
+void EntryList::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    m_content->resize(viewport()->width(), m_tops.back());
+    layOut();
+}

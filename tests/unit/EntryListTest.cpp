@@ -1,0 +1,815 @@
+#include "settings/EntryList.h"
+#include "support/Seen.h"
+#include "support/StoreHome.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString noFault;
+
+QString numberedName(qsizetype index)
+{
+    return u"Entry %1"_s.arg(index, 5, 10, QChar(u'0'));
+}
+
+QList<LaunchEntry> numbered(qsizetype count)
+{
+    QList<LaunchEntry> list;
+    for (qsizetype index = 0; index < count; ++index) {
+        list << LaunchEntry{.name = numberedName(index),
+                            .kind = ActionKind::website,
+                            .target = u"https://example.org"_s};
+    }
+    return list;
+}
+
+/// A list between two buttons, kept in line with its store as in the settings window.
+struct Window : StoreHome, View {
+    explicit Window(const QList<LaunchEntry> &entries, QSize size = {600, 400})
+        : StoreHome(entries)
+        , list(new EntryList(
+              *store, [this](const LaunchEntry &entry) { edited << entry.name; },
+              [this](const LaunchEntry &entry) { store->deleteEntry(entry); }))
+    {
+        setBody(Column{
+            button(u"Before"_s, [] {}),
+            stretched(part(list, [this] { list->refresh(); })),
+            button(u"After"_s, [] {}),
+        });
+        connect(&*store, &ShortcutStore::willChange, this, &View::invalidate);
+        resize(size);
+    }
+
+    void open()
+    {
+        show();
+        QVERIFY(QTest::qWaitForWindowActive(this));
+    }
+
+    const LaunchEntry &entry(qsizetype index) const { return store->entries().at(index); }
+
+    /// Gives the entries the same keys, so that each warns of the others.
+    void shareKeys(const QList<qsizetype> &indexes)
+    {
+        ++m_keys;
+        for (const qsizetype index : indexes)
+            setKeys(entry(index), {m_keys % 100, 256 << (m_keys / 100)});
+        store->announceChange();
+    }
+
+    QScrollBar &bar() const { return *list->verticalScrollBar(); }
+    int listHeight() const { return list->viewport()->height(); }
+
+    /// Rows that the user sees at least a part of.
+    QList<QWidget *> rows() const
+    {
+        QList<QWidget *> found;
+        for (QWidget *const row : seenAll(*list, QAccessible::ListItem)) {
+            if (top(row) < listHeight() && top(row) + row->height() > 0)
+                found << row;
+        }
+        return found;
+    }
+    int top(QWidget *row) const { return row->mapTo(list->viewport(), QPoint()).y(); }
+
+    /// Each row's name and distance from the upper edge.
+    QStringList picture() const
+    {
+        QStringList lines;
+        for (QWidget *const row : rows())
+            lines << nameOf(row) + u" at "_s + QString::number(top(row));
+        return lines;
+    }
+
+    /// All rows that exist, in sight or not.
+    qsizetype rowCount() const
+    {
+        const auto widgets = list->findChildren<QWidget *>();
+        return std::ranges::count(widgets, QAccessible::ListItem, roleOf);
+    }
+
+    QWidget *row(qsizetype index) const
+    {
+        return seen(*list, QAccessible::ListItem, entry(index).name);
+    }
+    QWidget *control(qsizetype index, const QString &name) const
+    {
+        return seenButton(*row(index), name);
+    }
+
+    /// "Edit of Entry 00001", or what else has the focus.
+    QString focus() const
+    {
+        QWidget *const widget = focusWidget();
+        if (!widget)
+            return u"nothing"_s;
+        for (QWidget *parent = widget; parent; parent = parent->parentWidget()) {
+            if (roleOf(parent) == QAccessible::ListItem)
+                return nameOf(widget) + u" of "_s + nameOf(parent);
+        }
+        return nameOf(widget);
+    }
+
+    /// What is wrong with the rows in sight, if anything: they are rows of the list that follow
+    /// each other without gaps, as high as they want to be, and fill the list.
+    QString fault() const
+    {
+        const auto all = rows();
+        const auto &entries = store->entries();
+        if (all.isEmpty())
+            return entries.isEmpty() ? noFault : u"no row"_s;
+        const auto first =
+            std::ranges::find(entries, nameOf(all.first()), &LaunchEntry::name) - entries.begin();
+        int edge = top(all.first());
+        if (first == 0 ? edge != -bar().value() : edge > 0)
+            return u"the first row is at %1"_s.arg(edge);
+        for (qsizetype place = 0; place < all.size(); ++place) {
+            QWidget *const shown = all.at(place);
+            if (first + place >= entries.size() || nameOf(shown) != entry(first + place).name)
+                return nameOf(shown) + u" is out of order"_s;
+            if (top(shown) != edge)
+                return u"%1 is at %2 instead of %3"_s.arg(nameOf(shown)).arg(top(shown)).arg(edge);
+            if (const int wanted = shown->heightForWidth(shown->width());
+                wanted > 0 && shown->height() != wanted)
+                return u"%1 is %2 high and wants %3"_s.arg(nameOf(shown))
+                    .arg(shown->height())
+                    .arg(wanted);
+            edge += shown->height();
+        }
+        if (first + all.size() < entries.size()
+                ? edge < listHeight()
+                : bar().maximum() > 0 && edge != listHeight() + bar().maximum() - bar().value())
+            return u"the last row ends at %1 of %2"_s.arg(edge).arg(listHeight());
+        return noFault;
+    }
+
+    EntryList *list;
+    QStringList edited;
+
+private:
+    int m_keys = 0;
+};
+
+/// Lets happen what has been put off.
+void settle()
+{
+    for (int turn = 0; turn < 3; ++turn) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+/// Gives rows from place to place other heights.
+void mixHeights(Window &window)
+{
+    const qsizetype count = window.store->entries().size();
+    for (qsizetype index = 3; index + 40 < count; index += 11)
+        window.shareKeys({index, index + 1, index + 5, index + 40});
+}
+
+/// Where each row begins, and where the last one ends, found by going through the list once.
+std::vector<int> topsOf(const Window &window)
+{
+    std::vector<int> tops(size_t(window.store->entries().size()) + 1);
+    for (int place = 0;; place += window.listHeight() / 2) {
+        window.bar().setValue(place);
+        settle();
+        const auto rows = window.rows();
+        const auto first = nameOf(rows.first()).sliced(6).toULongLong();
+        for (qsizetype row = 0; row < rows.size(); ++row)
+            tops[first + size_t(row) + 1] = rows.at(row)->height();
+        if (window.bar().value() == window.bar().maximum())
+            break;
+        place = window.bar().value();
+    }
+    for (size_t index = 1; index < tops.size(); ++index)
+        tops[index] += tops[index - 1];
+    return tops;
+}
+
+QStringList expectedPicture(const std::vector<int> &tops, int place, int height)
+{
+    QStringList lines;
+    for (size_t index = 0; index + 1 < tops.size(); ++index) {
+        if (tops[index] < place + height && tops[index + 1] > place)
+            lines << numberedName(qsizetype(index)) + u" at "_s
+                    + QString::number(tops[index] - place);
+    }
+    return lines;
+}
+} // namespace
+
+class EntryListTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsTheEntriesInTheOrderOfTheStore()
+    {
+        Window window({{.name = u"Zebra"_s}, {.name = u"Ant"_s}, {.name = u"Mouse"_s}});
+        window.open();
+        QStringList names;
+        for (QWidget *const row : window.rows())
+            names << nameOf(row);
+        QCOMPARE(names, QStringList({u"Zebra"_s, u"Ant"_s, u"Mouse"_s}));
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void isAListForScreenReadersWithItsRowsInOrder()
+    {
+        Window window(numbered(30));
+        window.open();
+        window.bar().setValue(400);
+        window.store->deleteEntry(window.entry(12));
+        settle();
+        const auto lists = seenAll(window, QAccessible::List);
+        QCOMPARE(lists.size(), 1);
+        QCOMPARE(nameOf(lists.first()), u"Shortcuts"_s);
+        const auto *const list = QAccessible::queryAccessibleInterface(lists.first());
+        QStringList names;
+        for (int index = 0; index < list->childCount(); ++index) {
+            if (!list->child(index)->state().invisible)
+                names << list->child(index)->text(QAccessible::Name);
+        }
+        QVERIFY(names.size() >= window.rows().size());
+        QVERIFY(std::ranges::is_sorted(names));
+    }
+
+    void makesFewRowsHoweverLongItIs_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::newRow("of 10 entries") << 10;
+        QTest::newRow("of 1,000 entries") << 1000;
+        QTest::newRow("of 10,000 entries") << 10000;
+    }
+
+    void makesFewRowsHoweverLongItIs()
+    {
+        QFETCH(const int, count);
+        Window window(numbered(count));
+        window.open();
+        QRandomGenerator random(1);
+        for (int turn = 0; turn < 50; ++turn)
+            window.bar().setValue(random.bounded(window.bar().maximum() + 1));
+        QVERIFY(window.rowCount() < 2 * window.rows().size() + 8);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void showsTheRightRowsWhereverItIsScrolledTo()
+    {
+        Window window(numbered(300));
+        mixHeights(window);
+        window.open();
+        const auto tops = topsOf(window);
+        QCOMPARE(window.bar().maximum(), tops.back() - window.listHeight());
+        QRandomGenerator random(2);
+        for (int turn = 0; turn < 150; ++turn) {
+            const int place = random.bounded(window.bar().maximum() + 1);
+            window.bar().setValue(place);
+            QCOMPARE(window.bar().value(), place);
+            QCOMPARE(window.picture(), expectedPicture(tops, place, window.listHeight()));
+        }
+    }
+
+    void showsTheRightRowsBeforeItKnowsTheirHeights()
+    {
+        QRandomGenerator random(3);
+        for (int turn = 0; turn < 20; ++turn) {
+            Window window(numbered(200));
+            mixHeights(window);
+            window.open();
+            for (int jump = 0; jump < 20; ++jump) {
+                window.bar().setValue(random.bounded(window.bar().maximum() + 1));
+                QCOMPARE(window.fault(), noFault);
+                settle();
+                QCOMPARE(window.fault(), noFault);
+            }
+        }
+    }
+
+    void scrollsByTheDistanceThatIsAskedFor_data()
+    {
+        QTest::addColumn<int>("distance");
+        QTest::newRow("a little down") << 10;
+        QTest::newRow("a little up") << -10;
+        QTest::newRow("several rows down") << 170;
+        QTest::newRow("several rows up") << -170;
+    }
+
+    /// Also over rows whose heights show only then.
+    void scrollsByTheDistanceThatIsAskedFor()
+    {
+        QFETCH(const int, distance);
+        Window window(numbered(300));
+        mixHeights(window);
+        window.open();
+        window.bar().setValue(window.bar().maximum() / 2);
+        for (int turn = 0; turn < 1500 / std::abs(distance); ++turn) {
+            QWidget *const row = window.rows().at(window.rows().size() / 2);
+            const QString name = nameOf(row);
+            const int place = window.top(row);
+            window.bar().setValue(window.bar().value() + distance);
+            settle();
+            QWidget *const same = seen(*window.list, QAccessible::ListItem, name);
+            QVERIFY(same);
+            QCOMPARE(window.top(same), place - distance);
+            QCOMPARE(window.fault(), noFault);
+        }
+    }
+
+    void reachesTheWholeLastRow()
+    {
+        Window window(numbered(100));
+        window.shareKeys({93, 95, 97, 98, 99});
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        QCOMPARE(nameOf(window.rows().last()), numberedName(99));
+        QCOMPARE(window.top(window.rows().last()) + window.rows().last()->height(),
+                 window.listHeight());
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void comesBackToTheWholeFirstRow()
+    {
+        Window window(numbered(100));
+        window.open();
+        window.bar().setValue(200);
+        window.shareKeys({0, 1, 2, 3});
+        settle();
+        QVERIFY(!window.row(2));
+        window.bar().setValue(0);
+        QCOMPARE(window.picture().first(), numberedName(0) + u" at 0"_s);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    /// Where a few entries fit only as long as their warnings are not counted.
+    void findsOutWhetherItsRowsNeedAScrollBar()
+    {
+        const auto list = numbered(6);
+        for (int height = 150; height < 600; height += 20) {
+            Window window(list, {600, height});
+            window.shareKeys({0, 1, 2, 3, 4, 5});
+            window.open();
+            window.bar().setValue(window.bar().maximum());
+            QCOMPARE(window.fault(), noFault);
+        }
+    }
+
+    void keepsThePlaceWhen_data()
+    {
+        using Change = std::function<void(Window &)>;
+        QTest::addColumn<Change>("change");
+        QTest::newRow("nothing has changed")
+            << Change([](Window &w) { w.store->announceChange(); });
+        QTest::newRow("an entry above goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(3)); });
+        QTest::newRow("an entry just above goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(79)); });
+        QTest::newRow("an entry below goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(125)); });
+        QTest::newRow("an entry is added")
+            << Change([](Window &w) { w.store->upsert({.name = u"New"_s}); });
+        QTest::newRow("an entry above changes its name") << Change([](Window &w) {
+            LaunchEntry entry = w.entry(3);
+            entry.name = u"Other"_s;
+            w.store->upsert(entry);
+        });
+        QTest::newRow("entries above get warnings") << Change([](Window &w) {
+            w.shareKeys({1, 3, 5, 7, 76, 77, 78, 79});
+        });
+        QTest::newRow("entries below get warnings") << Change([](Window &w) {
+            w.shareKeys({130, 131, 132});
+        });
+        QTest::newRow("an entry in sight gets a warning") << Change([](Window &w) {
+            w.shareKeys({82, 199});
+        });
+    }
+
+    void keepsThePlaceWhen()
+    {
+        QFETCH(const std::function<void(Window &)>, change);
+        Window window(numbered(200));
+        mixHeights(window);
+        window.open();
+        topsOf(window);
+        while (nameOf(window.rows().first()) != numberedName(80))
+            window.bar().setValue(window.bar().value()
+                                  + (nameOf(window.rows().first()) < numberedName(80) ? 9 : -9));
+        const QString place = window.picture().first();
+        change(window);
+        settle();
+        QCOMPARE(window.picture().first(), place);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void staysAtTheBeginningWhenTheFirstEntryGoes()
+    {
+        Window window(numbered(50));
+        window.open();
+        window.store->deleteEntry(window.entry(0));
+        settle();
+        QCOMPARE(window.picture().first(), numberedName(1) + u" at 0"_s);
+    }
+
+    void showsTheNextEntriesWhenTheUppermostInSightGoes()
+    {
+        Window window(numbered(100));
+        window.open();
+        window.bar().setValue(window.rows().first()->height() * 20 + 5);
+        window.store->deleteEntry(window.entry(20));
+        settle();
+        QCOMPARE(window.picture().first(), numberedName(21) + u" at -5"_s);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void showsTheEndWhenTheListGetsShorterThanItsPlace()
+    {
+        Window window(numbered(100));
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        for (int count = 0; count < 80; ++count)
+            window.store->deleteEntry(window.entry(window.store->entries().size() - 1));
+        settle();
+        QCOMPARE(nameOf(window.rows().last()), numberedName(19));
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void isRightAtOnceAfterARefresh()
+    {
+        Window window(numbered(50));
+        window.shareKeys({2, 30});
+        window.open();
+        window.shareKeys({1, 4, 31, 32});
+        window.setKeys(window.entry(33), {1, 256});
+        window.refresh();
+        QCOMPARE(window.fault(), noFault);
+        const QStringList picture = window.picture();
+        settle();
+        QCOMPARE(window.picture(), picture);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void shiftsTheRowsBelowOneThatGetsAnotherWarning()
+    {
+        Window window(numbered(50));
+        window.shareKeys({2, 30});
+        window.open();
+        const int before = window.top(window.row(3));
+        const auto keys = *window.store->getShortcut(window.entry(2).shortcutName());
+        window.setKeys(window.entry(31), keys);
+        window.refresh();
+        const int after = window.top(window.row(3));
+        QVERIFY(after > before + 8);
+        settle();
+        QCOMPARE(window.top(window.row(3)), after);
+    }
+
+    void makesRoomForARowThatGetsHigherByItself()
+    {
+        Window window(numbered(50));
+        window.open();
+        window.control(2, u"Edit"_s)->setMinimumHeight(70);
+        settle();
+        QVERIFY(window.row(2)->height() >= 76);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void keepsTheFocusAtTheSameControlOfTheSameEntryWhen_data()
+    {
+        using Change = std::function<void(Window &)>;
+        QTest::addColumn<Change>("change");
+        QTest::newRow("one before it goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(1)); });
+        QTest::newRow("the one just before it goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(4)); });
+        QTest::newRow("one after it goes")
+            << Change([](Window &w) { w.store->deleteEntry(w.entry(6)); });
+        QTest::newRow("many before it go") << Change([](Window &w) {
+            for (int count = 0; count < 5; ++count)
+                w.store->deleteEntry(w.entry(0));
+        });
+        QTest::newRow("it changes")
+            << Change([](Window &w) { w.store->setEnabled(false, w.entry(5).id); });
+        QTest::newRow("it is scrolled out of sight and the list changes") << Change([](Window &w) {
+            w.bar().setValue(w.bar().maximum());
+            settle();
+            w.store->deleteEntry(w.entry(1));
+            w.store->upsert({.name = u"New"_s});
+        });
+    }
+
+    void keepsTheFocusAtTheSameControlOfTheSameEntryWhen()
+    {
+        QFETCH(const std::function<void(Window &)>, change);
+        Window window(numbered(100));
+        window.open();
+        QWidget *const edit = window.control(5, u"Edit"_s);
+        edit->setFocus();
+        change(window);
+        settle();
+        QCOMPARE(window.focus(), u"Edit of Entry 00005"_s);
+        QCOMPARE(window.focusWidget(), edit);
+    }
+
+    void handsTheFocusToTheSameControlOfTheNextEntry()
+    {
+        Window window(numbered(50));
+        window.open();
+        window.control(4, u"Delete"_s)->setFocus();
+        QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+        settle();
+        QCOMPARE(window.store->entries().size(), 49);
+        QCOMPARE(window.focus(), u"Delete of Entry 00005"_s);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void handsTheFocusOfTheLastEntryToThePreviousOne()
+    {
+        Window window(numbered(50));
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        window.control(49, u"Delete"_s)->setFocus();
+        QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+        settle();
+        QCOMPARE(window.focus(), u"Delete of Entry 00048"_s);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void deletesTheWholeListBySpace()
+    {
+        Window window(numbered(30));
+        window.open();
+        window.control(7, u"Delete"_s)->setFocus();
+        for (int count = 0; count < 30; ++count) {
+            QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+            settle();
+            QCOMPARE(window.fault(), noFault);
+        }
+        QVERIFY(window.store->entries().isEmpty());
+        QCOMPARE(window.focus(), u"After"_s);
+    }
+
+    void walksThroughAllRowsByTheTabKey()
+    {
+        const qsizetype count = 60;
+        Window window(numbered(count));
+        mixHeights(window);
+        window.open();
+        seenButton(window, u"Before"_s)->setFocus();
+        for (qsizetype index = 0; index < count; ++index) {
+            for (const QString &control : {u"Enabled"_s, u"Edit"_s, u"Delete"_s}) {
+                QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+                settle();
+                QCOMPARE(window.focus(), control + u" of "_s + numberedName(index));
+                QVERIFY(!window.focusWidget()->visibleRegion().isEmpty());
+                QCOMPARE(window.fault(), noFault);
+            }
+        }
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(window.focus(), u"After"_s);
+    }
+
+    void walksBackThroughAllRows()
+    {
+        const qsizetype count = 60;
+        Window window(numbered(count));
+        mixHeights(window);
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        seenButton(window, u"After"_s)->setFocus();
+        for (qsizetype index = count - 1; index >= 0; --index) {
+            for (const QString &control : {u"Delete"_s, u"Edit"_s, u"Enabled"_s}) {
+                QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
+                settle();
+                QCOMPARE(window.focus(), control + u" of "_s + numberedName(index));
+                QVERIFY(!window.focusWidget()->visibleRegion().isEmpty());
+                QCOMPARE(window.fault(), noFault);
+            }
+        }
+        QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(window.focus(), u"Before"_s);
+    }
+
+    void goesOnByTabFromAFocusThatWasScrolledOutOfSight_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("next");
+        QTest::newRow("to the next row")
+            << Qt::Key_Tab << u"Delete"_s << u"Enabled of Entry 00151"_s;
+        QTest::newRow("to the row before")
+            << Qt::Key_Backtab << u"Enabled"_s << u"Delete of Entry 00149"_s;
+    }
+
+    void goesOnByTabFromAFocusThatWasScrolledOutOfSight()
+    {
+        QFETCH(const Qt::Key, key);
+        QFETCH(const QString, control);
+        QFETCH(const QString, next);
+        for (const bool isAbove : {true, false}) {
+            Window window(numbered(300));
+            window.open();
+            window.bar().setValue(window.bar().maximum() / 2);
+            const auto role = control == u"Enabled" ? QAccessible::CheckBox : QAccessible::Button;
+            seen(*window.row(150), role, control)->setFocus();
+            window.bar().setValue(isAbove ? window.bar().maximum() : 0);
+            settle();
+            QTest::keyClick(window.focusWidget(), key);
+            settle();
+            QCOMPARE(window.focus(), next);
+            QVERIFY(!window.focusWidget()->visibleRegion().isEmpty());
+        }
+    }
+
+    void wrapsWarningsWhenItGetsNarrower()
+    {
+        auto list = numbered(40);
+        list[20].name = u"a name that is long enough to take more than one line of a warning"_s;
+        Window window(list, {900, 400});
+        window.shareKeys({2, 4, 20});
+        window.open();
+        const int before = window.row(2)->height();
+        window.resize(420, 400);
+        settle();
+        QVERIFY(window.row(2)->height() > before + 8);
+        QCOMPARE(window.fault(), noFault);
+        window.resize(900, 400);
+        settle();
+        QCOMPARE(window.row(2)->height(), before);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void keepsThePlaceWhenItGetsNarrower()
+    {
+        auto list = numbered(100);
+        for (const qsizetype index : {2, 4, 6})
+            list[index].name = u"a name that takes more than one line of a warning there is"_s;
+        Window window(list, {900, 400});
+        window.shareKeys({2, 4, 6, 8, 30, 31});
+        window.open();
+        topsOf(window);
+        while (nameOf(window.rows().first()) != numberedName(29))
+            window.bar().setValue(window.bar().value() - 10);
+        const QString place = window.picture().first();
+        window.resize(420, 400);
+        settle();
+        QCOMPARE(window.picture().first(), place);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void showsMoreRowsWhenItGetsHigher()
+    {
+        Window window(numbered(100));
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        window.resize(600, 900);
+        settle();
+        QCOMPARE(window.fault(), noFault);
+        QCOMPARE(nameOf(window.rows().last()), numberedName(99));
+    }
+
+    void followsAnotherFont()
+    {
+        const QFont before = QApplication::font();
+        const auto restored = qScopeGuard([&] { QApplication::setFont(before); });
+        Window window(numbered(100));
+        window.shareKeys({2, 30, 60});
+        window.open();
+        window.bar().setValue(300);
+        const int height = window.row(10)->height();
+        QFont larger = before;
+        larger.setPointSizeF(before.pointSizeF() * 2);
+        QApplication::setFont(larger);
+        settle();
+        QVERIFY(window.row(10)->height() > height * 3 / 2);
+        QCOMPARE(window.fault(), noFault);
+        window.bar().setValue(window.bar().maximum());
+        QCOMPARE(window.fault(), noFault);
+        QCOMPARE(nameOf(window.rows().last()), numberedName(99));
+    }
+
+    void asksTheDesktopOnceForEachRowInSight()
+    {
+        Window window(numbered(1000));
+        for (qsizetype index = 0; index < 1000; ++index)
+            window.setKeys(window.entry(index), {index % 50, 256 * (1 + index / 50)});
+        window.invalidate();
+        window.open();
+        auto &desktop = window.platform.symbolicHotkeys;
+        const auto inSight = window.rows().size();
+        const auto expect = [&](auto change) {
+            settle();
+            desktop.copies = 0;
+            change();
+            settle();
+            QVERIFY(desktop.copies >= inSight);
+            // One more on each side, for the Tab key.
+            QVERIFY(desktop.copies <= inSight + 3);
+        };
+        expect([&] { window.store->announceChange(); });
+        expect([&] { window.bar().setValue(window.bar().maximum() / 2); });
+    }
+
+    void asksNobodyAboutARowThatStaysInSight()
+    {
+        Window window(numbered(100));
+        for (qsizetype index = 0; index < 100; ++index)
+            window.setKeys(window.entry(index), {index % 50, 256 * (1 + index / 50)});
+        window.invalidate();
+        window.open();
+        settle();
+        window.platform.symbolicHotkeys.copies = 0;
+        window.platform.userDefaults.reads = 0;
+        window.bar().setValue(3);
+        window.resize(610, 400);
+        settle();
+        QVERIFY(window.platform.symbolicHotkeys.copies <= 1);
+        QVERIFY(window.platform.userDefaults.reads <= 2);
+    }
+
+    void readsTheKeysOfRowsInSightOnly()
+    {
+        Window window(numbered(1000));
+        window.open();
+        settle();
+        window.platform.userDefaults.reads = 0;
+        window.store->announceChange();
+        settle();
+        // The combination, for its text and for its warnings.
+        QVERIFY(window.platform.userDefaults.reads >= 2 * window.rows().size());
+        QVERIFY(window.platform.userDefaults.reads <= 2 * (window.rows().size() + 3));
+    }
+
+    void noticesThatAFileHasGoneWithinSightAndOutOfIt()
+    {
+        QTemporaryDir folder;
+        const auto path = [&](qsizetype index) { return folder.filePath(numberedName(index)); };
+        auto list = numbered(60);
+        for (qsizetype index = 0; index < list.size(); ++index) {
+            list[index].kind = ActionKind::path;
+            list[index].target = path(index);
+            QVERIFY(QFile(path(index)).open(QFile::WriteOnly));
+        }
+        Window window(list);
+        window.open();
+        topsOf(window);
+        window.bar().setValue(0);
+        QVERIFY(!seenText(*window.row(1), u"Not found"_s));
+        QFile::remove(path(1));
+        QFile::remove(path(59));
+        window.refresh();
+        QVERIFY(seenText(*window.row(1), u"Not found"_s));
+        window.bar().setValue(window.bar().maximum());
+        QVERIFY(seenText(*window.row(59), u"Not found"_s));
+        QVERIFY(!seenText(*window.row(58), u"Not found"_s));
+    }
+
+    void showsEachEntryOfAnIdThatIsThereTwice()
+    {
+        auto list = numbered(60);
+        for (const qsizetype index : {3, 4, 9, 40})
+            list[index].id = list[2].id;
+        // With most fonts, of another height.
+        list[4].name = u"हिन्दी"_s;
+        Window window(list);
+        window.open();
+        const auto isInOrder = [&] {
+            const auto rows = window.rows();
+            auto entry = std::ranges::find(list, nameOf(rows.first()), &LaunchEntry::name);
+            return std::ranges::all_of(
+                rows, [&](QWidget *row) { return nameOf(row) == (entry++)->name; });
+        };
+        for (const int place : {0, 110, 50, 200, window.bar().maximum(), 100, 20, 0}) {
+            window.bar().setValue(place);
+            settle();
+            QVERIFY(isInOrder());
+            window.refresh();
+            QVERIFY(isInOrder());
+        }
+        QTest::keyClick(window.control(4, u"Delete"_s), Qt::Key_Space);
+        settle();
+        QCOMPARE(window.store->entries().size(), 55);
+        QCOMPARE(window.fault(), noFault);
+    }
+
+    void editsTheEntryOfTheRow()
+    {
+        Window window(numbered(500));
+        window.open();
+        window.bar().setValue(window.bar().maximum());
+        QTest::mouseClick(window.control(499, u"Edit"_s), Qt::LeftButton);
+        QCOMPARE(window.edited, QStringList({numberedName(499)}));
+    }
+};
+
+QTEST_MAIN(EntryListTest)
+#include "EntryListTest.moc"

@@ -1,0 +1,25 @@
+// A store on fakes, of a user who already has a list.
+#pragma once
+
+#include "fakes/FakePlatform.h"
+#include "hotkeys/HotkeyCenter.h"
+#include "model/ShortcutStore.h"
+
+struct StoreHome {
+    explicit StoreHome(const QList<LaunchEntry> &list = {})
+    {
+        if (!list.isEmpty() && EntriesFile(platform.applicationSupport.path()).write(list))
+            qFatal("cannot write the list");
+        store.emplace(platform.services, center);
+    }
+
+    /// Past the store, which announces nothing.
+    void setKeys(const LaunchEntry &entry, const KeyboardShortcuts::Shortcut &keys)
+    {
+        KeyboardShortcuts::setShortcut(keys, entry.shortcutName(), platform.userDefaults, center);
+    }
+
+    FakePlatform platform;
+    HotkeyCenter center{platform.hotkeys, platform.userDefaults};
+    std::optional<ShortcutStore> store;
+};
