@@ -102,6 +102,8 @@ void ProgramUnderTest::writeFiles() const
 void ProgramUnderTest::start()
 {
     writeFiles();
+    if (isAccessible)
+        environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
     m_process.setProcessEnvironment(environment);
     const QStringList command =
         starter + QStringList(QCoreApplication::applicationDirPath() + u"/corvane"_s);

@@ -38,6 +38,9 @@ public:
     /// Whether the welcome is still to be seen; to be set before the start.
     bool isUserNew = false;
 
+    /// Whether its windows can be used as an Accessible; to be set before the start.
+    bool isAccessible = false;
+
     /// What it runs in; to be changed before the start.
     QProcessEnvironment environment;
     QTemporaryDir home;
