@@ -2,12 +2,11 @@
 
 #include "support/Keyboard.h"
 #include "support/PrivateBus.h"
+#include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/Windows.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
@@ -60,14 +59,6 @@ void startOnceMore()
     second.start();
     QCOMPARE(second.exitStatus(), 0);
 }
-
-void activateOverTheBus()
-{
-    auto call = QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/org/corvane/Corvane"_s,
-                                               u"org.freedesktop.Application"_s, u"Activate"_s);
-    const auto answer = QDBusConnection::sessionBus().call(call << QVariantMap());
-    QCOMPARE(answer.type(), QDBusMessage::ReplyMessage);
-}
 } // namespace
 
 class SettingsWindowTest : public QObject
@@ -99,7 +90,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<void (*)()>("ask");
         QTest::newRow("by a second start") << &startOnceMore;
-        QTest::newRow("over the bus") << &activateOverTheBus;
+        QTest::newRow("over the bus") << &askForSettings;
     }
     void opensWhenTheProgramIsAskedFor()
     {

@@ -1,0 +1,465 @@
+// The list of entries as its user makes it: the real window, used from outside, and real keys.
+
+#include "support/Accessible.h"
+#include "support/Keyboard.h"
+#include "support/Mouse.h"
+#include "support/ProgramOnTheBus.h"
+#include "support/ProgramUnderTest.h"
+#include "support/RecordedApp.h"
+#include "support/Windows.h"
+
+#include <QFile>
+#include <QTest>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+using namespace Qt::StringLiterals;
+using State = Accessible::State;
+
+namespace
+{
+constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
+const QList<int> controlAltK{KEY_LEFTCTRL, KEY_LEFTALT, KEY_K};
+const StoredKeys storedControlAltJ{38, 0x1800};
+const StoredKeys storedControlAltK{40, 0x1800};
+
+const QString button = u"push button"_s;
+const QString dialog = u"dialog"_s;
+const QString label = u"label"_s;
+const QString field = u"text"_s;
+
+/// The program with its settings window in front. What its entries open is recorded.
+struct Desk {
+    Desk()
+    {
+        program.isAccessible = true;
+        app.openByDefault(
+            {"inode/directory", "x-scheme-handler/https", "x-scheme-handler/shortcuts"},
+            program.dataHome(), program.configHome());
+    }
+
+    void open()
+    {
+        program.start();
+        askForSettings();
+        all = Accessible::program(program.processId());
+        QVERIFY(all.await(button, u"Add"_s).isThere());
+        QTRY_COMPARE(activeTitle(), u"Corvane"_s);
+    }
+
+    /// The sheet, once it is in front.
+    Accessible sheet(const QString &title) const
+    {
+        const Accessible found = all.await(dialog, title);
+        [&] { QTRY_VERIFY(found.is(State::active)); }();
+        return found;
+    }
+    Accessible addEntry() const
+    {
+        [&] { QVERIFY(all.find(button, u"Add"_s).press()); }();
+        return sheet(u"New shortcut"_s);
+    }
+    Accessible edit(const QString &name) const
+    {
+        [&] { QVERIFY(row(name).find(button, u"Edit"_s).press()); }();
+        return sheet(u"Edit shortcut"_s);
+    }
+    Accessible row(const QString &name) const { return all.await(u"list item"_s, name); }
+    bool hasRow(const QString &name) const
+    {
+        return all.find(u"list item"_s, name).is(State::showing);
+    }
+    bool hasSheet() const
+    {
+        const auto sheets = all.findAll(dialog);
+        return std::ranges::any_of(sheets,
+                                   [](const auto &sheet) { return sheet.is(State::showing); });
+    }
+
+    /// Records the keys in the sheet, whose button says this before and that afterwards.
+    void record(const Accessible &sheet, const QString &before, const QList<int> &keys,
+                const QString &after)
+    {
+        QVERIFY(sheet.find(button, before).press());
+        QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        keyboard.type(keys);
+        QVERIFY(sheet.await(button, after).isThere());
+    }
+
+    /// A new entry's sheet, in which the next keys are recorded.
+    Accessible startRecording() const
+    {
+        Accessible sheet = addEntry();
+        [&] {
+            QVERIFY(sheet.find(button, u"Record Shortcut"_s).press());
+            QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        }();
+        return sheet;
+    }
+
+    void awaitHeld(int key) const { QTRY_VERIFY(keyboard.isGrabbed(key, controlAlt)); }
+    void awaitFree(int key) const { QTRY_VERIFY(!keyboard.isGrabbed(key, controlAlt)); }
+
+    void verifyThatKeysRunTheApp(const QList<int> &keys)
+    {
+        const qsizetype before = app.starts().size();
+        keyboard.type(keys);
+        QTRY_COMPARE(app.starts().size(), before + 1);
+    }
+
+    QByteArray list() const
+    {
+        QFile file(program.dataHome() + u"/Corvane/entries.json"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    RecordedApp app{"%u"};
+    ProgramUnderTest program;
+    Keyboard keyboard;
+    Accessible all;
+};
+
+/// Awaits that the sheet's dialog has gone from the screen.
+void awaitClosed(const Desk &desk)
+{
+    QTRY_VERIFY(!desk.hasSheet());
+    QTRY_COMPARE(activeTitle(), u"Corvane"_s);
+}
+
+using Use = std::function<void(Desk &desk, const Accessible &sheet)>;
+} // namespace
+
+Q_DECLARE_METATYPE(Use)
+
+class EntryEditingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addsAnEntryOfEachKind_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<Use>("setTarget");
+        QTest::addColumn<QByteArray>("opened");
+        QTest::newRow("an app") << u"Open an app"_s << Use(&chooseApp) << QByteArray();
+        QTest::newRow("a folder") << u"Open a folder or file"_s << Use(&chooseFolder)
+                                  << QByteArray("file:///usr/share");
+        QTest::newRow("a website") << u"Open a website"_s << Use([](Desk &, const auto &sheet) {
+            QVERIFY(sheet.await(field, u"Website"_s).setText(u"https://example.com/a"_s));
+        }) << QByteArray("https://example.com/a");
+        QTest::newRow("a Shortcut") << u"Run a Shortcut"_s << Use([](Desk &, const auto &sheet) {
+            QVERIFY(sheet.await(field, u"Shortcut"_s).setText(u"Tidy"_s));
+        }) << QByteArray("shortcuts://run-shortcut?name=Tidy");
+    }
+    void addsAnEntryOfEachKind()
+    {
+        QFETCH(const QString, kind);
+        QFETCH(const Use, setTarget);
+        QFETCH(const QByteArray, opened);
+        Desk desk;
+        desk.open();
+        const Accessible sheet = desk.addEntry();
+        QVERIFY(sheet.find(field, u"Name"_s).setText(u"Mine"_s));
+        QVERIFY(sheet.findAll(u"combo box"_s).constFirst().choose(kind, desk.keyboard));
+        setTarget(desk, sheet);
+        desk.record(sheet, u"Record Shortcut"_s, controlAltJ, u"⌃⌥J"_s);
+        QVERIFY(!desk.hasRow(u"Mine"_s));
+
+        QVERIFY(sheet.find(button, u"Add"_s).press());
+        QVERIFY(desk.row(u"Mine"_s).find(label, u"⌃⌥J"_s).isThere());
+        awaitClosed(desk);
+        desk.awaitHeld(KEY_J);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
+        const auto arguments = desk.app.starts().constLast()["arguments"];
+        QCOMPARE(QByteArray::fromStdString(arguments.empty() ? "" : arguments.back()), opened);
+    }
+
+    void changesAnEntry()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        const Accessible sheet = desk.edit(u"App"_s);
+        QVERIFY(sheet.find(field, u"Name"_s).setText(u"Other"_s));
+        desk.record(sheet, u"⌃⌥K"_s, controlAltJ, u"⌃⌥J"_s);
+        // At once, for an entry of the list.
+        desk.awaitHeld(KEY_J);
+        QVERIFY(sheet.find(button, u"Save"_s).press());
+        QVERIFY(desk.row(u"Other"_s).isThere());
+        QVERIFY(!desk.hasRow(u"App"_s));
+        desk.awaitFree(KEY_K);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
+    }
+
+    void restoresEverythingWhenItIsCancelled_data()
+    {
+        QTest::addColumn<Use>("cancel");
+        QTest::newRow("by the button") << Use([](Desk &, const Accessible &sheet) {
+            QVERIFY(sheet.find(button, u"Cancel"_s).press());
+        });
+        QTest::newRow("by Escape")
+            << Use([](Desk &desk, const Accessible &) { desk.keyboard.type({KEY_ESC}); });
+        QTest::newRow("by the sheet's close button") << Use(
+            [](Desk &, const Accessible &) { closeWindow(*windowOnScreen(u"Edit shortcut"_s)); });
+    }
+    void restoresEverythingWhenItIsCancelled()
+    {
+        QFETCH(const Use, cancel);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        const QByteArray before = desk.list();
+        const Accessible sheet = desk.edit(u"App"_s);
+        QVERIFY(sheet.find(field, u"Name"_s).setText(u"Other"_s));
+        desk.record(sheet, u"⌃⌥K"_s, controlAltJ, u"⌃⌥J"_s);
+        cancel(desk, sheet);
+        awaitClosed(desk);
+        QVERIFY(desk.hasRow(u"App"_s));
+        QCOMPARE(desk.list(), before);
+        desk.awaitFree(KEY_J);
+        desk.awaitHeld(KEY_K);
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void switchesAnEntryOffAndOn()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        const Accessible toggle = desk.row(u"App"_s).find(u"check box"_s, u"Enabled"_s);
+        QVERIFY(toggle.is(State::checked));
+        QVERIFY(toggle.toggle());
+        desk.awaitFree(KEY_K);
+        QTRY_VERIFY(!toggle.is(State::checked));
+        QVERIFY(toggle.toggle());
+        desk.awaitHeld(KEY_K);
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void deletesAnEntry()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        QVERIFY(desk.row(u"App"_s).find(button, u"Delete"_s).press());
+        desk.awaitFree(KEY_K);
+        QTRY_VERIFY(!desk.hasRow(u"App"_s));
+        QVERIFY(desk.all.await(label, u"No shortcuts yet"_s).isThere());
+        QCOMPARE(desk.list(), QByteArray("[]"));
+    }
+
+    void deletesOneEntryByADoubleClick()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        const QString second = desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
+        desk.open();
+        const QPoint place = desk.row(u"App"_s).find(button, u"Delete"_s).geometry().center();
+        Mouse mouse;
+        mouse.click(place);
+        // The next entry has moved up by then.
+        desk.awaitFree(KEY_K);
+        mouse.click(place);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
+        QCOMPARE(nlohmann::json::parse(desk.list().constData()).size(), 1);
+        QVERIFY(desk.list().contains(second.toUtf8()));
+    }
+
+    void isDoneByTheKeyboardAlone()
+    {
+        Desk desk;
+        desk.open();
+        // The window begins with its Add button.
+        desk.keyboard.type({KEY_SPACE});
+        const Accessible sheet = desk.sheet(u"New shortcut"_s);
+        desk.keyboard.type({KEY_N});
+        QTRY_COMPARE(sheet.find(field, u"Name"_s).text(), u"n"_s);
+        desk.keyboard.type({KEY_TAB});
+        desk.keyboard.type({KEY_END});
+        QVERIFY(sheet.await(field, u"Shortcut"_s).isThere());
+        desk.keyboard.type({KEY_TAB});
+        QTRY_VERIFY(sheet.find(field, u"Shortcut"_s).is(State::focused));
+        desk.keyboard.type({KEY_T});
+        desk.keyboard.type({KEY_TAB});
+        desk.keyboard.type({KEY_SPACE});
+        QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        desk.keyboard.type(controlAltJ);
+        QVERIFY(sheet.await(button, u"⌃⌥J"_s).isThere());
+        desk.keyboard.type({KEY_ENTER});
+        QVERIFY(desk.row(u"n"_s).isThere());
+        awaitClosed(desk);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
+    }
+
+    void recordsKeysThatOthersWouldTake_data()
+    {
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("an entry's own") << controlAltK << u"⌃⌥K"_s;
+        QTest::newRow("another program's")
+            << QList<int>{KEY_LEFTCTRL, KEY_LEFTALT, KEY_P} << u"⌃⌥P"_s;
+        QTest::newRow("the window manager's") << QList<int>{KEY_LEFTALT, KEY_TAB} << u"⌥⇥"_s;
+        QTest::newRow("what would close the window") << QList<int>{KEY_LEFTALT, KEY_F4} << u"⌥F4"_s;
+        QTest::newRow("what would save") << QList<int>{KEY_LEFTCTRL, KEY_ENTER} << u"⌃↩"_s;
+    }
+    void recordsKeysThatOthersWouldTake()
+    {
+        QFETCH(const QList<int>, keys);
+        QFETCH(const QString, text);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.keyboard.grab(KEY_P, controlAlt);
+        desk.open();
+        desk.awaitHeld(KEY_K);
+        const Accessible sheet = desk.addEntry();
+        desk.record(sheet, u"Record Shortcut"_s, keys, text);
+        QVERIFY(sheet.is(State::active));
+        QVERIFY(desk.app.starts().isEmpty());
+    }
+
+    void recordsWhereAnInputFieldHasTheFocus()
+    {
+        Desk desk;
+        desk.open();
+        const Accessible sheet = desk.addEntry();
+        // An assistive program presses without moving the focus.
+        QTRY_VERIFY(sheet.find(field, u"Name"_s).is(State::focused));
+        QVERIFY(sheet.find(button, u"Record Shortcut"_s).press());
+        QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        desk.keyboard.type({KEY_X});
+        QVERIFY(sheet.await(label, u"Include ⌘, ⌥ or ⌃"_s).isThere());
+        desk.keyboard.type(controlAltJ);
+        QVERIFY(sheet.await(button, u"⌃⌥J"_s).isThere());
+        QCOMPARE(sheet.find(field, u"Name"_s).text(), QString());
+    }
+
+    void swallowsNothingOnceARecordingHasEnded_data()
+    {
+        QTest::addColumn<Use>("end");
+        QTest::newRow("by Escape")
+            << Use([](Desk &desk, const Accessible &) { desk.keyboard.type({KEY_ESC}); });
+        QTest::newRow("by the button") << Use([](Desk &, const Accessible &sheet) {
+            QVERIFY(sheet.find(button, u"Press the keys…"_s).press());
+        });
+        QTest::newRow("by a combination")
+            << Use([](Desk &desk, const Accessible &) { desk.keyboard.type(controlAltJ); });
+    }
+    void swallowsNothingOnceARecordingHasEnded()
+    {
+        QFETCH(const Use, end);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        const Accessible sheet = desk.startRecording();
+        end(desk, sheet);
+        QTRY_VERIFY(!sheet.find(button, u"Press the keys…"_s).isThere());
+        desk.verifyThatKeysRunTheApp(controlAltK);
+        desk.keyboard.type({KEY_X});
+        QTRY_COMPARE(sheet.find(field, u"Name"_s).text(), u"x"_s);
+    }
+
+    void swallowsNothingOnceTheRecorderHasLeftTheScreen_data()
+    {
+        QTest::addColumn<Use>("leave");
+        QTest::newRow("because the sheet is closed") << Use([](Desk &desk, const Accessible &) {
+            closeWindow(*windowOnScreen(u"New shortcut"_s));
+            awaitClosed(desk);
+        });
+        QTest::newRow("because the sheet is cancelled")
+            << Use([](Desk &desk, const Accessible &sheet) {
+                   QVERIFY(sheet.find(button, u"Cancel"_s).press());
+                   awaitClosed(desk);
+               });
+        QTest::newRow("because the window is minimized") << Use([](Desk &, const Accessible &) {
+            minimizeWindow(*windowOnScreen(u"Corvane"_s));
+            QTRY_VERIFY(!windowOnScreen(u"New shortcut"_s));
+        });
+    }
+    void swallowsNothingOnceTheRecorderHasLeftTheScreen()
+    {
+        QFETCH(const Use, leave);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.open();
+        const Accessible sheet = desk.startRecording();
+        leave(desk, sheet);
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void swallowsNothingOnceTheProgramHasEnded()
+    {
+        Desk desk;
+        desk.open();
+        const Accessible sheet = desk.startRecording();
+        QVERIFY(!desk.keyboard.grabAll());
+        QCOMPARE(desk.program.stop(), 0);
+        QTRY_VERIFY(desk.keyboard.grabAll());
+    }
+
+    void saysWhatIsNotThereAsLongAsItIsNot()
+    {
+        Desk desk;
+        const QString file = desk.program.home.filePath(u"paper"_s);
+        desk.program.addEntry("path", file);
+        desk.open();
+        const auto isSaid = [&] { return desk.all.find(label, u"Not found"_s).is(State::showing); };
+        QVERIFY(desk.all.await(label, u"Not found"_s).isThere());
+        QVERIFY(QFile(file).open(QIODevice::WriteOnly));
+        QVERIFY(isSaid());
+        QVERIFY(desk.row(u"App"_s).find(u"check box"_s, u"Enabled"_s).toggle());
+        QTRY_VERIFY(!isSaid());
+    }
+
+    void keepsAHalfTypedTextWhenTheListIsRefreshed()
+    {
+        Desk desk;
+        const QString id = desk.program.addEntry("path", u"/nowhere"_s);
+        desk.open();
+        const Accessible sheet = desk.addEntry();
+        desk.keyboard.type({KEY_A});
+        desk.keyboard.type({KEY_B});
+        desk.keyboard.type({KEY_LEFT});
+        QTRY_COMPARE(sheet.find(field, u"Name"_s).text(), u"ab"_s);
+        // What is missing is told to all views.
+        askToFire(id);
+        desk.keyboard.type({KEY_C});
+        QTRY_COMPARE(sheet.find(field, u"Name"_s).text(), u"acb"_s);
+        QVERIFY(sheet.find(field, u"Name"_s).is(State::focused));
+    }
+
+    void comesToTheFrontWithItsSheet()
+    {
+        Desk desk;
+        desk.open();
+        const Accessible sheet = desk.addEntry();
+        minimizeWindow(*windowOnScreen(u"Corvane"_s));
+        QTRY_VERIFY(!windowOnScreen(u"New shortcut"_s));
+        askForSettings();
+        QTRY_VERIFY(windowOnScreen(u"New shortcut"_s));
+        QTRY_VERIFY(sheet.is(State::active));
+        QVERIFY(windowOnScreen(u"Corvane"_s));
+    }
+
+private:
+    static void chooseApp(Desk &desk, const Accessible &sheet)
+    {
+        QVERIFY(sheet.find(button, u"Choose…"_s).press());
+        const Accessible panel = desk.sheet(u"Choose App"_s);
+        desk.keyboard.type({KEY_R});
+        desk.keyboard.type({KEY_E});
+        desk.keyboard.type({KEY_ENTER});
+        QVERIFY(sheet.await(label, u"~/data/applications/recorded.desktop"_s).isThere());
+    }
+    static void chooseFolder(Desk &desk, const Accessible &sheet)
+    {
+        QVERIFY(sheet.find(button, u"Choose…"_s).press());
+        const Accessible panel = desk.sheet(u"Choose"_s);
+        QVERIFY(panel.findAll(field).constLast().setText(u"/usr/share"_s));
+        QVERIFY(panel.find(button, u"Choose"_s).press());
+        QVERIFY(sheet.await(label, u"/usr/share"_s).isThere());
+    }
+};
+
+QTEST_MAIN(EntryEditingTest)
+#include "EntryEditingTest.moc"
