@@ -1,5 +1,6 @@
 // Real keys that are recorded in a window, on a real X server with a window manager.
 
+#include "fakes/KeyEventText.h"
 #include "platform/EventFlag.h"
 #include "platform/KeyModifier.h"
 #include "platform/linux/LinuxEventMonitor.h"
@@ -231,16 +232,6 @@ void addLayouts(const AddRow &add)
 }
 } // namespace
 Q_DECLARE_METATYPE(Typing)
-
-namespace QTest
-{
-template <>
-char *toString(const KeyEvent &event)
-{
-    return qstrdup(
-        qPrintable(u"key %1, flags %2"_s.arg(event.keyCode).arg(event.modifierFlags, 0, 16)));
-}
-} // namespace QTest
 
 class KeyCaptureTest : public QObject
 {

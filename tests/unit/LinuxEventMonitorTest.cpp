@@ -1,6 +1,7 @@
 // Who hears of which keys while a window's keys are monitored, and afterwards.
 
 #include "platform/linux/LinuxEventMonitor.h"
+#include "fakes/KeyEventText.h"
 #include "platform/EventFlag.h"
 
 #include <QContextMenuEvent>
@@ -163,16 +164,6 @@ struct Desk {
 };
 } // namespace
 Q_DECLARE_METATYPE(Key)
-
-namespace QTest
-{
-template <>
-char *toString(const KeyEvent &event)
-{
-    return qstrdup(
-        qPrintable(u"key %1, flags %2"_s.arg(event.keyCode).arg(event.modifierFlags, 0, 16)));
-}
-} // namespace QTest
 
 class LinuxEventMonitorTest : public QObject
 {
