@@ -11,14 +11,38 @@ namespace JsonCoding
 
 namespace
 {
+/// No file of ours goes deeper than a few levels. Each level of a hostile one takes a hundred times
+/// the memory of its bracket, and a copy of many levels overflows the stack.
+constexpr int deepest = 100;
+
+/// Found out before, because the library takes the memory first.
+bool isNestedTooDeeply(const QByteArray &text)
+{
+    int depth = 0;
+    bool isInString = false;
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        const char character = text[place];
+        if (isInString && character == '\\')
+            ++place;
+        else if (character == '"')
+            isInString = !isInString;
+        else if (!isInString && (character == '[' || character == '{'))
+            ++depth;
+        else if (!isInString && (character == ']' || character == '}'))
+            --depth;
+        if (depth > deepest)
+            return true;
+    }
+    return false;
+}
+
 Error memberError(const char *key, const QString &expected)
 {
     return {
         u"The value %1 is missing or is not %2."_s.arg(quoted(QString::fromLatin1(key)), expected)};
 }
 
-/// The member, or null where there is none, which no reader here accepts. Never a copy: copying
-/// recurses, and a member may be nested too deeply for the stack.
+/// The member, or null where there is none, which no reader here accepts.
 const Json &member(const Json &object, const char *key)
 {
     static const Json nothing;
@@ -29,19 +53,31 @@ const Json &member(const Json &object, const char *key)
 
 Result<Json> parse(const QByteArray &text)
 {
+    // The library takes it for the end of the text.
+    if (text.contains('\0'))
+        return Error{u"The text contains a zero byte."_s};
+    if (isNestedTooDeeply(text))
+        return Error{u"The text is nested too deeply."_s};
     try {
         return Json::parse(text.cbegin(), text.cend());
     } catch (const Json::exception &exception) {
-        return Error{QString::fromUtf8(exception.what())};
+        // It quotes what was read last, however long that is.
+        return Error{shortened(QString::fromUtf8(exception.what()))};
     }
 }
 
-QByteArray write(const Json &value)
+QByteArray write(const OrderedJson &value)
 {
     return QByteArray::fromStdString(value.dump());
 }
 
-Json fromText(const QString &text)
+QByteArray writePretty(const Json &value)
+{
+    constexpr int indentation = 2;
+    return QByteArray::fromStdString(value.dump(indentation));
+}
+
+std::string fromText(const QString &text)
 {
     return text.toStdString();
 }
@@ -71,6 +107,26 @@ Result<qint64> integerMember(const Json &object, const char *key)
     if (!fits)
         return memberError(key, u"a whole number"_s);
     return value.get<qint64>();
+}
+
+Result<std::optional<quint32>> optionalUnsignedMember(const Json &object, const char *key)
+{
+    if (member(object, key).is_null())
+        return std::optional<quint32>();
+    constexpr qint64 largest = std::numeric_limits<quint32>::max();
+    const auto number = integerMember(object, key);
+    if (!number || *number < 0 || *number > largest)
+        return Error{u"The value %1 is not a whole number from 0 to %2."_s.arg(
+            quoted(QString::fromLatin1(key)), QString::number(largest))};
+    return std::optional(static_cast<quint32>(*number));
+}
+
+Result<const Json *> arrayMember(const Json &object, const char *key)
+{
+    const Json &value = member(object, key);
+    if (!value.is_array())
+        return memberError(key, u"an array"_s);
+    return &value;
 }
 
 } // namespace JsonCoding

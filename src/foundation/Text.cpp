@@ -6,6 +6,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr qsizetype longestInMessage = 300;
+
 bool movesOn(QChar character)
 {
     return character.category() == QChar::Other_Control
@@ -17,6 +19,16 @@ bool movesOn(QChar character)
 QString quoted(const QString &text)
 {
     return QChar(u'“') + text + QChar(u'”');
+}
+
+QString shortened(const QString &text)
+{
+    if (text.size() <= longestInMessage)
+        return text;
+    QString beginning = text.first(longestInMessage - 1);
+    if (beginning.back().isHighSurrogate())
+        beginning.chop(1);
+    return beginning + u'…';
 }
 
 QString onOneLine(const QString &text)

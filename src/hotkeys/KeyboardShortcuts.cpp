@@ -16,7 +16,7 @@ namespace
 {
 QByteArray encoded(const Shortcut &shortcut)
 {
-    return JsonCoding::write(Json{
+    return JsonCoding::write(OrderedJson{
         {"carbonKeyCode", shortcut.carbonKeyCode},
         {"carbonModifiers", shortcut.carbonModifiers},
     });

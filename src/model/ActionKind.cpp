@@ -1,5 +1,7 @@
 #include "model/ActionKind.h"
 
+#include "foundation/Text.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -23,6 +25,17 @@ std::optional<ActionKind> actionKind(const QString &raw)
 {
     const auto found = std::ranges::find(ActionKinds::allCases, raw, rawValue);
     return found == ActionKinds::allCases.end() ? std::nullopt : std::optional(*found);
+}
+
+Result<ActionKind> actionKindMember(const Json &object, const char *key)
+{
+    const auto raw = JsonCoding::textMember(object, key);
+    if (!raw)
+        return raw.error();
+    const auto kind = actionKind(*raw);
+    if (!kind)
+        return Error{u"%1 is not a kind of entry."_s.arg(quoted(shortened(*raw)))};
+    return *kind;
 }
 
 QString title(ActionKind kind)

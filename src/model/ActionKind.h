@@ -1,6 +1,8 @@
 // What an entry does when its keys are pressed.
 #pragma once
 
+#include "foundation/Json.h"
+
 #include <QString>
 #include <array>
 #include <optional>
@@ -28,6 +30,10 @@ QString rawValue(ActionKind kind);
 
 /// The kind with exactly that raw value (case matters), or nothing.
 std::optional<ActionKind> actionKind(const QString &rawValue);
+
+/// The kind whose raw value the member of the object is; an error where it is missing or is not
+/// one.
+Result<ActionKind> actionKindMember(const Json &object, const char *key);
 
 /// The label that the user sees, such as "Open an app".
 QString title(ActionKind kind);

@@ -1,10 +1,10 @@
 #include "model/EntriesFile.h"
 
+#include "foundation/Files.h"
 #include "foundation/Text.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <cstdio>
 #include <filesystem>
 
@@ -24,16 +24,6 @@ bool isThere(const QString &path)
 QString keptPath(const QString &path)
 {
     return path + u".unreadable"_s;
-}
-
-std::optional<Error> replaceContent(const QString &path, const QByteArray &content)
-{
-    QSaveFile file(path);
-    // Flushed first, because commit() takes no notice of a disk that is too full for the rest; and
-    // twice, because what fits of it is no error yet.
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(content) == content.size()
-        && (file.flush() || file.flush()) && file.commit();
-    return isWritten ? std::nullopt : std::optional(Error{file.errorString()});
 }
 
 /// Puts a file or folder in the place of another.
@@ -86,7 +76,7 @@ Result<QList<LaunchEntry>> EntriesFile::readFrom(const QString &path) const
 
 std::optional<Error> EntriesFile::write(const QList<LaunchEntry> &entries)
 {
-    Json list = Json::array();
+    OrderedJson list = OrderedJson::array();
     for (const LaunchEntry &entry : entries)
         list.push_back(entry.toJson());
 

@@ -38,7 +38,7 @@ QString LaunchEntry::targetDescription() const
     return target;
 }
 
-Json LaunchEntry::toJson() const
+OrderedJson LaunchEntry::toJson() const
 {
     return {
         {"id", JsonCoding::fromText(canonicalText(id))},
@@ -56,16 +56,13 @@ Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
         return idText.error();
     const auto id = uuidFromText(*idText);
     if (!id)
-        return Error{u"%1 is not an entry's id."_s.arg(quoted(*idText))};
+        return Error{u"%1 is not an entry's id."_s.arg(quoted(shortened(*idText)))};
     const auto name = JsonCoding::textMember(json, "name");
     if (!name)
         return name.error();
-    const auto kindText = JsonCoding::textMember(json, "kind");
-    if (!kindText)
-        return kindText.error();
-    const auto kind = actionKind(*kindText);
+    const auto kind = actionKindMember(json, "kind");
     if (!kind)
-        return Error{u"%1 is not a kind of entry."_s.arg(quoted(*kindText))};
+        return kind.error();
     const auto target = JsonCoding::textMember(json, "target");
     if (!target)
         return target.error();

@@ -28,7 +28,7 @@ struct LaunchEntry {
     QString targetDescription() const;
 
     /// All five members, in the order of the fields.
-    Json toJson() const;
+    OrderedJson toJson() const;
 
     /// Every member is required and must have its type; unknown members are ignored.
     static Result<LaunchEntry> fromJson(const Json &json);

@@ -5,6 +5,8 @@
 #include "foundation/Text.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "hotkeys/SystemCheck.h"
+#include "model/DefaultsKeys.h"
+#include "model/ExportFile.h"
 #include "platform/AlertSound.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -160,6 +162,36 @@ void ShortcutStore::resetAllShortcuts()
     Q_EMIT willChange();
 }
 
+QByteArray ShortcutStore::exportData() const
+{
+    ExportFile file;
+    for (const LaunchEntry &entry : m_entries) {
+        ExportItem item{entry.name, entry.kind, entry.target, entry.isEnabled, {}, {}};
+        if (const auto shortcut = getShortcut(entry.shortcutName())) {
+            item.keyCode = shortcut->carbonKeyCode;
+            item.modifiers = shortcut->carbonModifiers;
+        }
+        file.items.append(item);
+    }
+    return file.encoded();
+}
+
+Result<qsizetype> ShortcutStore::importData(const QByteArray &data)
+{
+    const auto file = ExportFile::decoded(data);
+    if (!file)
+        return file.error();
+    Q_EMIT willChange();
+    {
+        const auto together = m_platform.userDefaults.writeTogether();
+        for (const ExportItem &item : file->items)
+            add(item);
+    }
+    applyEnabledState();
+    save();
+    return file->items.size();
+}
+
 QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
                                     const std::optional<QUuid> &excluding) const
 {
@@ -203,7 +235,18 @@ void ShortcutStore::announceChange()
 
 bool ShortcutStore::showRunNotification(const UserDefaults &defaults)
 {
-    return defaults.boolean(u"showRunNotification"_s).value_or(true);
+    return defaults.boolean(DefaultsKeys::showRunNotification).value_or(true);
+}
+
+void ShortcutStore::add(const ExportItem &item)
+{
+    const LaunchEntry entry{
+        .name = item.name, .kind = item.kind, .target = item.target, .isEnabled = item.isEnabled};
+    if (item.keyCode)
+        setShortcut(KeyboardShortcuts::Shortcut{*item.keyCode, item.modifiers.value_or(0)},
+                    entry.shortcutName());
+    m_entries.append(entry);
+    registerHandler(entry);
 }
 
 void ShortcutStore::registerHandler(const LaunchEntry &entry)

@@ -15,6 +15,7 @@
 
 class HotkeyCenter;
 class UserDefaults;
+struct ExportItem;
 struct Platform;
 
 /// Main thread only. The platform's services and the center must outlive it and its runs.
@@ -67,6 +68,13 @@ public:
     /// Removes the stored combination of every entry; the entries stay.
     void resetAllShortcuts();
 
+    /// The list with its combinations, as the bytes of a file that importData() understands.
+    QByteArray exportData() const;
+
+    /// Adds the entries of such a file at the end, as new ones; how many these were. Of a file that
+    /// is not valid nothing is added.
+    Result<qsizetype> importData(const QByteArray &data);
+
     /// Why the combination that is stored under the name may not work, as sentences for the user:
     /// first that the desktop uses it, then each enabled entry with the same keys but the excluded
     /// one, in the order of the list. Asks the desktop anew each time.
@@ -99,6 +107,7 @@ Q_SIGNALS:
     void willChange();
 
 private:
+    void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
     void save();

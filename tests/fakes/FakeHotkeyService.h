@@ -33,16 +33,14 @@ public:
                                                HotkeyId id) override
     {
         ++attempts;
-        const auto hasSameKeys = [&](const Live &other) {
-            return other.keyCode == keyCode && other.modifiers == modifiers;
-        };
-        if (refusedKeyCodes.contains(keyCode)
-            || std::any_of(live.cbegin(), live.cend(), hasSameKeys))
+        if (refusedKeyCodes.contains(keyCode) || m_taken.contains({keyCode, modifiers}))
             return std::nullopt;
         const Live registered{keyCode, modifiers, id};
+        m_taken.insert({keyCode, modifiers});
         live.append(registered);
         m_log.note(QStringLiteral("register %1").arg(keyCode));
         return Registration([this, registered] {
+            m_taken.remove({registered.keyCode, registered.modifiers});
             live.removeOne(registered);
             m_log.note(QStringLiteral("unregister %1").arg(registered.keyCode));
         });
@@ -57,5 +55,7 @@ public:
 
 private:
     CallLog m_log;
+    /// The keys of those that are live, which may be thousands.
+    QSet<std::pair<quint32, quint32>> m_taken;
     std::function<void(HotkeyId)> m_handler;
 };

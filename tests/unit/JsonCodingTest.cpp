@@ -1,4 +1,5 @@
 #include "foundation/Json.h"
+#include "support/CpuTime.h"
 
 #include <QTest>
 #include <limits>
@@ -20,6 +21,10 @@ private Q_SLOTS:
         QTest::newRow("invalid UTF-8") << QByteArray("[\"\xff\"]");
         QTest::newRow("half a surrogate pair") << QByteArray(R"(["\ud800"])");
         QTest::newRow("a number out of all range") << QByteArray("[1e999]");
+        QTest::newRow("a zero byte after it") << QByteArray("[]\0", 3);
+        QTest::newRow("a zero byte and another text") << QByteArray("[]\0[]", 5);
+        QTest::newRow("half a byte order mark") << QByteArray("\xef\xbb[]");
+        QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0]\0", 6);
     }
     void refusesWhatIsNotOneJsonText()
     {
@@ -29,18 +34,63 @@ private Q_SLOTS:
         QVERIFY(!json.error().description.isEmpty());
     }
 
-    void survivesAbsurdDepth()
+    void readsPastAByteOrderMark() { QVERIFY(JsonCoding::parse("\xef\xbb\xbf[]")); }
+
+    void quotesNoMoreThanCanBeRead()
     {
-        const QByteArray opening(1'000'000, '[');
-        QVERIFY(!JsonCoding::parse(opening));
-        const auto json = JsonCoding::parse("{\"n\":" + opening + QByteArray(1'000'000, ']') + "}");
-        QVERIFY(json);
-        QVERIFY(!JsonCoding::integerMember(*json, "n"));
+        const auto json = JsonCoding::parse("[\"" + QByteArray(10'000'000, 'x'));
+        QVERIFY(!json);
+        QCOMPARE(json.error().description.size(), 300);
+        QVERIFY(json.error().description.endsWith(u"xxx…"_s));
+    }
+
+    void readsAHugeObjectInTime()
+    {
+        QByteArray text = "{";
+        for (int i = 0; i < 200'000; ++i)
+            text += "\"" + QByteArray::number(i) + "\":0,";
+        text += "\"n\":0}";
+        QVERIFY(cpuSeconds([&text] { QVERIFY(JsonCoding::parse(text)); }) < 5);
+    }
+
+    void refusesAbsurdDepth_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        const auto nested = [](int depth) {
+            return QByteArray(depth, '[') + QByteArray(depth, ']');
+        };
+        QTest::newRow("a little more than any file has") << nested(102);
+        QTest::newRow("a million levels") << nested(1'000'000);
+        QTest::newRow("a million that do not end") << QByteArray(1'000'000, '[');
+        QTest::newRow("in a member") << "{\"n\":" + nested(1'000'000) + "}";
+        QTest::newRow("in a member that a later one replaces")
+            << "{\"n\":" + nested(1'000'000) + ",\"n\":7}";
+        QTest::newRow("of objects")
+            << QByteArray("{\"n\":").repeated(1'000'000) + "7" + QByteArray(1'000'000, '}');
+    }
+    void refusesAbsurdDepth()
+    {
+        QFETCH(const QByteArray, text);
+        QVERIFY(!JsonCoding::parse(text));
+    }
+
+    void readsWhatIsNestedSensibly()
+    {
+        QVERIFY(JsonCoding::parse(QByteArray(100, '[') + QByteArray(100, ']')));
+        QVERIFY(JsonCoding::parse("[" + QByteArray("[],").repeated(1000) + "{}]"));
+        QVERIFY(JsonCoding::parse("[\"\\\"" + QByteArray(1000, '[') + "\"]"));
+    }
+
+    void writesMembersSortedOnLinesOfTheirOwn()
+    {
+        QCOMPARE(JsonCoding::writePretty({{"z", 1}, {"a", {{"c", 2}, {"b", true}}}}),
+                 QByteArray("{\n  \"a\": {\n    \"b\": true,\n    \"c\": 2\n  },\n  \"z\": 1\n}"));
     }
 
     void writesMembersInTheirOrderWithoutBlanks()
     {
-        QCOMPARE(JsonCoding::write(Json{{"z", 1}, {"a", true}}), QByteArray(R"({"z":1,"a":true})"));
+        QCOMPARE(JsonCoding::write(OrderedJson{{"z", 1}, {"a", true}}),
+                 QByteArray(R"({"z":1,"a":true})"));
     }
 
     void keepsEveryText_data()
@@ -56,7 +106,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, text);
         const auto json =
-            JsonCoding::parse(JsonCoding::write(Json{{"text", JsonCoding::fromText(text)}}));
+            JsonCoding::parse(JsonCoding::write(OrderedJson{{"text", JsonCoding::fromText(text)}}));
         QCOMPARE(JsonCoding::textMember(*json, "text").value(), text);
     }
 
@@ -88,11 +138,47 @@ private Q_SLOTS:
         QCOMPARE(read ? std::optional(*read) : std::nullopt, expected);
     }
 
+    void readsUnsignedNumbersThatMayBeAbsent_data()
+    {
+        QTest::addColumn<QByteArray>("object");
+        QTest::addColumn<std::optional<quint32>>("expected");
+        using Number = std::optional<quint32>;
+        QTest::newRow("missing") << QByteArray("{}") << Number();
+        QTest::newRow("null") << QByteArray(R"({"n":null})") << Number();
+        QTest::newRow("zero") << QByteArray(R"({"n":0})") << Number(0);
+        QTest::newRow("the largest") << QByteArray(R"({"n":4294967295})") << Number(4294967295);
+    }
+    void readsUnsignedNumbersThatMayBeAbsent()
+    {
+        QFETCH(const QByteArray, object);
+        QFETCH(const std::optional<quint32>, expected);
+        const auto json = JsonCoding::parse(object);
+        QCOMPARE(JsonCoding::optionalUnsignedMember(*json, "n").value(), expected);
+    }
+
+    void refusesWhatIsNoUnsignedNumber_data()
+    {
+        QTest::addColumn<QByteArray>("number");
+        for (const char *const bad : {"-1", "4294967296", "18446744073709551616", "1.0", "1e3",
+                                      "true", "\"1\"", "[]", "{}"})
+            QTest::newRow(bad) << QByteArray(bad);
+    }
+    void refusesWhatIsNoUnsignedNumber()
+    {
+        QFETCH(const QByteArray, number);
+        const auto json = JsonCoding::parse("{\"n\":" + number + "}");
+        const auto read = JsonCoding::optionalUnsignedMember(*json, "n");
+        QVERIFY(!read);
+        QCOMPARE(read.error().description,
+                 u"The value “n” is not a whole number from 0 to 4294967295."_s);
+    }
+
     void findsNoMemberInWhatIsNoObject()
     {
         QVERIFY(!JsonCoding::textMember(Json::array({"name"}), "name"));
         QVERIFY(!JsonCoding::booleanMember(Json(true), "isEnabled"));
         QVERIFY(!JsonCoding::integerMember(Json(), "n"));
+        QVERIFY(!JsonCoding::arrayMember(Json::array({"items"}), "items"));
     }
 };
 

@@ -23,7 +23,7 @@ LaunchEntry disabled(LaunchEntry entry)
 
 QByteArray fileOf(const QList<LaunchEntry> &entries)
 {
-    Json list = Json::array();
+    OrderedJson list = OrderedJson::array();
     for (const LaunchEntry &entry : entries)
         list.push_back(entry.toJson());
     return JsonCoding::write(list);
