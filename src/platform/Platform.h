@@ -7,9 +7,11 @@ class AlertSound;
 class EventMonitor;
 class HotkeyService;
 class InstalledApplications;
+class LoginItem;
 class SharedApplication;
 class StatusBar;
 class SymbolicHotkeys;
+class SystemSettings;
 class UserDefaults;
 class UserNotificationCenter;
 class Workspace;
@@ -25,6 +27,8 @@ struct Platform {
     SharedApplication &application;
     EventMonitor &eventMonitor;
     InstalledApplications &installedApplications;
+    LoginItem &loginItem;
+    SystemSettings &systemSettings;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <optional>
 
 /// A change is on disk when the call returns. What cannot be written holds until the program ends.
@@ -24,6 +25,9 @@ public:
     /// Until the returned value ends, changes can be read but are not on disk yet; then all are
     /// written at once.
     virtual Registration writeTogether() = 0;
+
+    /// The observer is called after each change, until the returned value ends.
+    virtual Registration addObserver(std::function<void()> observer) = 0;
 
     /// Another number after each change, so that what was made of the values knows its age.
     virtual quint64 revision() const = 0;

@@ -1,13 +1,6 @@
 // The list changes while keys are pressed: the real store on the real hot key service.
 
-#include "fakes/FakeAlertSound.h"
-#include "fakes/FakeEventMonitor.h"
-#include "fakes/FakeInstalledApplications.h"
-#include "fakes/FakeSharedApplication.h"
-#include "fakes/FakeStatusBar.h"
-#include "fakes/FakeSymbolicHotkeys.h"
-#include "fakes/FakeUserNotificationCenter.h"
-#include "fakes/FakeWorkspace.h"
+#include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "model/ShortcutStore.h"
 #include "platform/KeyModifier.h"
@@ -120,25 +113,20 @@ struct Desk {
     UserActivation activation;
     X11HotkeyService service{connection, activation};
     IniUserDefaults defaults{folder.filePath(u"Corvane.conf"_s)};
-    FakeSymbolicHotkeys symbolicHotkeys;
-    FakeWorkspace workspace;
-    FakeUserNotificationCenter notifications;
-    FakeAlertSound alertSound;
-    FakeStatusBar statusBar;
-    FakeSharedApplication application;
-    FakeEventMonitor eventMonitor;
-    FakeInstalledApplications installedApplications;
+    FakePlatform fakes;
     Platform platform{
         .hotkeys = service,
-        .symbolicHotkeys = symbolicHotkeys,
+        .symbolicHotkeys = fakes.symbolicHotkeys,
         .userDefaults = defaults,
-        .workspace = workspace,
-        .notifications = notifications,
-        .alertSound = alertSound,
-        .statusBar = statusBar,
-        .application = application,
-        .eventMonitor = eventMonitor,
-        .installedApplications = installedApplications,
+        .workspace = fakes.workspace,
+        .notifications = fakes.notifications,
+        .alertSound = fakes.alertSound,
+        .statusBar = fakes.statusBar,
+        .application = fakes.application,
+        .eventMonitor = fakes.eventMonitor,
+        .installedApplications = fakes.installedApplications,
+        .loginItem = fakes.loginItem,
+        .systemSettings = fakes.systemSettings,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };
@@ -170,7 +158,7 @@ struct Desk {
 
     qsizetype runsOf(const LaunchEntry &entry) const
     {
-        return workspace.opened.count(entry.target);
+        return fakes.workspace.opened.count(entry.target);
     }
 
     /// When J has run, all presses before it have been dealt with.

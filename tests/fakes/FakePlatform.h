@@ -5,9 +5,11 @@
 #include "fakes/FakeEventMonitor.h"
 #include "fakes/FakeHotkeyService.h"
 #include "fakes/FakeInstalledApplications.h"
+#include "fakes/FakeLoginItem.h"
 #include "fakes/FakeSharedApplication.h"
 #include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
+#include "fakes/FakeSystemSettings.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
@@ -32,6 +34,8 @@ public:
     FakeSharedApplication application;
     FakeEventMonitor eventMonitor;
     FakeInstalledApplications installedApplications;
+    FakeLoginItem loginItem;
+    FakeSystemSettings systemSettings;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -44,6 +48,8 @@ public:
         .application = application,
         .eventMonitor = eventMonitor,
         .installedApplications = installedApplications,
+        .loginItem = loginItem,
+        .systemSettings = systemSettings,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

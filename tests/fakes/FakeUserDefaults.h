@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fakes/CallLog.h"
+#include "platform/Observers.h"
 #include "platform/UserDefaults.h"
 
 #include <QHash>
@@ -45,6 +46,10 @@ public:
             write();
         });
     }
+    Registration addObserver(std::function<void()> observer) override
+    {
+        return m_observers.add(std::move(observer));
+    }
     quint64 revision() const override { return m_revision; }
 
     QHash<QString, QVariant> values;
@@ -63,10 +68,14 @@ private:
     void write()
     {
         ++m_revision;
-        writes += m_delays == 0 ? 1 : 0;
+        if (m_delays > 0)
+            return;
+        ++writes;
+        m_observers.tell();
     }
 
     CallLog m_log;
+    Observers m_observers;
     int m_delays = 0;
     quint64 m_revision = 0;
 };

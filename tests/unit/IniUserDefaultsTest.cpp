@@ -199,6 +199,69 @@ private Q_SLOTS:
         QCOMPARE(defaults.revision() != before, changes);
     }
 
+    void tellsOfEachChange_data()
+    {
+        QTest::addColumn<std::function<void(IniUserDefaults &)>>("use");
+        QTest::addColumn<int>("notices");
+        const auto add = [](const char *row, int notices,
+                            const std::function<void(IniUserDefaults &)> &use) {
+            QTest::newRow(row) << use << notices;
+        };
+        add("data", 1, [](IniUserDefaults &it) { it.setData(key, value); });
+        add("a Boolean", 1, [](IniUserDefaults &it) { it.setBoolean(u"pauseAll"_s, true); });
+        add("a removed key", 1, [](IniUserDefaults &it) { it.remove(key); });
+        add("two changes", 2, [](IniUserDefaults &it) {
+            it.setBoolean(u"pauseAll"_s, true);
+            it.remove(key);
+        });
+        add("changes that are written together", 1, [](IniUserDefaults &it) {
+            const auto together = it.writeTogether();
+            const auto stillTogether = it.writeTogether();
+            it.setBoolean(u"pauseAll"_s, true);
+            it.remove(key);
+        });
+        add("a read", 0, [](IniUserDefaults &it) { QVERIFY(!it.data(key)); });
+    }
+    void tellsOfEachChange()
+    {
+        QFETCH(const std::function<void(IniUserDefaults &)>, use);
+        const File file;
+        IniUserDefaults defaults(file.path);
+        int notices = 0;
+        const auto observation = defaults.addObserver([&notices] { ++notices; });
+        use(defaults);
+        QTEST(notices, "notices");
+    }
+
+    void tellsOfAChangeThatIsDone()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        std::optional<bool> seen;
+        QByteArray written;
+        const auto observation = defaults.addObserver([&] {
+            seen = defaults.boolean(u"pauseAll"_s);
+            written = file.read();
+        });
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QCOMPARE(seen, std::optional(true));
+        QCOMPARE(written, QByteArray("[General]\npauseAll=true\n"));
+    }
+
+    void tellsThoseWhoStillWantToKnow()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        QStringList told;
+        const auto first = defaults.addObserver([&told] { told << u"first"_s; });
+        {
+            const auto second = defaults.addObserver([&told] { told << u"second"_s; });
+            defaults.setBoolean(u"pauseAll"_s, true);
+        }
+        defaults.setBoolean(u"pauseAll"_s, false);
+        QCOMPARE(told, QStringList({u"first"_s, u"second"_s, u"first"_s}));
+    }
+
     void leavesTheOldFileWhereTheNewOneHasNoSpace()
     {
         const File file;

@@ -58,7 +58,7 @@ void IniUserDefaults::setBoolean(const QString &key, bool value)
 void IniUserDefaults::remove(const QString &key)
 {
     m_settings.remove(key);
-    write();
+    changed();
 }
 
 Registration IniUserDefaults::writeTogether()
@@ -66,7 +66,7 @@ Registration IniUserDefaults::writeTogether()
     ++m_delays;
     return Registration([this] {
         --m_delays;
-        write();
+        changed();
     });
 }
 
@@ -74,14 +74,20 @@ void IniUserDefaults::set(const QString &key, const QVariant &value)
 {
     m_settings.setValue(key, value);
     m_growth += bytesPerCharacter * (key.size() + value.toByteArray().size()) + bytesPerLine;
-    write();
+    changed();
 }
 
-void IniUserDefaults::write()
+void IniUserDefaults::changed()
 {
     ++m_revision;
     if (m_delays > 0)
         return;
+    write();
+    m_observers.tell();
+}
+
+void IniUserDefaults::write()
+{
     if (hasSpace()) {
         m_settings.sync();
         if (m_settings.status() != QSettings::AccessError) {

@@ -49,6 +49,9 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_notifications(applicationId)
+    , m_loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                      + u"/autostart"_s,
+                  runningProgram())
     , m_services{
           .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
           .symbolicHotkeys = m_symbolicHotkeys,
@@ -60,6 +63,8 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .application = m_application,
           .eventMonitor = m_eventMonitor,
           .installedApplications = m_installedApplications,
+          .loginItem = m_loginItem,
+          .systemSettings = m_systemSettings,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,

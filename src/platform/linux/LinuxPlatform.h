@@ -4,11 +4,13 @@
 #include "platform/Platform.h"
 #include "platform/linux/AbsentHotkeyService.h"
 #include "platform/linux/AbsentSymbolicHotkeys.h"
+#include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/CanberraAlertSound.h"
 #include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxEventMonitor.h"
+#include "platform/linux/LinuxSystemSettings.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/launch/GioApplications.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
@@ -57,5 +59,7 @@ private:
     LinuxApplication m_application{m_activation};
     LinuxEventMonitor m_eventMonitor{m_x11Hotkeys.get()};
     GioApplications m_installedApplications;
+    AutostartLoginItem m_loginItem;
+    LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
     Platform m_services;
 };

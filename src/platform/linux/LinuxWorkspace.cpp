@@ -32,7 +32,7 @@ void LinuxWorkspace::openApplication(const QString &path,
                                      std::function<void(std::optional<Error>)> completion)
 {
     if (!path.endsWith(u".desktop"_s)) {
-        completion(m_launcher.launchProgram(absolute(path)));
+        completion(m_launcher.launchProgram({absolute(path)}));
         return;
     }
     const DesktopApp *const app = m_apps.find(absolute(path));

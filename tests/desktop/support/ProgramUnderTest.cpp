@@ -105,6 +105,11 @@ void ProgramUnderTest::start()
     if (isAccessible)
         environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
     m_process.setProcessEnvironment(environment);
+    startAgain();
+}
+
+void ProgramUnderTest::startAgain()
+{
     const QStringList command =
         starter + QStringList(QCoreApplication::applicationDirPath() + u"/corvane"_s);
     m_process.start(command.constFirst(), command.sliced(1));

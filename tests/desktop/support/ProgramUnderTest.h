@@ -52,6 +52,12 @@ public:
 
     void start();
 
+    /// Starts it once more, on what it has left behind.
+    void startAgain();
+
+    /// Writes what the program will find; to be called only where somebody else starts it.
+    void writeFiles() const;
+
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
     pid_t processId() const { return pid_t(m_process.processId()); }
@@ -72,8 +78,6 @@ public:
     QByteArray errorOutput();
 
 private:
-    void writeFiles() const;
-
     QProcess m_process;
     QByteArray m_errorOutput;
     QList<QByteArray> m_records;

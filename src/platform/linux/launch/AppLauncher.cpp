@@ -70,12 +70,12 @@ std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const Q
     return std::nullopt;
 }
 
-std::optional<Error> AppLauncher::launchProgram(const QString &path)
+std::optional<Error> AppLauncher::launchProgram(const QStringList &command)
 {
-    const auto child = spawn({{path}, {}, m_activation.handOver()});
+    const auto child = spawn({command, {}, m_activation.handOver()});
     if (!child)
         return child.error();
-    release(*child, path.section(u'/', -1));
+    release(*child, command.constFirst().section(u'/', -1));
     return std::nullopt;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/linux/launch/ChildReaper.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <functional>
 #include <optional>
@@ -24,8 +25,8 @@ public:
     void launch(const DesktopApp &app, const QUrl &target,
                 std::function<void(std::optional<Error>)> completion);
 
-    /// Starts an executable file.
-    std::optional<Error> launchProgram(const QString &path);
+    /// Starts a program: its path, or a name to be found in PATH, and its arguments.
+    std::optional<Error> launchProgram(const QStringList &command);
 
 private:
     std::optional<Error> launchProgramOf(const DesktopApp &app, const QUrl &target);

@@ -101,3 +101,8 @@ bool DesktopApp::isTrue(const char *key) const
 {
     return g_desktop_app_info_get_boolean(get(), key);
 }
+
+bool DesktopApp::isFalse(const char *key) const
+{
+    return g_desktop_app_info_has_key(get(), key) && !isTrue(key);
+}

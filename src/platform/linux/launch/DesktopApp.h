@@ -37,7 +37,9 @@ public:
     QStringList keywords() const;
     /// A value of the file's main group, empty if there is none.
     QString text(const char *key) const;
+    /// A value that is not there is neither true nor false; one that is no Boolean is false.
     bool isTrue(const char *key) const;
+    bool isFalse(const char *key) const;
 
     GDesktopAppInfo *get() const { return m_info.get(); }
 
