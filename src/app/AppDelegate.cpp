@@ -2,6 +2,7 @@
 
 #include "foundation/Text.h"
 #include "foundation/Uuid.h"
+#include "model/DefaultsKeys.h"
 #include "model/ShortcutStore.h"
 #include "platform/Platform.h"
 #include "platform/SharedApplication.h"
@@ -19,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr QSize comfortableSize(620, 560);
+
 void centre(QWidget &window)
 {
     const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
@@ -36,7 +39,7 @@ std::unique_ptr<QWidget> makeSettingsWindow(ShortcutStore &store)
     auto *const layout = new QVBoxLayout(window.get());
     layout->setContentsMargins({});
     layout->addWidget(new SettingsView(store));
-    window->adjustSize();
+    window->resize(comfortableSize);
     centre(*window);
     return window;
 }
@@ -54,7 +57,7 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     m_statusItem = m_platform.statusBar.makeStatusItem(*this);
-    if (!m_platform.userDefaults.boolean(u"hasSeenWelcome"_s).value_or(false))
+    if (!m_platform.userDefaults.boolean(DefaultsKeys::hasSeenWelcome).value_or(false))
         openSettings();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFileDialog>
+#include <QMessageBox>
 #include <functional>
 
 /// To be shown with open(). It is the desktop's own where that can do what is wanted.
@@ -13,6 +14,9 @@ public:
     enum class Choosable {
         files,
         filesAndFolders,
+        /// A place for Corvane.json, or a JSON file of another name, which it completes. It asks
+        /// before a file is replaced.
+        newJsonFile,
     };
 
     /// The confirming button has the panel's title. The callback gets an absolute path.
@@ -21,9 +25,18 @@ public:
 
     void accept() override;
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
+    bool isDesktopsOwn() const;
     void nameButton();
+    void choose(const QString &path);
+    void chooseNew(const QString &path);
     void tellThatItIsMissing();
+    void askToReplace(const QString &path);
+    QMessageBox *makeBox(const QString &text, QMessageBox::StandardButton button);
+    void goOn();
 
     const Choosable m_choosable;
     const std::function<void(const QString &path)> m_onChoose;

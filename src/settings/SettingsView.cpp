@@ -1,41 +1,95 @@
 #include "settings/SettingsView.h"
 
+#include "foundation/Files.h"
+#include "model/DefaultsKeys.h"
 #include "model/ShortcutStore.h"
+#include "platform/LoginItem.h"
+#include "platform/Platform.h"
+#include "platform/SystemSettings.h"
+#include "platform/UserDefaults.h"
+#include "settings/AboutView.h"
+#include "settings/DetailsView.h"
 #include "settings/EditorForm.h"
 #include "settings/EntryList.h"
+#include "settings/FilePanel.h"
+#include "viewkit/Alert.h"
 #include "viewkit/Sheet.h"
 
 #include <QEvent>
+#include <QLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr QSize smallestSize(580, 480);
-}
+/// An export of fifty thousand entries is smaller. JSON takes up to thirty times its size to read.
+constexpr qint64 largestImport = 16LL * 1024 * 1024;
+} // namespace
 
 SettingsView::SettingsView(ShortcutStore &store)
     : m_store(store)
+    , m_defaultsObserver(store.platform().userDefaults.addObserver([this] { invalidate(); }))
 {
-    setMinimumSize(smallestSize);
-    const auto hasEntries = [this] { return !m_store.entries().isEmpty(); };
-    const auto hasNoEntries = [this] { return m_store.entries().isEmpty(); };
+    const auto isNewUser = [this] { return !hasSeenWelcome(); };
     setBody(Column{
         toolbar(),
         divider(),
-        shownWhen(hasNoEntries, stretched(emptyState())),
-        shownWhen(hasEntries, stretched(entryList())),
+        shownWhen(isNewUser, welcomeCard()),
+        shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
+        shownWhen([this] { return hasEntries(); }, stretched(entryList())),
+        divider(),
+        footer(),
         editorSheet(),
+        aboutSheet(),
+        detailsSheet(),
+        resetConfirmation(),
+        errorAlert(),
     });
+    fitToContent();
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
 }
 
 Item SettingsView::toolbar()
 {
+    const Item add = button(u"Add"_s, u"plus"_s, [this] { addEntry(); });
+    setFocusProxy(add.widget);
     return Row{
         padding(10),
-        button(u"Add"_s, u"plus"_s, [this] { addEntry(); }),
+        spacing(8),
+        add,
         Spacer{},
+        button(u"Import…"_s, [this] { importList(); }),
+        enabledWhen([this] { return hasEntries(); },
+                    button(u"Export…"_s, [this] { exportList(); })),
+    };
+}
+
+Item SettingsView::welcomeCard()
+{
+    const auto dismiss = [this] {
+        m_store.platform().userDefaults.setBoolean(DefaultsKeys::hasSeenWelcome, true);
+    };
+    return Column{
+        padding(12),
+        card(Column{
+            padding(12),
+            spacing(6),
+            Row{
+                spacing(6),
+                symbol(u"hand.wave"_s, TextStyle::headline),
+                text(TextStyle::headline, u"Welcome to Corvane"_s),
+                Spacer{},
+            },
+            paragraph(TextStyle::body,
+                      u"Each shortcut is a key combination that opens an app, a folder, a file or "
+                      "a website, or runs a Shortcut, from anywhere on your Mac."_s),
+            paragraph(TextStyle::body,
+                      u"The one thing that can go wrong: if another app or macOS already uses the "
+                      "same combination, one of them may win and the other will not fire. The app "
+                      "warns you when it can tell."_s),
+            Row{Spacer{}, button(u"Got it"_s, dismiss)},
+        }),
     };
 }
 
@@ -43,7 +97,7 @@ Item SettingsView::entryList()
 {
     auto *const list = new EntryList(
         m_store, [this](const LaunchEntry &entry) { edit(entry); },
-        [this](const LaunchEntry &entry) { m_store.deleteEntry(entry); });
+        [this](const LaunchEntry &entry) { deleteEntry(entry); });
     return part(list, [list] { list->refresh(); });
 }
 
@@ -61,6 +115,48 @@ Item SettingsView::emptyState()
                             u"Add a shortcut to open an app, folder, file or website, or run a "
                             "Shortcut, with one key combination."_s)))),
         centred(button(u"Add"_s, [this] { addEntry(); })),
+        shownWhen([this] { return m_importMessage.has_value(); },
+                  centred(inked(Ink::secondary,
+                                text(TextStyle::caption,
+                                     [this] { return m_importMessage.value_or(QString()); })))),
+        Spacer{},
+    };
+}
+
+Item SettingsView::footer()
+{
+    return Column{
+        padding(12),
+        spacing(8),
+        checkBox(u"Launch at login"_s,
+                 {
+                     .get = [this] { return m_launchAtLogin; },
+                     .set = [this](bool on) { setLaunchAtLogin(on); },
+                 }),
+        shownWhen([this] { return m_loginNeedsApproval; }, approvalRow()),
+        checkBox(u"Show a small notification when a shortcut runs"_s, showNotification()),
+        Row{
+            spacing(8),
+            button(u"Open Notification Settings"_s,
+                   [this] { m_store.platform().systemSettings.openNotificationSettings(); }),
+            Spacer{},
+            button(u"About"_s, [this] { openSheet(&SettingsView::m_showAbout); }),
+            enabledWhen([this] { return hasEntries(); },
+                        button(u"Reset all shortcuts…"_s,
+                               [this] { openSheet(&SettingsView::m_confirmReset); })),
+        },
+    };
+}
+
+Item SettingsView::approvalRow()
+{
+    return Row{
+        spacing(8),
+        inked(Ink::warning,
+              text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
+        styled(TextStyle::caption,
+               button(u"Open Login Items"_s,
+                      [this] { m_store.platform().systemSettings.openLoginItems(); })),
         Spacer{},
     };
 }
@@ -75,6 +171,81 @@ Item SettingsView::editorSheet()
     });
 }
 
+Item SettingsView::aboutSheet()
+{
+    return sheetWhen(
+        this, [this] { return m_showAbout; },
+        [this](QWidget *owner) {
+            const auto close = [this] { closeSheet(&SettingsView::m_showAbout); };
+            return new Sheet(u"Corvane"_s, new AboutView(close), close, owner);
+        });
+}
+
+Item SettingsView::detailsSheet()
+{
+    return sheetWhen(
+        this, [this] { return m_showDetails; },
+        [this](QWidget *owner) {
+            const auto close = [this] { closeSheet(&SettingsView::m_showDetails); };
+            return new Sheet(u"Details"_s, new DetailsView(m_detailsText, close), close, owner);
+        });
+}
+
+Item SettingsView::resetConfirmation()
+{
+    return sheetWhen(
+        this, [this] { return m_confirmReset; },
+        [this](QWidget *owner) {
+            const auto cancel = [this] { closeSheet(&SettingsView::m_confirmReset); };
+            return alert({.title = u"Remove the keys from every shortcut?"_s,
+                          .message = u"Your entries stay in the list, but each one loses its key "
+                                     "combination."_s,
+                          .buttons = Row{spacing(8), Spacer{},
+                                         destructiveButton(u"Reset all shortcuts"_s,
+                                                           [this] { resetAllShortcuts(); }),
+                                         defaultButton(u"Cancel"_s, cancel)},
+                          .cancel = cancel},
+                         owner);
+        });
+}
+
+Item SettingsView::errorAlert()
+{
+    const auto make = [this](const AppError &error, QWidget *owner) {
+        const auto close = [this] { closeAlert(); };
+        return alert({.title = u"Something went wrong"_s,
+                      .message = error.message,
+                      .buttons = Row{spacing(8), Spacer{},
+                                     button(u"Show Details"_s, [this] { showDetails(); }),
+                                     defaultButton(u"OK"_s, close)},
+                      .cancel = close},
+                     owner);
+    };
+    return sheetFor<AppError>(
+        this, [this] { return alertedError(); }, make);
+}
+
+/// The user deals with one thing at a time.
+bool SettingsView::hasSheet() const
+{
+    return m_editing || m_showAbout || m_showDetails || m_confirmReset || m_alerted
+        || (m_panel && m_panel->isVisible());
+}
+
+void SettingsView::openSheet(bool SettingsView::*sheet)
+{
+    if (hasSheet())
+        return;
+    this->*sheet = true;
+    invalidate();
+}
+
+void SettingsView::closeSheet(bool SettingsView::*sheet)
+{
+    this->*sheet = false;
+    refresh();
+}
+
 void SettingsView::addEntry()
 {
     edit(LaunchEntry());
@@ -82,6 +253,8 @@ void SettingsView::addEntry()
 
 void SettingsView::edit(const LaunchEntry &entry)
 {
+    if (hasSheet())
+        return;
     m_editing = entry;
     invalidate();
 }
@@ -93,10 +266,153 @@ void SettingsView::closeEditor()
     refresh();
 }
 
+void SettingsView::deleteEntry(const LaunchEntry &entry)
+{
+    m_store.deleteEntry(entry);
+    // Else the focus would go from the last one to what comes next, and means something else.
+    if (!hasEntries())
+        setFocus();
+}
+
+void SettingsView::resetAllShortcuts()
+{
+    m_store.resetAllShortcuts();
+    closeSheet(&SettingsView::m_confirmReset);
+}
+
+/// The store's error, once nothing else is on the screen; then until its alert is closed, whatever
+/// goes wrong meanwhile.
+const std::optional<AppError> &SettingsView::alertedError()
+{
+    // Window managers would show the alert alone, and not let its minimized owner come back.
+    if (!hasSheet() && isVisible() && !window()->isMinimized())
+        m_alerted = m_store.error();
+    return m_alerted;
+}
+
+void SettingsView::closeAlert()
+{
+    if (const auto seen = std::exchange(m_alerted, std::nullopt))
+        m_store.clearError(*seen);
+    refresh();
+}
+
+void SettingsView::showDetails()
+{
+    if (!m_alerted)
+        return;
+    m_detailsText = m_alerted->details;
+    m_showDetails = true;
+    closeAlert();
+}
+
+void SettingsView::importList()
+{
+    open(FilePanel::Choosable::files, u"Import"_s,
+         [this](const QString &path) { importFrom(path); });
+}
+
+void SettingsView::importFrom(const QString &path)
+{
+    const auto content = readWhole(path, largestImport);
+    const auto count = content ? m_store.importData(*content) : content.error();
+    if (!count) {
+        m_store.report(u"That file could not be imported. Is it a Corvane export?"_s,
+                       count.error());
+        return;
+    }
+    m_importMessage = u"Imported %1 shortcut%2."_s.arg(*count).arg(*count == 1 ? u""_s : u"s"_s);
+    invalidate();
+}
+
+void SettingsView::exportList()
+{
+    open(FilePanel::Choosable::newJsonFile, u"Export"_s,
+         [this](const QString &path) { exportTo(path); });
+}
+
+void SettingsView::exportTo(const QString &path)
+{
+    if (const auto error = replaceContent(path, m_store.exportData()))
+        m_store.report(u"The list could not be exported."_s, *error);
+}
+
+void SettingsView::open(FilePanel::Choosable choosable, const QString &title,
+                        std::function<void(const QString &path)> onChoose)
+{
+    if (hasSheet())
+        return;
+    m_panel = new FilePanel(choosable, title, std::move(onChoose), this);
+    m_panel->setNameFilter(u"JSON files (*.json)"_s);
+    m_panel->setAttribute(Qt::WA_DeleteOnClose);
+    // What went wrong meanwhile can be told now.
+    connect(m_panel, &QDialog::finished, this, &View::invalidate);
+    m_panel->open();
+}
+
+void SettingsView::refreshLoginState()
+{
+    const LoginItemStatus status = m_store.platform().loginItem.status();
+    m_launchAtLogin = status == LoginItemStatus::enabled;
+    m_loginNeedsApproval = status == LoginItemStatus::requiresApproval;
+    invalidate();
+}
+
+void SettingsView::setLaunchAtLogin(bool on)
+{
+    LoginItem &item = m_store.platform().loginItem;
+    if (const auto error = on ? item.registerItem() : item.unregisterItem())
+        m_store.report(u"Launch at login could not be changed."_s, *error);
+    refreshLoginState();
+}
+
+bool SettingsView::hasEntries() const
+{
+    return !m_store.entries().isEmpty();
+}
+
+bool SettingsView::hasSeenWelcome() const
+{
+    return m_store.platform().userDefaults.boolean(DefaultsKeys::hasSeenWelcome).value_or(false);
+}
+
+Binding<bool> SettingsView::showNotification()
+{
+    UserDefaults &defaults = m_store.platform().userDefaults;
+    return {
+        .get = [&defaults] { return ShortcutStore::showRunNotification(defaults); },
+        .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::showRunNotification, on); },
+    };
+}
+
+/// The window can become smaller than it is, but never hide a part of what it shows.
+void SettingsView::fitToContent()
+{
+    const int width = std::max(smallestSize.width(), layout()->totalMinimumSize().width());
+    const int height = layout()->totalMinimumHeightForWidth(std::max(width, this->width()));
+    setMinimumSize(width, std::max(smallestSize.height(), height));
+}
+
 bool SettingsView::event(QEvent *event)
 {
-    // Files may have come and gone while the user was elsewhere.
-    if (event->type() == QEvent::WindowActivate)
-        invalidate();
-    return View::event(event);
+    const bool isHandled = View::event(event);
+    switch (event->type()) {
+    case QEvent::WindowActivate:
+        // Files may have come and gone while the user was elsewhere, and the login item as well.
+        refreshLoginState();
+        break;
+    case QEvent::LayoutRequest:
+    case QEvent::Resize:
+        fitToContent();
+        break;
+    default:
+        break;
+    }
+    return isHandled;
+}
+
+void SettingsView::showEvent(QShowEvent *event)
+{
+    refreshLoginState();
+    View::showEvent(event);
 }

@@ -2,17 +2,21 @@
 
 #include "symbols/SystemSymbol.h"
 #include "viewkit/AccessibleRole.h"
+#include "viewkit/Card.h"
 #include "viewkit/ShortenedLabel.h"
 #include "viewkit/Switch.h"
 #include "viewkit/SymbolView.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -39,16 +43,14 @@ Item box(QBoxLayout::Direction direction, std::initializer_list<Item> items)
 }
 
 /// A label in the style, whose text follows the source.
-Item styled(TextStyle style, QLabel *label, TextSource source)
+Item labelled(TextStyle style, QLabel *label, TextSource source)
 {
     label->setTextFormat(Qt::PlainText);
-    const Rule rule = [style, label, source = std::move(source)] {
-        if (const QFont wanted = font(style); label->font() != wanted)
-            label->setFont(wanted);
+    const Rule rule = [label, source = std::move(source)] {
         if (const QString text = source(); label->text() != text)
             label->setText(text);
     };
-    return {.widget = label, .rules = {rule}};
+    return styled(style, {.widget = label, .rules = {rule}});
 }
 
 /// Keeps what the widget shows in that role in the colour of the ink.
@@ -76,25 +78,36 @@ QLabel *paragraphLabel()
     return label;
 }
 
-QPushButton *prepared(QPushButton *button, Action action)
+/// Deaf to the repeats of a key that is still held from a dialog before.
+class Button : public QPushButton
 {
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->isAutoRepeat())
+            event->ignore();
+        else
+            QPushButton::keyPressEvent(event);
+    }
+};
+
+/// Takes a double click for a click: by the second one the next thing may be in this place.
+class DecisiveButton final : public Button
+{
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override { event->accept(); }
+};
+
+template <typename Kind>
+QPushButton *pushButton(const QString &label, Action action)
+{
+    auto *const button = new Kind;
+    button->setText(label);
     // Return presses the default button, whichever has or had the focus.
     button->setAutoDefault(false);
     QObject::connect(button, &QPushButton::clicked, button, std::move(action));
     return button;
 }
-
-QPushButton *pushButton(const QString &label, Action action)
-{
-    return prepared(new QPushButton(label), std::move(action));
-}
-
-/// Takes a double click for a click: by the second one the next thing may have moved up.
-class DestructiveButton final : public QPushButton
-{
-protected:
-    void mouseDoubleClickEvent(QMouseEvent *event) override { event->accept(); }
-};
 
 /// Changes by clicks and keys only: who scrolls past it with the wheel does not mean it.
 class PickerBox final : public QComboBox
@@ -102,6 +115,17 @@ class PickerBox final : public QComboBox
 protected:
     void wheelEvent(QWheelEvent *event) override { event->ignore(); }
 };
+
+/// A control that is on or off, and follows the binding.
+Item bound(QAbstractButton *control, Binding<bool> isOn)
+{
+    // Not clicked, which assistive programs do not cause.
+    QObject::connect(control, &QAbstractButton::toggled, control, std::move(isOn.set));
+    return {.widget = control, .rules = {[control, get = std::move(isOn.get)] {
+                                   const QSignalBlocker itIsNotTheUser(control);
+                                   control->setChecked(get());
+                               }}};
+}
 
 /// Keeps the button's drawing in the colour of its text, or of the ink.
 Rule drawn(QPushButton *button, const QString &symbol, std::optional<Ink> ink = std::nullopt)
@@ -159,27 +183,27 @@ Item divider()
 
 Item text(TextStyle style, const QString &text)
 {
-    return styled(style, new QLabel, always(text));
+    return labelled(style, new QLabel, always(text));
 }
 
 Item text(TextStyle style, TextSource source)
 {
-    return styled(style, new QLabel, std::move(source));
+    return labelled(style, new QLabel, std::move(source));
 }
 
 Item paragraph(TextStyle style, const QString &text)
 {
-    return styled(style, paragraphLabel(), always(text));
+    return labelled(style, paragraphLabel(), always(text));
 }
 
 Item paragraph(TextStyle style, TextSource source)
 {
-    return styled(style, paragraphLabel(), std::move(source));
+    return labelled(style, paragraphLabel(), std::move(source));
 }
 
 Item shortenedText(TextStyle style, TextSource source)
 {
-    return styled(style, new ShortenedLabel, std::move(source));
+    return labelled(style, new ShortenedLabel, std::move(source));
 }
 
 Item lines(int spacing, std::function<QStringList()> source,
@@ -240,12 +264,12 @@ Item symbol(TextSource name, int side)
 
 Item button(const QString &label, Action action)
 {
-    return {.widget = pushButton(label, std::move(action))};
+    return {.widget = pushButton<Button>(label, std::move(action))};
 }
 
 Item button(TextSource label, Action action)
 {
-    auto *const button = pushButton({}, std::move(action));
+    auto *const button = pushButton<Button>({}, std::move(action));
     return {.widget = button, .rules = {[button, label = std::move(label)] {
                                   if (const QString text = label(); button->text() != text)
                                       button->setText(text);
@@ -254,20 +278,26 @@ Item button(TextSource label, Action action)
 
 Item button(const QString &label, const QString &symbol, Action action)
 {
-    auto *const button = pushButton(label, std::move(action));
+    auto *const button = pushButton<Button>(label, std::move(action));
     return {.widget = button, .rules = {drawn(button, symbol)}};
 }
 
 Item defaultButton(const QString &label, Action action)
 {
-    auto *const button = pushButton(label, std::move(action));
+    auto *const button = pushButton<DecisiveButton>(label, std::move(action));
     button->setDefault(true);
     return {.widget = button};
 }
 
+Item destructiveButton(const QString &label, Action action)
+{
+    auto *const button = pushButton<DecisiveButton>(label, std::move(action));
+    return {.widget = button, .rules = {coloured(button, QPalette::ButtonText, Ink::error)}};
+}
+
 Item destructiveButton(const QString &symbol, const QString &name, Action action)
 {
-    auto *const button = prepared(new DestructiveButton, std::move(action));
+    auto *const button = pushButton<DecisiveButton>({}, std::move(action));
     button->setToolTip(name);
     button->setAccessibleName(name);
     return {.widget = button, .rules = {drawn(button, symbol, Ink::error)}};
@@ -277,12 +307,22 @@ Item toggle(const QString &name, Binding<bool> isOn)
 {
     auto *const control = new Switch;
     control->setAccessibleName(name);
-    // Not clicked, which assistive programs do not cause.
-    QObject::connect(control, &Switch::toggled, control, std::move(isOn.set));
-    return {.widget = control, .rules = {[control, get = std::move(isOn.get)] {
-                                   const QSignalBlocker itIsNotTheUser(control);
-                                   control->setChecked(get());
-                               }}};
+    return bound(control, std::move(isOn));
+}
+
+Item checkBox(const QString &label, Binding<bool> isOn)
+{
+    return bound(new QCheckBox(label), std::move(isOn));
+}
+
+Item scrolledText(const QString &name, TextStyle style, int height, const QString &text)
+{
+    auto *const area = new QPlainTextEdit(text);
+    area->setAccessibleName(name);
+    area->setReadOnly(true);
+    area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    area->setFixedHeight(height);
+    return styled(style, {.widget = area});
 }
 
 Item textField(const QString &name, const QString &placeholder, Binding<QString> content)
@@ -334,6 +374,21 @@ Item inked(Ink ink, Item item)
     return item;
 }
 
+Item styled(TextStyle style, Item item)
+{
+    item.rules.append([widget = item.widget, style] {
+        if (const QFont wanted = font(style); widget->font() != wanted)
+            widget->setFont(wanted);
+    });
+    return item;
+}
+
+Item card(Item item)
+{
+    item.widget = new Card(item.widget);
+    return item;
+}
+
 Item shownWhen(Predicate isShown, Item item)
 {
     // First, so that a text is there when its label is shown.
@@ -370,10 +425,16 @@ Item onTop(Item item)
     return item;
 }
 
-Item centred(Item item)
+Item centredLines(Item item)
 {
     if (auto *const label = qobject_cast<QLabel *>(item.widget))
         label->setAlignment(Qt::AlignCenter);
+    return item;
+}
+
+Item centred(Item item)
+{
+    item = centredLines(std::move(item));
     // An alignment of the item itself would take no notice of texts on several lines.
     return Row{Spacer{}, std::move(item), Spacer{}};
 }
@@ -387,7 +448,12 @@ Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidge
                     return;
                 if (wanted) {
                     *sheet = make(owner);
-                    (*sheet)->open();
+                    // Later: the owner may be on its way to the screen only.
+                    const auto open = [sheet, made = sheet->data()] {
+                        if (*sheet == made)
+                            made->open();
+                    };
+                    QMetaObject::invokeMethod(*sheet, open, Qt::QueuedConnection);
                 } else {
                     (*sheet)->hide();
                     (*sheet)->deleteLater();

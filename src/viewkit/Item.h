@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <functional>
 #include <initializer_list>
+#include <memory>
+#include <optional>
 
 class QBoxLayout;
 class QDialog;
@@ -85,7 +87,8 @@ Item button(const QString &label, const QString &symbol, Action action);
 /// The button that Return presses.
 Item defaultButton(const QString &label, Action action);
 
-/// A button that removes something, with a drawing only; its name is also its tooltip.
+/// A button that removes something; with a drawing, it has its name as a tooltip instead.
+Item destructiveButton(const QString &label, Action action);
 Item destructiveButton(const QString &symbol, const QString &name, Action action);
 
 /// An on/off switch without a visible label.
@@ -93,6 +96,12 @@ Item toggle(const QString &name, Binding<bool> isOn);
 
 /// One line of text to type. Its name is spoken by screen readers.
 Item textField(const QString &name, const QString &placeholder, Binding<QString> content);
+
+/// A check box with its label.
+Item checkBox(const QString &label, Binding<bool> isOn);
+
+/// Text to read, select and scroll through, as high as that. Its name is spoken by screen readers.
+Item scrolledText(const QString &name, TextStyle style, int height, const QString &text);
 
 /// A label and the choice of one of the titles, by index.
 Item picker(const QString &label, const QStringList &titles, Binding<int> choice);
@@ -102,6 +111,10 @@ Item part(QWidget *widget, Rule rule = {});
 
 /// The item, changed:
 Item inked(Ink ink, Item item);
+/// With its text in that style.
+Item styled(TextStyle style, Item item);
+/// On a rounded rectangle in a pale accent colour.
+Item card(Item item);
 Item shownWhen(Predicate isShown, Item item);
 Item enabledWhen(Predicate isEnabled, Item item);
 /// Takes all the room that the others leave.
@@ -112,7 +125,24 @@ Item framed(int width, Item item);
 Item onTop(Item item);
 /// As wide as it wants to be, in the middle.
 Item centred(Item item);
+/// A text whose lines are centred, as wide as its column.
+Item centredLines(Item item);
 
 /// A dialog that is on the screen over the owner's window while the condition holds. It is made
 /// anew each time, is destroyed when it goes, and must leave it to the condition to close it.
 Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidget *owner)> make);
+
+/// The same for what a dialog is about, if there is anything; another subject has a dialog of its
+/// own.
+template <typename Subject>
+Item sheetFor(QWidget *owner, std::function<std::optional<Subject>()> subject,
+              std::function<QDialog *(const Subject &subject, QWidget *owner)> make)
+{
+    const auto shown = std::make_shared<std::optional<Subject>>();
+    const Item sheet = sheetWhen(
+        owner, [shown, subject] { return *shown && *shown == subject(); },
+        [shown, make = std::move(make)](QWidget *parent) { return make(**shown, parent); });
+    // The former one goes first.
+    return {.rules =
+                sheet.rules + QList<Rule>{[shown, subject] { *shown = subject(); }} + sheet.rules};
+}

@@ -1,5 +1,6 @@
 #include "viewkit/TextStyle.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -21,6 +22,7 @@ Look look(TextStyle style)
     case TextStyle::callout:
         return {12. / 13, QFont::Normal};
     case TextStyle::caption:
+    case TextStyle::captionMonospaced:
         return {10. / 13, QFont::Normal};
     case TextStyle::captionBold:
         return {10. / 13, QFont::Bold};
@@ -47,6 +49,8 @@ QFont font(TextStyle style)
 {
     const auto [size, weight] = look(style);
     QFont font = QGuiApplication::font();
+    if (style == TextStyle::captionMonospaced)
+        font.setFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
     // Desktops give one or the other.
     if (font.pointSizeF() > 0)
         font.setPointSizeF(font.pointSizeF() * size);

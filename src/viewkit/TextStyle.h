@@ -12,6 +12,7 @@ enum class TextStyle {
     callout,
     caption,
     captionBold,
+    captionMonospaced,
     title2,
     title3,
 };

@@ -335,9 +335,14 @@ private Q_SLOTS:
             button(words, [] {}),
             button(u"Add"_s, u"plus"_s, [] {}),
             destructiveButton(u"trash"_s, u"Delete"_s, [] {}),
+            destructiveButton(u"Remove"_s, [] {}),
             toggle(u"On"_s, boundTo(isOn, changes)),
+            checkBox(u"Also on"_s, boundTo(isOn, changes)),
             textField(u"Name"_s, {}, boundTo(typed, changes)),
             picker(u"Kind"_s, {u"A"_s, u"B"_s}, boundTo(chosen, changes)),
+            card(Column{padding(5), text(TextStyle::headline, words)}),
+            styled(TextStyle::caption, button(u"Small"_s, [] {})),
+            scrolledText(u"Details"_s, TextStyle::captionMonospaced, 50, u"words"_s),
             shownWhen(yes, text(TextStyle::body, words)),
             shownWhen(no, text(TextStyle::body, words)),
             enabledWhen(no, button(u"Off"_s, [] {})),
@@ -364,6 +369,7 @@ private Q_SLOTS:
             text(TextStyle::body, from(words)),
             button(from(words), [] {}),
             toggle(u"On"_s, boundTo(isOn, changes)),
+            checkBox(u"Also on"_s, boundTo(isOn, changes)),
             textField(u"Name"_s, {}, boundTo(typed, changes)),
             picker(u"Kind"_s, {u"A"_s, u"B"_s}, boundTo(chosen, changes)),
         });
@@ -375,7 +381,8 @@ private Q_SLOTS:
         window.refresh();
         QVERIFY(seenText(window, u"after"_s));
         QVERIFY(seenButton(window, u"after"_s));
-        QVERIFY(window.findChild<QCheckBox *>()->isChecked());
+        for (const QCheckBox *const box : window.findChildren<QCheckBox *>())
+            QVERIFY(box->isChecked());
         QCOMPARE(window.findChild<QLineEdit *>()->text(), u"new"_s);
         QCOMPARE(window.findChild<QComboBox *>()->currentText(), u"B"_s);
     }
@@ -383,21 +390,24 @@ private Q_SLOTS:
     void hearsOfWhatTheUserChooses()
     {
         bool isOn = false;
+        bool isAlsoOn = false;
         int chosen = 0;
         int changes = 0;
         int presses = 0;
         Window window(Column{
             toggle(u"On"_s, boundTo(isOn, changes)),
+            checkBox(u"Also on"_s, boundTo(isAlsoOn, changes)),
             picker(u"Kind"_s, {u"A"_s, u"B"_s}, boundTo(chosen, changes)),
             button(u"Press"_s, [&] { ++presses; }),
         });
         window.open();
         QTest::mouseClick(seen(window, QAccessible::CheckBox, u"On"_s), Qt::LeftButton);
+        QTest::keyClick(seen(window, QAccessible::CheckBox, u"Also on"_s), Qt::Key_Space);
         QTest::keyClick(window.findChild<QComboBox *>(), Qt::Key_Down);
         QTest::mouseClick(seenButton(window, u"Press"_s), Qt::LeftButton);
-        QVERIFY(isOn);
+        QVERIFY(isOn && isAlsoOn);
         QCOMPARE(chosen, 1);
-        QCOMPARE(changes, 2);
+        QCOMPARE(changes, 3);
         QCOMPARE(presses, 1);
     }
 
@@ -609,6 +619,27 @@ private Q_SLOTS:
         }
     }
 
+    void laysAPaleAccentBelowLegibleText_data() { writesInLegibleColours_data(); }
+    void laysAPaleAccentBelowLegibleText()
+    {
+        QFETCH(QPalette, palette);
+        palette.setColor(QPalette::Highlight, QColor(0x30, 0x8c, 0xc6));
+        const auto restored = withPalette(palette);
+        Window window(Column{card(Column{padding(30), text(TextStyle::body, u"words"_s)})});
+        window.open();
+        const QImage image = window.grab().toImage();
+        const QColor back = palette.color(QPalette::Window);
+        const QColor ground = image.pixelColor(image.width() / 2, 5);
+        const auto share = [](int front, int behind) { return behind + (front - behind) * 0.12; };
+        QVERIFY(std::abs(ground.red() - share(0x30, back.red())) <= 1.5);
+        QVERIFY(std::abs(ground.green() - share(0x8c, back.green())) <= 1.5);
+        QVERIFY(std::abs(ground.blue() - share(0xc6, back.blue())) <= 1.5);
+        QVERIFY(contrast(palette.color(QPalette::WindowText), ground) >= 4.5);
+        // Its corners are round, by ten pixels.
+        QCOMPARE(image.pixelColor(1, 1), back);
+        QCOMPARE(image.pixelColor(10, 1), ground);
+    }
+
     void tellsItsColoursApart()
     {
         for (const QPalette &palette : {light, dark}) {
@@ -702,6 +733,51 @@ private Q_SLOTS:
         home.set(true);
         QCOMPARE(home.sheets, 2);
         QVERIFY(home.sheet->isVisible());
+    }
+
+    void opensNoSheetIfTheConditionEndsAtOnce()
+    {
+        SheetHome home;
+        home.isOpen = true;
+        home.window.refresh();
+        home.isOpen = false;
+        home.window.refresh();
+        const QPointer<QDialog> sheet = home.sheet;
+        QVERIFY(sheet && !sheet->isVisible());
+        Window::settle();
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void opensASheetOfItsOwnForAnotherSubject()
+    {
+        std::optional<QString> subject = u"one"_s;
+        QStringList made;
+        QList<QPointer<QDialog>> dialogs;
+        Window window(Column{
+            button(u"Below"_s, [] {}),
+            sheetFor<QString>(
+                &window, [&] { return subject; },
+                [&](const QString &about, QWidget *owner) {
+                    made << about;
+                    auto *const dialog = new Sheet(
+                        about, new Window(text(TextStyle::body, about)), [] {}, owner);
+                    dialogs << dialog;
+                    return dialog;
+                }),
+        });
+        window.open();
+        Window::settle();
+        window.refresh();
+        QCOMPARE(made, QStringList(u"one"_s));
+        subject = u"two"_s;
+        window.refresh();
+        Window::settle();
+        QCOMPARE(made, QStringList({u"one"_s, u"two"_s}));
+        QVERIFY(!dialogs.at(0) && dialogs.at(1)->isVisible());
+        subject.reset();
+        window.refresh();
+        Window::settle();
+        QVERIFY(!dialogs.at(1));
     }
 
     void leavesItToTheConditionToCloseTheSheet_data()

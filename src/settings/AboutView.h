@@ -1,0 +1,13 @@
+// What the program is, and what it does with what it learns.
+#pragma once
+
+#include "viewkit/View.h"
+
+class AboutView : public View
+{
+    Q_OBJECT
+
+public:
+    /// The callback closes it.
+    explicit AboutView(Action onClose);
+};

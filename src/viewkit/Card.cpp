@@ -1,0 +1,28 @@
+#include "viewkit/Card.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace
+{
+constexpr qreal cornerRadius = 10;
+constexpr float opacity = 0.12F;
+} // namespace
+
+Card::Card(QWidget *content)
+{
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(content);
+}
+
+void Card::paintEvent(QPaintEvent *)
+{
+    QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
+    accent.setAlphaF(opacity);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(accent);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}
