@@ -1,11 +1,8 @@
 // The list of entries as its user makes it: the real window, used from outside, and real keys.
 
-#include "support/Accessible.h"
-#include "support/Keyboard.h"
 #include "support/Mouse.h"
 #include "support/ProgramOnTheBus.h"
-#include "support/ProgramUnderTest.h"
-#include "support/RecordedApp.h"
+#include "support/SettingsDesk.h"
 #include "support/Windows.h"
 
 #include <QFile>
@@ -14,74 +11,28 @@
 #include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
+using namespace Role;
 using State = Accessible::State;
 
 namespace
 {
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
-const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
-const QList<int> controlAltK{KEY_LEFTCTRL, KEY_LEFTALT, KEY_K};
-const StoredKeys storedControlAltJ{38, 0x1800};
-const StoredKeys storedControlAltK{40, 0x1800};
-
-const QString button = u"push button"_s;
-const QString dialog = u"dialog"_s;
-const QString label = u"label"_s;
-const QString field = u"text"_s;
-
-/// The program with its settings window in front. What its entries open is recorded.
-struct Desk {
-    Desk()
-    {
-        program.isAccessible = true;
-        app.openByDefault(
-            {"inode/directory", "x-scheme-handler/https", "x-scheme-handler/shortcuts"},
-            program.dataHome(), program.configHome());
-    }
-
-    void open()
-    {
-        program.start();
-        askForSettings();
-        all = Accessible::program(program.processId());
-        QVERIFY(all.await(button, u"Add"_s).isThere());
-        QTRY_COMPARE(activeTitle(), u"Corvane"_s);
-    }
-
-    /// The sheet, once it is in front.
-    Accessible sheet(const QString &title) const
-    {
-        const Accessible found = all.await(dialog, title);
-        [&] { QTRY_VERIFY(found.is(State::active)); }();
-        return found;
-    }
+struct Desk : SettingsDesk {
     Accessible addEntry() const
     {
-        [&] { QVERIFY(all.find(button, u"Add"_s).press()); }();
+        press(u"Add"_s);
         return sheet(u"New shortcut"_s);
     }
     Accessible edit(const QString &name) const
     {
-        [&] { QVERIFY(row(name).find(button, u"Edit"_s).press()); }();
+        press(row(name), u"Edit"_s);
         return sheet(u"Edit shortcut"_s);
-    }
-    Accessible row(const QString &name) const { return all.await(u"list item"_s, name); }
-    bool hasRow(const QString &name) const
-    {
-        return all.find(u"list item"_s, name).is(State::showing);
-    }
-    bool hasSheet() const
-    {
-        const auto sheets = all.findAll(dialog);
-        return std::ranges::any_of(sheets,
-                                   [](const auto &sheet) { return sheet.is(State::showing); });
     }
 
     /// Records the keys in the sheet, whose button says this before and that afterwards.
     void record(const Accessible &sheet, const QString &before, const QList<int> &keys,
                 const QString &after)
     {
-        QVERIFY(sheet.find(button, before).press());
+        press(sheet, before);
         QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
         keyboard.type(keys);
         QVERIFY(sheet.await(button, after).isThere());
@@ -91,41 +42,11 @@ struct Desk {
     Accessible startRecording() const
     {
         Accessible sheet = addEntry();
-        [&] {
-            QVERIFY(sheet.find(button, u"Record Shortcut"_s).press());
-            QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
-        }();
+        press(sheet, u"Record Shortcut"_s);
+        [&] { QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere()); }();
         return sheet;
     }
-
-    void awaitHeld(int key) const { QTRY_VERIFY(keyboard.isGrabbed(key, controlAlt)); }
-    void awaitFree(int key) const { QTRY_VERIFY(!keyboard.isGrabbed(key, controlAlt)); }
-
-    void verifyThatKeysRunTheApp(const QList<int> &keys)
-    {
-        const qsizetype before = app.starts().size();
-        keyboard.type(keys);
-        QTRY_COMPARE(app.starts().size(), before + 1);
-    }
-
-    QByteArray list() const
-    {
-        QFile file(program.dataHome() + u"/Corvane/entries.json"_s);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    RecordedApp app{"%u"};
-    ProgramUnderTest program;
-    Keyboard keyboard;
-    Accessible all;
 };
-
-/// Awaits that the sheet's dialog has gone from the screen.
-void awaitClosed(const Desk &desk)
-{
-    QTRY_VERIFY(!desk.hasSheet());
-    QTRY_COMPARE(activeTitle(), u"Corvane"_s);
-}
 
 using Use = std::function<void(Desk &desk, const Accessible &sheet)>;
 } // namespace
@@ -168,7 +89,7 @@ private Q_SLOTS:
 
         QVERIFY(sheet.find(button, u"Add"_s).press());
         QVERIFY(desk.row(u"Mine"_s).find(label, u"⌃⌥J"_s).isThere());
-        awaitClosed(desk);
+        desk.awaitNoSheet();
         desk.awaitHeld(KEY_J);
         desk.verifyThatKeysRunTheApp(controlAltJ);
         const auto arguments = desk.app.starts().constLast()["arguments"];
@@ -178,7 +99,7 @@ private Q_SLOTS:
     void changesAnEntry()
     {
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         const Accessible sheet = desk.edit(u"App"_s);
         QVERIFY(sheet.find(field, u"Name"_s).setText(u"Other"_s));
@@ -207,14 +128,14 @@ private Q_SLOTS:
     {
         QFETCH(const Use, cancel);
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         const QByteArray before = desk.list();
         const Accessible sheet = desk.edit(u"App"_s);
         QVERIFY(sheet.find(field, u"Name"_s).setText(u"Other"_s));
         desk.record(sheet, u"⌃⌥K"_s, controlAltJ, u"⌃⌥J"_s);
         cancel(desk, sheet);
-        awaitClosed(desk);
+        desk.awaitNoSheet();
         QVERIFY(desk.hasRow(u"App"_s));
         QCOMPARE(desk.list(), before);
         desk.awaitFree(KEY_J);
@@ -225,7 +146,7 @@ private Q_SLOTS:
     void switchesAnEntryOffAndOn()
     {
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         const Accessible toggle = desk.row(u"App"_s).find(u"check box"_s, u"Enabled"_s);
         QVERIFY(toggle.is(State::checked));
@@ -240,7 +161,7 @@ private Q_SLOTS:
     void deletesAnEntry()
     {
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         QVERIFY(desk.row(u"App"_s).find(button, u"Delete"_s).press());
         desk.awaitFree(KEY_K);
@@ -252,8 +173,8 @@ private Q_SLOTS:
     void deletesOneEntryByADoubleClick()
     {
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        const QString second = desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
+        desk.addApp(storedControlAltK);
+        const QString second = desk.addApp(storedControlAltJ);
         desk.open();
         const QPoint place = desk.row(u"App"_s).find(button, u"Delete"_s).geometry().center();
         Mouse mouse;
@@ -288,7 +209,7 @@ private Q_SLOTS:
         QVERIFY(sheet.await(button, u"⌃⌥J"_s).isThere());
         desk.keyboard.type({KEY_ENTER});
         QVERIFY(desk.row(u"n"_s).isThere());
-        awaitClosed(desk);
+        desk.awaitNoSheet();
         desk.verifyThatKeysRunTheApp(controlAltJ);
     }
 
@@ -308,7 +229,7 @@ private Q_SLOTS:
         QFETCH(const QList<int>, keys);
         QFETCH(const QString, text);
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.keyboard.grab(KEY_P, controlAlt);
         desk.open();
         desk.awaitHeld(KEY_K);
@@ -349,7 +270,7 @@ private Q_SLOTS:
     {
         QFETCH(const Use, end);
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         const Accessible sheet = desk.startRecording();
         end(desk, sheet);
@@ -364,12 +285,12 @@ private Q_SLOTS:
         QTest::addColumn<Use>("leave");
         QTest::newRow("because the sheet is closed") << Use([](Desk &desk, const Accessible &) {
             closeWindow(*windowOnScreen(u"New shortcut"_s));
-            awaitClosed(desk);
+            desk.awaitNoSheet();
         });
         QTest::newRow("because the sheet is cancelled")
             << Use([](Desk &desk, const Accessible &sheet) {
                    QVERIFY(sheet.find(button, u"Cancel"_s).press());
-                   awaitClosed(desk);
+                   desk.awaitNoSheet();
                });
         QTest::newRow("because the window is minimized") << Use([](Desk &, const Accessible &) {
             minimizeWindow(*windowOnScreen(u"Corvane"_s));
@@ -380,7 +301,7 @@ private Q_SLOTS:
     {
         QFETCH(const Use, leave);
         Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.addApp(storedControlAltK);
         desk.open();
         const Accessible sheet = desk.startRecording();
         leave(desk, sheet);

@@ -25,14 +25,8 @@ const QString actionInterface = u"org.a11y.atspi.Action"_s;
 /// The bus that accessible programs are on. The first to ask for it starts it.
 const QDBusConnection &accessibilityBus()
 {
-    static const QDBusConnection bus = [] {
-        const QDBusReply<QString> address =
-            QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
-                u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s));
-        if (!address.isValid())
-            qFatal("there is no accessibility bus: %s", qPrintable(address.error().message()));
-        return QDBusConnection::connectToBus(address, u"accessibility"_s);
-    }();
+    static const QDBusConnection bus =
+        QDBusConnection::connectToBus(Accessible::busAddress(), u"accessibility"_s);
     return bus;
 }
 
@@ -85,6 +79,16 @@ Accessible Accessible::program(pid_t process)
     if (!QTest::qWaitFor(hasJoined, 10000))
         qWarning("process %d does not join the accessibility bus", process);
     return found.value(0);
+}
+
+QString Accessible::busAddress()
+{
+    const QDBusReply<QString> address =
+        QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s));
+    if (!address.isValid())
+        qFatal("there is no accessibility bus: %s", qPrintable(address.error().message()));
+    return address;
 }
 
 QDBusPendingCall Accessible::ask(const QString &interface, const QString &method,

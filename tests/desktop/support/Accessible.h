@@ -44,6 +44,9 @@ public:
     /// bus.
     static Accessible program(pid_t process);
 
+    /// Of the accessibility bus, for programs that would not find it.
+    static QString busAddress();
+
     bool isThere() const;
 
     /// "push button", "text", "check box", "dialog" and so on.
