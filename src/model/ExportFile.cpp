@@ -1,5 +1,7 @@
 #include "model/ExportFile.h"
 
+#include "model/LaunchEntry.h"
+
 using namespace Qt::StringLiterals;
 
 Json ExportItem::toJson() const
@@ -19,25 +21,17 @@ Json ExportItem::toJson() const
 
 Result<ExportItem> ExportItem::fromJson(const Json &json)
 {
-    const auto name = JsonCoding::textMember(json, "name");
-    if (!name)
-        return name.error();
-    const auto kind = actionKindMember(json, "kind");
-    if (!kind)
-        return kind.error();
-    const auto target = JsonCoding::textMember(json, "target");
-    if (!target)
-        return target.error();
-    const auto isEnabled = JsonCoding::booleanMember(json, "isEnabled");
-    if (!isEnabled)
-        return isEnabled.error();
+    const auto entry = LaunchEntry::fromJson(json, QUuid());
+    if (!entry)
+        return entry.error();
     const auto keyCode = JsonCoding::optionalUnsignedMember(json, "keyCode");
     if (!keyCode)
         return keyCode.error();
     const auto modifiers = JsonCoding::optionalUnsignedMember(json, "modifiers");
     if (!modifiers)
         return modifiers.error();
-    return ExportItem{*name, *kind, *target, *isEnabled, *keyCode, *modifiers};
+    return ExportItem{entry->name,      entry->kind, entry->target,
+                      entry->isEnabled, *keyCode,    *modifiers};
 }
 
 QByteArray ExportFile::encoded() const

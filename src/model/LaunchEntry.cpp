@@ -57,6 +57,11 @@ Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
     const auto id = uuidFromText(*idText);
     if (!id)
         return Error{u"%1 is not an entry's id."_s.arg(quoted(shortened(*idText)))};
+    return fromJson(json, *id);
+}
+
+Result<LaunchEntry> LaunchEntry::fromJson(const Json &json, const QUuid &id)
+{
     const auto name = JsonCoding::textMember(json, "name");
     if (!name)
         return name.error();
@@ -69,7 +74,7 @@ Result<LaunchEntry> LaunchEntry::fromJson(const Json &json)
     const auto isEnabled = JsonCoding::booleanMember(json, "isEnabled");
     if (!isEnabled)
         return isEnabled.error();
-    return LaunchEntry{*id, *name, *kind, *target, *isEnabled};
+    return LaunchEntry{id, *name, *kind, *target, *isEnabled};
 }
 
 Result<QList<LaunchEntry>> LaunchEntry::listFromJson(const Json &json)

@@ -33,6 +33,9 @@ struct LaunchEntry {
     /// Every member is required and must have its type; unknown members are ignored.
     static Result<LaunchEntry> fromJson(const Json &json);
 
+    /// The same without the member for the id, which is given.
+    static Result<LaunchEntry> fromJson(const Json &json, const QUuid &id);
+
     /// An array of entries; one bad record makes the whole list an error.
     static Result<QList<LaunchEntry>> listFromJson(const Json &json);
 };
