@@ -1,9 +1,11 @@
 #include "symbols/SystemSymbol.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QImageReader>
 #include <QPainter>
+#include <QPalette>
 #include <algorithm>
 #include <utility>
 
@@ -77,7 +79,7 @@ public:
         const int side = std::min(size.width(), size.height());
         const QPoint corner((size.width() - side) / 2, (size.height() - side) / 2);
         for (const auto &layer : m_layers)
-            painter.drawImage(corner, drawing(layer.symbol, layer.color, side));
+            painter.drawImage(corner, drawing(layer.symbol, color(layer, mode), side));
         // All at once, or the lower layers would shine through the upper ones.
         painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
         painter.fillRect(image.rect(), QColor::fromRgbF(0, 0, 0, opacity(mode)));
@@ -92,6 +94,13 @@ public:
     }
 
 private:
+    /// In a selected row, that of its text.
+    static QColor color(const Layer &layer, QIcon::Mode mode)
+    {
+        return mode == QIcon::Selected ? QGuiApplication::palette().color(QPalette::HighlightedText)
+                                       : layer.color;
+    }
+
     float opacity(QIcon::Mode mode) const
     {
         return float(mode == QIcon::Disabled ? m_opacity * disabledOpacity : m_opacity);

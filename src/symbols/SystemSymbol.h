@@ -4,7 +4,8 @@
 #include <QColor>
 #include <QIcon>
 
-/// The drawing of this name in this colour, drawn anew for each size and paler where disabled.
+/// The drawing of this name in this colour, drawn anew for each size; paler where disabled, and in
+/// the colour of selected texts where selected.
 /// A null icon, with a warning, if there is no such drawing or Qt lacks its SVG plugin.
 QIcon systemSymbol(const QString &name, const QColor &color);
 

@@ -33,6 +33,8 @@ Sheet *alert(const AlertContent &content, QWidget *owner)
     });
     auto *const sheet = new Sheet(content.title, view, content.cancel, owner);
     setAccessibleRole(*sheet, QAccessible::AlertMessage);
+    // What screen readers say when it opens, besides its title.
+    sheet->setAccessibleDescription(content.message);
     focusDefaultButton(*view);
     return sheet;
 }

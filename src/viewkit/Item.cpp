@@ -3,6 +3,8 @@
 #include "symbols/SystemSymbol.h"
 #include "viewkit/AccessibleRole.h"
 #include "viewkit/Card.h"
+#include "viewkit/FocusRing.h"
+#include "viewkit/Layouts.h"
 #include "viewkit/ShortenedLabel.h"
 #include "viewkit/Switch.h"
 #include "viewkit/SymbolView.h"
@@ -25,6 +27,9 @@
 
 namespace
 {
+/// Some styles leave a long label no room.
+constexpr int roomBesideLabel = 12;
+
 Item box(QBoxLayout::Direction direction, std::initializer_list<Item> items)
 {
     auto *const widget = new QWidget;
@@ -53,16 +58,26 @@ Item labelled(TextStyle style, QLabel *label, TextSource source)
     return styled(style, {.widget = label, .rules = {rule}});
 }
 
+Ground groundOf(QPalette::ColorRole role)
+{
+    return role == QPalette::ButtonText ? Ground::button : Ground::window;
+}
+
 /// Keeps what the widget shows in that role in the colour of the ink.
 Rule coloured(QWidget *widget, QPalette::ColorRole role, Ink ink)
 {
-    return [widget, role, ink] {
-        QPalette palette = widget->palette();
-        const QColor wanted = color(ink, palette);
-        if (palette.color(role) == wanted)
+    // Legible colours take some reckoning, so only for a new palette.
+    const auto known = std::make_shared<qint64>(0);
+    return [widget, role, ink, known] {
+        if (widget->palette().cacheKey() == *known)
             return;
-        palette.setColor(role, wanted);
+        QPalette palette = widget->palette();
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            const auto shown = group == QPalette::Disabled ? QPalette::Active : group;
+            palette.setColor(group, role, color(ink, palette, groundOf(role), shown));
+        }
         widget->setPalette(palette);
+        *known = widget->palette().cacheKey();
     };
 }
 
@@ -81,6 +96,19 @@ QLabel *paragraphLabel()
 /// Deaf to the repeats of a key that is still held from a dialog before.
 class Button : public QPushButton
 {
+public:
+    QSize sizeHint() const override
+    {
+        QSize size = QPushButton::sizeHint();
+        const int label = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
+        if (!text().isEmpty())
+            size = size.expandedTo({label + 2 * roomBesideLabel, 0});
+        // In line with those beside it.
+        if (!icon().isNull())
+            size.setHeight(buttonHeight());
+        return size;
+    }
+
 protected:
     void keyPressEvent(QKeyEvent *event) override
     {
@@ -176,9 +204,9 @@ Item spacing(int size)
 Item divider()
 {
     auto *const line = new QFrame;
-    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    line->setFrameStyle(QFrame::HLine | QFrame::Plain);
     setAccessibleRole(*line, QAccessible::Separator);
-    return {.widget = line};
+    return {.widget = line, .rules = {coloured(line, QPalette::WindowText, Ink::line)}};
 }
 
 Item text(TextStyle style, const QString &text)
@@ -286,6 +314,8 @@ Item defaultButton(const QString &label, Action action)
 {
     auto *const button = pushButton<DecisiveButton>(label, std::move(action));
     button->setDefault(true);
+    // Within the outline that it has in any case.
+    new FocusRing(button, 3);
     return {.widget = button};
 }
 
@@ -322,6 +352,7 @@ Item scrolledText(const QString &name, TextStyle style, int height, const QStrin
     area->setReadOnly(true);
     area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     area->setFixedHeight(height);
+    new FocusRing(area, 1);
     return styled(style, {.widget = area});
 }
 
@@ -379,6 +410,22 @@ Item styled(TextStyle style, Item item)
     item.rules.append([widget = item.widget, style] {
         if (const QFont wanted = font(style); widget->font() != wanted)
             widget->setFont(wanted);
+    });
+    return item;
+}
+
+Item announced(Item item)
+{
+    auto *const label = qobject_cast<QLabel *>(item.widget);
+    Q_ASSERT(label);
+    // Screen readers say what appears in that role, and look for texts in that of the label.
+    auto *const notice = new QWidget(label);
+    setAccessibleRole(*notice, QAccessible::Notification);
+    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+    notice->resize(1, 1);
+    item.rules.append([label, notice] {
+        if (notice->accessibleName() != label->text())
+            notice->setAccessibleName(label->text());
     });
     return item;
 }

@@ -113,6 +113,8 @@ Item part(QWidget *widget, Rule rule = {});
 Item inked(Ink ink, Item item);
 /// With its text in that style.
 Item styled(TextStyle style, Item item);
+/// A text that screen readers say when it appears.
+Item announced(Item item);
 /// On a rounded rectangle in a pale accent colour.
 Item card(Item item);
 Item shownWhen(Predicate isShown, Item item);

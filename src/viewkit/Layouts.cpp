@@ -1,7 +1,12 @@
 #include "viewkit/Layouts.h"
 
+#include <QApplication>
 #include <QLayout>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <QWidget>
+
+using namespace Qt::StringLiterals;
 
 void settleLayouts(QWidget &widget)
 {
@@ -17,4 +22,13 @@ int settledHeight(QWidget &widget, int width)
 {
     settleLayouts(widget);
     return widget.hasHeightForWidth() ? widget.heightForWidth(width) : widget.sizeHint().height();
+}
+
+int buttonHeight()
+{
+    QStyleOptionButton option;
+    option.fontMetrics = QFontMetrics(QApplication::font("QPushButton"));
+    option.text = u"A"_s;
+    const QSize text = option.fontMetrics.size(Qt::TextShowMnemonic, option.text);
+    return QApplication::style()->sizeFromContents(QStyle::CT_PushButton, &option, text).height();
 }

@@ -9,3 +9,6 @@ void settleLayouts(QWidget &widget);
 
 /// The height that the widget wants at that width, with all that it shows now.
 int settledHeight(QWidget &widget, int width);
+
+/// Of one with a text, in the desktop's style and font.
+int buttonHeight();

@@ -3,8 +3,7 @@
 
 #include <QColor>
 #include <QFont>
-
-class QPalette;
+#include <QPalette>
 
 enum class TextStyle {
     body,
@@ -22,9 +21,26 @@ QFont font(TextStyle style);
 
 enum class Ink {
     secondary,
+    disabled,
+    /// Of lines that divide.
+    line,
+    /// Of frames that tell where a control is.
+    frame,
     warning,
     error,
 };
 
-/// The colour of texts and symbols on the palette's backgrounds, light or dark; legible on both.
-QColor color(Ink ink, const QPalette &palette);
+/// Whether texts are lighter than what they stand on.
+bool isDark(const QPalette &palette);
+
+bool isLegible(const QColor &text, const QColor &back);
+
+/// What is written on.
+enum class Ground {
+    window,
+    button,
+};
+
+/// Light or dark, so that texts and symbols are legible on that ground of the palette.
+QColor color(Ink ink, const QPalette &palette, Ground ground = Ground::window,
+             QPalette::ColorGroup group = QPalette::Active);

@@ -68,6 +68,7 @@ private Q_SLOTS:
         QCOMPARE(buttons(sheet), QStringList({u"Show Details"_s, u"OK"_s}));
         QCOMPARE(sheet.windowModality(), Qt::WindowModal);
         QCOMPARE(roleOf(&sheet), QAccessible::AlertMessage);
+        QCOMPARE(sheet.accessibleDescription(), u"The disk is full."_s);
         QCOMPARE(sheet.parentWidget(), &*window.view);
         QCOMPARE(seenText(sheet, wrong)->font(), font(TextStyle::headline));
     }
@@ -278,7 +279,7 @@ private Q_SLOTS:
                               "combination."_s}));
         QCOMPARE(buttons(sheet), QStringList({u"Reset all shortcuts"_s, u"Cancel"_s}));
         QCOMPARE(seenButton(sheet, u"Reset all shortcuts"_s)->palette().color(QPalette::ButtonText),
-                 color(Ink::error, sheet.palette()));
+                 color(Ink::error, sheet.palette(), Ground::button));
     }
 
     void removesAllKeysAndNoEntry()

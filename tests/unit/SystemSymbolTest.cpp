@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QImageReader>
 #include <QPainter>
+#include <QPalette>
 #include <QRegularExpression>
 #include <QTest>
 #include <algorithm>
@@ -311,6 +312,15 @@ private Q_SLOTS:
         const QImage wide = symbol.pixmap({40, 16}, 1).toImage();
         QCOMPARE(wide.copy(12, 0, 16, 16).convertToFormat(QImage::Format_ARGB32),
                  imageOf(symbol, 16));
+    }
+
+    void hasTheColourOfSelectedTextsWhereItIsSelected()
+    {
+        const QColor selected = QGuiApplication::palette().color(QPalette::HighlightedText);
+        QVERIFY(selected != tint);
+        const QImage shown =
+            systemSymbol(command, tint).pixmap({16, 16}, 1, QIcon::Selected).toImage();
+        QCOMPARE(shown, systemSymbol(command, selected).pixmap({16, 16}, 1).toImage());
     }
 
     void isNullWithOneWarningIfThereIsNoSuchDrawing()

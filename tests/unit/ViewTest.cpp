@@ -1,5 +1,7 @@
 #include "viewkit/View.h"
+#include "support/Contrast.h"
 #include "support/Seen.h"
+#include "viewkit/DarkPalette.h"
 #include "viewkit/Sheet.h"
 #include "viewkit/SymbolView.h"
 
@@ -103,7 +105,7 @@ QPalette palette(const QColor &window, const QColor &base, const QColor &text)
 
 const QPalette light =
     std::unique_ptr<QStyle>(QStyleFactory::create(u"Fusion"_s))->standardPalette();
-const QPalette dark = palette(QColor(0x35, 0x35, 0x35), QColor(0x23, 0x23, 0x23), Qt::white);
+const QPalette dark = darkPalette();
 const QPalette bluishDark =
     palette(QColor(0x2a, 0x2e, 0x32), QColor(0x1b, 0x1e, 0x20), QColor(0xfc, 0xfc, 0xfc));
 
@@ -118,24 +120,6 @@ auto withFont(const QFont &wanted)
     const QFont before = QApplication::font();
     QApplication::setFont(wanted);
     return qScopeGuard([before] { QApplication::setFont(before); });
-}
-
-/// The relative luminance of WCAG 2.
-double luminance(const QColor &color)
-{
-    const auto linear = [](float share) {
-        return share <= 0.04045F ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
-        + 0.0722 * linear(color.blueF());
-}
-
-/// The contrast ratio of WCAG 2.
-double contrast(const QColor &one, const QColor &other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
 bool showsColor(QWidget &part, const QColor &color)
@@ -342,6 +326,7 @@ private Q_SLOTS:
             picker(u"Kind"_s, {u"A"_s, u"B"_s}, boundTo(chosen, changes)),
             card(Column{padding(5), text(TextStyle::headline, words)}),
             styled(TextStyle::caption, button(u"Small"_s, [] {})),
+            announced(text(TextStyle::body, words)),
             scrolledText(u"Details"_s, TextStyle::captionMonospaced, 50, u"words"_s),
             shownWhen(yes, text(TextStyle::body, words)),
             shownWhen(no, text(TextStyle::body, words)),
@@ -544,6 +529,24 @@ private Q_SLOTS:
         QCOMPARE(seenButton(window, u"Delete"_s)->toolTip(), u"Delete"_s);
     }
 
+    void isATextAndANotificationForScreenReadersWhereItIsAnnounced()
+    {
+        QString words = u"before"_s;
+        Window window(announced(text(TextStyle::body, from(words))));
+        window.open();
+        const auto notifications = [&window] {
+            QStringList names;
+            for (QWidget *const one : seenAll(window, QAccessible::Notification))
+                names << nameOf(one);
+            return names;
+        };
+        QCOMPARE(notifications(), QStringList(u"before"_s));
+        words = u"after"_s;
+        window.refresh();
+        QCOMPARE(notifications(), QStringList(u"after"_s));
+        QVERIFY(seenText(window, words));
+    }
+
     void takesTheColoursOfADarkDesktop()
     {
         Window window(Column{
@@ -596,6 +599,21 @@ private Q_SLOTS:
         }
         Window::settle();
         QCOMPARE(shows(light), QString());
+    }
+
+    void isAsPaleAsItsWindowWhileThatIsInactive()
+    {
+        QPalette palette = light;
+        palette.setColor(QPalette::Inactive, QPalette::Text, Qt::darkGray);
+        const auto restored = withPalette(palette);
+        Window window(inked(Ink::secondary, text(TextStyle::body, u"pale"_s)));
+        const QWidget *const label = window.findChild<QLabel *>();
+        const auto shown = [&](QPalette::ColorGroup group) {
+            return label->palette().color(group, QPalette::WindowText);
+        };
+        QCOMPARE(shown(QPalette::Inactive),
+                 color(Ink::secondary, palette, Ground::window, QPalette::Inactive));
+        QVERIFY(shown(QPalette::Inactive) != shown(QPalette::Active));
     }
 
     void writesInLegibleColours_data()

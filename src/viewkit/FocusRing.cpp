@@ -1,0 +1,45 @@
+#include "viewkit/FocusRing.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace
+{
+constexpr qreal lineWidth = 1.5;
+constexpr qreal cornerRadius = 2;
+} // namespace
+
+FocusRing::FocusRing(QWidget *control, int inset)
+    : QWidget(control)
+    , m_inset(inset)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setVisible(control->hasFocus());
+    control->installEventFilter(this);
+}
+
+bool FocusRing::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        setVisible(event->type() == QEvent::FocusIn);
+        raise();
+        break;
+    case QEvent::Resize:
+        resize(parentWidget()->size());
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void FocusRing::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), lineWidth));
+    const QRectF ring = QRectF(rect()).adjusted(m_inset, m_inset, -m_inset, -m_inset);
+    painter.drawRoundedRect(ring, cornerRadius, cornerRadius);
+}

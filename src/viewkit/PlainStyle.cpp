@@ -1,0 +1,101 @@
+#include "viewkit/PlainStyle.h"
+
+#include "viewkit/DarkPalette.h"
+#include "viewkit/TextStyle.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The frames of Fusion's buttons and fields.
+constexpr qreal cornerRadius = 2;
+
+/// Whether Fusion gives it a frame in the accent colour.
+bool isMarked(QStyle::PrimitiveElement element, const QStyleOption &option)
+{
+    const bool hasFocus = option.state & QStyle::State_HasFocus;
+    if (element == QStyle::PE_FrameLineEdit)
+        return hasFocus;
+    const auto *const button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+    return button
+        && (button->features & QStyleOptionButton::DefaultButton
+            || (hasFocus && option.state & QStyle::State_KeyboardFocusChange));
+}
+
+/// How round the frame of such an element is; nothing if it has none to be seen.
+std::optional<qreal> radiusOfFrame(QStyle::PrimitiveElement element)
+{
+    switch (element) {
+    case QStyle::PE_PanelButtonCommand:
+    case QStyle::PE_FrameLineEdit:
+        return cornerRadius;
+    case QStyle::PE_Frame:
+    case QStyle::PE_PanelMenu:
+    case QStyle::PE_IndicatorCheckBox:
+        return 0;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Pale, but legible.
+void disable(QPalette &palette, QPalette::ColorRole role, Ground ground)
+{
+    palette.setColor(QPalette::Disabled, role, color(Ink::disabled, palette, ground));
+}
+
+QColor darkened(QColor back, const QColor &text)
+{
+    for (int step = 0; step < 20 && !isLegible(text, back); ++step)
+        back = back.darker(105);
+    return back;
+}
+
+/// On dark grounds the accent colour, which also marks the focus, has to stay light.
+void makeSelectionLegible(QPalette &palette, QPalette::ColorGroup group)
+{
+    const QColor text = palette.color(group, QPalette::HighlightedText);
+    const QColor back = palette.color(group, QPalette::Highlight);
+    if (isLegible(text, back))
+        return;
+    if (isDark(palette))
+        palette.setColor(group, QPalette::HighlightedText, palette.color(group, QPalette::Base));
+    else
+        palette.setColor(group, QPalette::Highlight, darkened(back, text));
+}
+} // namespace
+
+PlainStyle::PlainStyle()
+    : QProxyStyle(u"fusion"_s)
+{
+}
+
+void PlainStyle::polish(QPalette &palette)
+{
+    // What Qt takes where the desktop has none.
+    if (m_isDark && palette == standardPalette())
+        palette = darkPalette();
+    disable(palette, QPalette::WindowText, Ground::window);
+    disable(palette, QPalette::Text, Ground::window);
+    disable(palette, QPalette::ButtonText, Ground::button);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        makeSelectionLegible(palette, group);
+}
+
+void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                               QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const auto radius = radiusOfFrame(element);
+    if (!radius || !isDark(option->palette) || isMarked(element, *option))
+        return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(color(Ink::frame, option->palette));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), *radius, *radius);
+    painter->restore();
+}
