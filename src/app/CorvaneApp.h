@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/PlainLook.h"
 
 #include <QApplication>
 
@@ -11,4 +12,7 @@ public:
     CorvaneApp(int &argc, char **argv, const Platform &platform, ShortcutStore &store);
 
     AppDelegate appDelegate;
+
+private:
+    PlainLook m_plainLook;
 };

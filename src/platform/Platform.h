@@ -4,6 +4,7 @@
 #include <QString>
 
 class AlertSound;
+class Appearance;
 class EventMonitor;
 class HotkeyService;
 class InstalledApplications;
@@ -29,6 +30,7 @@ struct Platform {
     InstalledApplications &installedApplications;
     LoginItem &loginItem;
     SystemSettings &systemSettings;
+    Appearance &appearance;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.

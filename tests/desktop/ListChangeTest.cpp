@@ -127,6 +127,7 @@ struct Desk {
         .installedApplications = fakes.installedApplications,
         .loginItem = fakes.loginItem,
         .systemSettings = fakes.systemSettings,
+        .appearance = fakes.appearance,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fakes/FakeAlertSound.h"
+#include "fakes/FakeAppearance.h"
 #include "fakes/FakeEventMonitor.h"
 #include "fakes/FakeHotkeyService.h"
 #include "fakes/FakeInstalledApplications.h"
@@ -36,6 +37,7 @@ public:
     FakeInstalledApplications installedApplications;
     FakeLoginItem loginItem;
     FakeSystemSettings systemSettings;
+    FakeAppearance appearance;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -50,6 +52,7 @@ public:
         .installedApplications = installedApplications,
         .loginItem = loginItem,
         .systemSettings = systemSettings,
+        .appearance = appearance,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

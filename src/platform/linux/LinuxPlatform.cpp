@@ -65,6 +65,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .installedApplications = m_installedApplications,
           .loginItem = m_loginItem,
           .systemSettings = m_systemSettings,
+          .appearance = m_appearance,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,
@@ -90,4 +91,5 @@ void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
+    m_appearance.start();
 }

@@ -12,6 +12,7 @@
 #include "platform/linux/LinuxEventMonitor.h"
 #include "platform/linux/LinuxSystemSettings.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/PortalAppearance.h"
 #include "platform/linux/launch/GioApplications.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -61,5 +62,6 @@ private:
     GioApplications m_installedApplications;
     AutostartLoginItem m_loginItem;
     LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
+    PortalAppearance m_appearance;
     Platform m_services;
 };

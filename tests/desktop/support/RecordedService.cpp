@@ -42,6 +42,14 @@ QStringList RecordedService::calls(const QString &method) const
     return found;
 }
 
+void RecordedService::emitSignal(const QString &path, const QString &interface, const QString &name,
+                                 const QVariantList &values) const
+{
+    auto signal = QDBusMessage::createSignal(path, interface, name);
+    signal.setArguments(values);
+    QDBusConnection(m_connectionName).send(signal);
+}
+
 void RecordedService::die()
 {
     QDBusConnection::disconnectFromBus(m_connectionName);

@@ -25,6 +25,9 @@ public:
     /// The calls of a method, each as one text: object path and arguments.
     QStringList calls(const QString &method) const;
 
+    void emitSignal(const QString &path, const QString &interface, const QString &name,
+                    const QVariantList &values) const;
+
     /// Leaves the bus at once.
     void die();
 

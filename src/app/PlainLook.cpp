@@ -1,0 +1,27 @@
+#include "app/PlainLook.h"
+
+#include "platform/Appearance.h"
+#include "viewkit/PlainStyle.h"
+
+#include <QApplication>
+#include <QStyle>
+
+PlainLook::PlainLook(Appearance &appearance)
+    : m_appearance(appearance)
+    , m_observer(appearance.addObserver([this] { update(); }))
+{
+    if (QApplication::style()->name() == u"fusion") {
+        m_style = new PlainStyle;
+        QApplication::setStyle(m_style);
+    }
+    update();
+}
+
+void PlainLook::update()
+{
+    if (!m_style)
+        return;
+    m_style->setDark(m_appearance.prefersDark());
+    // That of the desktop, or else of the style.
+    QApplication::setPalette(QPalette());
+}

@@ -1,0 +1,26 @@
+// How the program looks on desktops that have no look of their own for Qt programs; dark where the
+// desktop wants that.
+#pragma once
+
+#include "platform/Registration.h"
+
+#include <QPointer>
+
+class Appearance;
+class PlainStyle;
+
+class PlainLook
+{
+public:
+    /// Needs a QApplication. The service must outlive it.
+    explicit PlainLook(Appearance &appearance);
+    Q_DISABLE_COPY_MOVE(PlainLook)
+
+private:
+    void update();
+
+    const Appearance &m_appearance;
+    /// The application's own. Null where the desktop has a style.
+    QPointer<PlainStyle> m_style;
+    Registration m_observer;
+};

@@ -1,0 +1,71 @@
+#include "platform/linux/PortalAppearance.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString interface = u"org.freedesktop.portal.Settings"_s;
+const QString group = u"org.freedesktop.appearance"_s;
+const QString key = u"color-scheme"_s;
+
+bool meansDark(const QVariant &value)
+{
+    return value.metaType() == QMetaType::fromType<uint>() && value.toUInt() == 1;
+}
+} // namespace
+
+void PortalAppearance::start()
+{
+    auto bus = QDBusConnection::sessionBus();
+    auto *const owner =
+        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &newOwner) {
+                if (!newOwner.isEmpty())
+                    read();
+            });
+    // Only of this setting, so that no other one wakes us.
+    bus.connect(service, path, interface, u"SettingChanged"_s, {group, key}, QString(), this,
+                SLOT(settingChanged(QDBusMessage)));
+    read();
+}
+
+void PortalAppearance::read()
+{
+    // ReadOne is not there in portals before 1.17.
+    auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
+    // A desktop that uses portals has one already, or will.
+    message.setAutoStartService(false);
+    message << group << key;
+    m_answer =
+        std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(message));
+    connect(m_answer.get(), &QDBusPendingCallWatcher::finished, this, [this] {
+        const QDBusPendingReply<QDBusVariant> answer = *m_answer;
+        take(answer.isValid() ? answer.value().variant() : QVariant());
+    });
+}
+
+void PortalAppearance::settingChanged(const QDBusMessage &change)
+{
+    // It was asked for before the change.
+    m_answer.reset();
+    take(change.arguments().value(2));
+}
+
+void PortalAppearance::take(QVariant value)
+{
+    // Read wraps it twice, SettingChanged once.
+    if (value.metaType() == QMetaType::fromType<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    const bool prefersDark = meansDark(value);
+    if (std::exchange(m_prefersDark, prefersDark) != prefersDark)
+        m_observers.tell();
+}
