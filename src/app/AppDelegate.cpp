@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWidget>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -22,13 +23,16 @@ namespace
 {
 constexpr QSize comfortableSize(620, 560);
 
-void centre(QWidget &window)
+/// In the middle of the screen that the user looks at, and no larger than that if it can be.
+void place(QWidget &window)
 {
     const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
-    const QRect place = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    window.resize(comfortableSize.boundedTo(room.size()).expandedTo(window.minimumSizeHint()));
     QRect frame(QPoint(), window.size());
-    frame.moveCenter(place.center());
-    window.move(frame.topLeft());
+    frame.moveCenter(room.center());
+    // Its title bar must be in sight, in any case.
+    window.move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
 }
 
 std::unique_ptr<QWidget> makeSettingsWindow(ShortcutStore &store)
@@ -39,8 +43,7 @@ std::unique_ptr<QWidget> makeSettingsWindow(ShortcutStore &store)
     auto *const layout = new QVBoxLayout(window.get());
     layout->setContentsMargins({});
     layout->addWidget(new SettingsView(store));
-    window->resize(comfortableSize);
-    centre(*window);
+    place(*window);
     return window;
 }
 } // namespace
