@@ -45,8 +45,9 @@ Recorder::Recorder(ShortcutStore &store, const Name &name,
         shownWhen([this] { return m_current.has_value(); },
                   button(u"Clear"_s, [this] { clear(); })),
         shownWhen([this] { return m_hint.has_value(); },
-                  inked(Ink::secondary,
-                        text(TextStyle::caption, [this] { return m_hint.value_or(QString()); }))),
+                  announced(inked(
+                      Ink::secondary,
+                      text(TextStyle::caption, [this] { return m_hint.value_or(QString()); })))),
         Spacer{},
     });
 }
@@ -91,8 +92,11 @@ void Recorder::handle(const KeyEvent &event)
     }
     const quint32 modifiers = modifierFlagsToCarbon(event.modifierFlags);
     if (!(modifiers & (commandKey | optionKey | controlKey))) {
+        // Away first, or screen readers would say it of the first such keys only.
+        m_hint.reset();
+        refresh();
         m_hint = u"Include ⌘, ⌥ or ⌃"_s;
-        invalidate();
+        refresh();
         return;
     }
     stop();

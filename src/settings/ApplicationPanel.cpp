@@ -2,14 +2,17 @@
 
 #include "settings/ApplicationList.h"
 #include "settings/FilePanel.h"
+#include "viewkit/FocusRing.h"
 #include "viewkit/View.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QStyledItemDelegate>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
@@ -67,8 +70,9 @@ ApplicationPanel::ApplicationPanel(InstalledApplications &applications,
         spacing(12),
         searchField(),
         stretched(list()),
-        shownWhen([this] { return m_isRejected; },
-                  inked(Ink::error, text(TextStyle::callout, u"That file is not an app."_s))),
+        shownWhen(
+            [this] { return m_isRejected; },
+            announced(inked(Ink::error, text(TextStyle::callout, u"That file is not an app."_s)))),
         Row{
             spacing(8),
             button(u"Browse…"_s, [this] { browse(); }),
@@ -91,6 +95,7 @@ Item ApplicationPanel::searchField()
                               .set = [this](const QString &text) { search(text); },
                           });
     qobject_cast<QLineEdit *>(item.widget)->setClearButtonEnabled(true);
+    item.widget->findChild<QToolButton *>()->setAccessibleName(u"Clear"_s);
     item.widget->installEventFilter(this);
     return item;
 }
@@ -105,17 +110,23 @@ Item ApplicationPanel::list()
     m_list->setUniformItemSizes(true);
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    new FocusRing(m_list, 1);
     connect(m_list, &QListView::activated, this, &ApplicationPanel::chooseSelected);
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ApplicationPanel::selectionChanged);
 
     const Item emptyText =
         shownWhen([this] { return m_model->rowCount() == 0; },
-                  inked(Ink::secondary, text(TextStyle::body, u"No apps found"_s)));
-    auto *const middle = new QVBoxLayout(m_list->viewport());
-    middle->addWidget(emptyText.widget, 0, Qt::AlignCenter);
+                  announced(inked(Ink::secondary, text(TextStyle::body, u"No apps found"_s))));
+    emptyText.widget->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // Over the list and not in it, where screen readers find its rows only.
+    auto *const both = new QWidget;
+    auto *const layout = new QGridLayout(both);
+    layout->setContentsMargins({});
+    layout->addWidget(m_list, 0, 0);
+    layout->addWidget(emptyText.widget, 0, 0, Qt::AlignCenter);
 
-    Item item = part(m_list, [this] { m_model->setSymbolColor(color(Ink::secondary, palette())); });
+    Item item = part(both, [this] { m_model->setSymbolColor(color(Ink::secondary, palette())); });
     item.rules += emptyText.rules;
     return item;
 }
@@ -178,8 +189,11 @@ void ApplicationPanel::browsed(const QString &path)
         choose(path);
         return;
     }
-    m_isRejected = true;
-    m_body->refresh();
+    // Away first, or screen readers would say it of the first such file only.
+    for (const bool isShown : {false, true}) {
+        m_isRejected = isShown;
+        m_body->refresh();
+    }
 }
 
 bool ApplicationPanel::isApplication(const QString &path) const

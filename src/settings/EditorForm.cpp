@@ -78,10 +78,10 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
             Ink::secondary,
             paragraph(TextStyle::caption,
                       u"Tip: include ⌘, ⌥ or ⌃ so the combination does not clash with typing."_s)),
-        shownWhen(
-            [this] { return m_message.has_value(); },
-            inked(Ink::error,
-                  paragraph(TextStyle::callout, [this] { return m_message.value_or(QString()); }))),
+        shownWhen([this] { return m_message.has_value(); },
+                  announced(inked(Ink::error,
+                                  paragraph(TextStyle::callout,
+                                            [this] { return m_message.value_or(QString()); })))),
         Row{
             spacing(8),
             Spacer{},
@@ -202,9 +202,12 @@ void EditorForm::save()
 {
     if (m_isClosed)
         return;
+    // Away first, or screen readers would not say again what has not changed.
+    m_message.reset();
+    refresh();
     m_message = validate();
     if (m_message) {
-        invalidate();
+        refresh();
         return;
     }
     LaunchEntry entry = m_draft;

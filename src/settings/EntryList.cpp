@@ -5,6 +5,7 @@
 #include "viewkit/Layouts.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -17,6 +18,16 @@ namespace
 {
 /// Entries with the same id may want different heights for ever.
 constexpr int mostRounds = 20;
+/// Above the first row and below the last one.
+constexpr int edgePadding = 5;
+
+/// What of the row can have the focus, in its order.
+QList<QWidget *> controlsOf(const EntryRow &row)
+{
+    QList<QWidget *> controls = row.findChildren<QWidget *>();
+    controls.removeIf([](const QWidget *part) { return part->focusPolicy() == Qt::NoFocus; });
+    return controls;
+}
 } // namespace
 
 EntryList::EntryList(ShortcutStore &store, EntryRow::EntryAction onEdit,
@@ -97,8 +108,14 @@ void EntryList::showRows(std::optional<Anchor> place)
 bool EntryList::showRowsInSight()
 {
     assignRows(wantedIndexes());
+    const int lowerEdge = verticalScrollBar()->value() + viewport()->height();
+    int bottom = m_rows.isEmpty() ? 0 : m_tops[size_t(m_rows.firstKey())];
     bool isSurprised = false;
     for (auto item = m_rows.cbegin(); item != m_rows.cend(); ++item) {
+        // Higher rows than expected: those below may not be needed, and each may have many
+        // warnings.
+        if (isSurprised && bottom > lowerEdge)
+            break;
         EntryRow *const row = item.value();
         if (!m_currentRows.contains(row)) {
             row->setEntry(m_store.entries().at(item.key()));
@@ -107,6 +124,7 @@ bool EntryList::showRowsInSight()
         const int height = settledHeight(*row, viewport()->width());
         isSurprised |= height != heightOf(row->entry().id);
         m_heights.insert(row->entry().id, height);
+        bottom += height;
     }
     return isSurprised;
 }
@@ -185,9 +203,7 @@ void EntryList::orderRows()
     QWidget *previous = m_content;
     for (EntryRow *const row : std::as_const(m_order)) {
         row->raise();
-        for (QWidget *const control : row->findChildren<QWidget *>()) {
-            if (control->focusPolicy() == Qt::NoFocus)
-                continue;
+        for (QWidget *const control : controlsOf(*row)) {
             setTabOrder(previous, control);
             previous = control;
         }
@@ -203,13 +219,13 @@ void EntryList::computeTops()
         row->setEntry({.kind = ActionKind::website});
         m_typicalHeight = settledHeight(*row, viewport()->width());
     }
-    m_tops.assign(1, 0);
+    m_tops.assign(1, edgePadding);
     for (const LaunchEntry &entry : entries)
         m_tops.push_back(m_tops.back() + heightOf(entry.id));
-    m_content->resize(viewport()->width(), m_tops.back());
+    m_content->resize(viewport()->width(), m_tops.back() + edgePadding);
 }
 
-/// The row at that distance from the upper edge of all; the number of rows if it is below them.
+/// The row at that distance from the upper edge of all; -1 above them, their number below them.
 qsizetype EntryList::indexAt(int place) const
 {
     return std::ranges::upper_bound(m_tops, place) - m_tops.begin() - 1;
@@ -227,7 +243,58 @@ qsizetype EntryList::placeOf(const QUuid &id, qsizetype former) const
 
 EntryRow *EntryList::makeRow()
 {
-    return new EntryRow(m_store, m_onEdit, m_onDelete, m_content);
+    auto *const row = new EntryRow(m_store, m_onEdit, m_onDelete, m_content);
+    for (QWidget *const control : controlsOf(*row))
+        control->installEventFilter(this);
+    return row;
+}
+
+/// The row to which the key moves the focus from that one; it may lie beyond the ends.
+std::optional<qsizetype> EntryList::goal(const QKeyEvent &press, qsizetype from) const
+{
+    if (press.modifiers() & ~Qt::KeypadModifier)
+        return std::nullopt;
+    const int place = m_tops[size_t(from)];
+    const int page = viewport()->height();
+    switch (press.key()) {
+    case Qt::Key_Up:
+        return from - 1;
+    case Qt::Key_Down:
+        return from + 1;
+    case Qt::Key_PageUp:
+        return std::min(indexAt(place - page) + 1, from - 1);
+    case Qt::Key_PageDown:
+        return std::max(indexAt(place + page), from + 1);
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return indexAt(m_tops.back());
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Moves the focus to the same control of another row, if the key does that.
+bool EntryList::moveFocus(const QKeyEvent &press)
+{
+    const auto from = focusedIndex();
+    const auto to = from ? goal(press, *from) : std::nullopt;
+    if (!to)
+        return false;
+    const auto index = std::clamp<qsizetype>(*to, 0, qsizetype(m_tops.size()) - 2);
+    const auto control = controlsOf(*m_rows.value(*from)).indexOf(window()->focusWidget());
+    for (int round = 0; !m_rows.contains(index) && round < mostRounds; ++round) {
+        const int top = m_tops[size_t(index)];
+        const int bottom = m_tops[size_t(index) + 1];
+        verticalScrollBar()->setValue(index < *from ? top : bottom - viewport()->height());
+    }
+    if (EntryRow *const row = m_rows.value(index)) {
+        controlsOf(*row).at(control)->setFocus(Qt::TabFocusReason);
+        // Some styles show the focus only then. Qt takes no notice but of arrows and the Tab key.
+        window()->setAttribute(Qt::WA_KeyboardFocusChange);
+        ensureWidgetVisible(row, 0, edgePadding);
+    }
+    return true;
 }
 
 std::optional<qsizetype> EntryList::focusedIndex() const
@@ -245,12 +312,14 @@ bool EntryList::eventFilter(QObject *watched, QEvent *event)
     // A row wants another height.
     if (watched == m_content && event->type() == QEvent::LayoutRequest)
         layOut();
+    if (event->type() == QEvent::KeyPress && moveFocus(*static_cast<QKeyEvent *>(event)))
+        return true;
     return QScrollArea::eventFilter(watched, event);
 }
 
 void EntryList::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
-    m_content->resize(viewport()->width(), m_tops.back());
+    m_content->resize(viewport()->width(), m_tops.back() + edgePadding);
     layOut();
 }

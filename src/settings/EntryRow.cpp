@@ -5,7 +5,9 @@
 #include "settings/Badge.h"
 #include "settings/WarningLines.h"
 #include "viewkit/AccessibleRole.h"
+#include "viewkit/Layouts.h"
 
+#include <QFontMetrics>
 #include <QGraphicsOpacityEffect>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr qreal disabledOpacity = 0.55;
+constexpr int symbolSide = 16;
 
 QString symbolName(ActionKind kind)
 {
@@ -29,13 +32,24 @@ QString symbolName(ActionKind kind)
     Q_UNREACHABLE();
 }
 
+/// At the upper edge of its row, but so low that its first line is beside the text of the buttons.
+Item onFirstLine(std::function<int()> lineHeight, Item item)
+{
+    Column column{std::move(item)};
+    column.rules.append([widget = column.widget, lineHeight = std::move(lineHeight)] {
+        widget->setContentsMargins(0, (buttonHeight() - lineHeight()) / 2, 0, 0);
+    });
+    return onTop(column);
+}
+
 Item badge(TextSource source)
 {
     auto *const badge = new Badge;
-    return part(badge, [badge, source = std::move(source)] {
+    const Rule rule = [badge, source = std::move(source)] {
         if (const QString text = source(); badge->text() != text)
             badge->setText(text);
-    });
+    };
+    return onFirstLine([badge] { return badge->sizeHint().height(); }, part(badge, rule));
 }
 } // namespace
 
@@ -55,10 +69,13 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
                          .get = [this] { return m_entry.isEnabled; },
                          .set = [this](bool isOn) { m_store.setEnabled(isOn, m_entry.id); },
                      })),
-        onTop(framed(
-            20, inked(Ink::secondary, symbol([this] { return symbolName(m_entry.kind); }, 16)))),
-        onTop(stretched(description())),
-        onTop(badge([this] { return m_store.shortcutText(m_entry); })),
+        onFirstLine([] { return symbolSide; },
+                    framed(20,
+                           inked(Ink::secondary,
+                                 symbol([this] { return symbolName(m_entry.kind); }, symbolSide)))),
+        stretched(onFirstLine([] { return QFontMetrics(::font(TextStyle::headline)).height(); },
+                              description())),
+        badge([this] { return m_store.shortcutText(m_entry); }),
         onTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
         onTop(destructiveButton(u"trash"_s, u"Delete"_s,
                                 [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),

@@ -83,6 +83,9 @@ void FilePanel::goOn()
 
 void FilePanel::choose(const QString &path)
 {
+    // Its list would still open once the folder is read, and take the focus away from what is next.
+    if (auto *const field = findChild<QLineEdit *>())
+        field->setCompleter(nullptr);
     m_onChoose(path);
     done(Accepted);
 }

@@ -53,7 +53,7 @@ SettingsView::SettingsView(ShortcutStore &store)
 Item SettingsView::toolbar()
 {
     const Item add = button(u"Add"_s, u"plus"_s, [this] { addEntry(); });
-    setFocusProxy(add.widget);
+    m_add = add.widget;
     return Row{
         padding(10),
         spacing(8),
@@ -116,9 +116,10 @@ Item SettingsView::emptyState()
                             "Shortcut, with one key combination."_s)))),
         centred(button(u"Add"_s, [this] { addEntry(); })),
         shownWhen([this] { return m_importMessage.has_value(); },
-                  centred(inked(Ink::secondary,
-                                text(TextStyle::caption,
-                                     [this] { return m_importMessage.value_or(QString()); })))),
+                  centred(announced(
+                      inked(Ink::secondary,
+                            text(TextStyle::caption,
+                                 [this] { return m_importMessage.value_or(QString()); }))))),
         Spacer{},
     };
 }
@@ -271,7 +272,7 @@ void SettingsView::deleteEntry(const LaunchEntry &entry)
     m_store.deleteEntry(entry);
     // Else the focus would go from the last one to what comes next, and means something else.
     if (!hasEntries())
-        setFocus();
+        m_add->setFocus();
 }
 
 void SettingsView::resetAllShortcuts()

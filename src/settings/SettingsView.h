@@ -81,4 +81,5 @@ private:
     /// The error whose alert is open.
     std::optional<AppError> m_alerted;
     QPointer<FilePanel> m_panel;
+    QWidget *m_add = nullptr;
 };

@@ -1,4 +1,5 @@
 #include "settings/EntryList.h"
+#include "support/CpuTime.h"
 #include "support/Seen.h"
 #include "support/StoreHome.h"
 
@@ -15,6 +16,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString noFault;
+/// Above the first row and below the last one.
+constexpr int edgePadding = 5;
 
 QString numberedName(qsizetype index)
 {
@@ -30,6 +33,15 @@ QList<LaunchEntry> numbered(qsizetype count)
                             .target = u"https://example.org"_s};
     }
     return list;
+}
+
+/// Lets happen what has been put off.
+void settle()
+{
+    for (int turn = 0; turn < 3; ++turn) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 /// A list between two buttons, kept in line with its store as in the settings window.
@@ -119,6 +131,39 @@ struct Window : StoreHome, View {
         return nameOf(widget);
     }
 
+    void focusOn(qsizetype index, const QString &name) const
+    {
+        const auto role = name == u"Enabled" ? QAccessible::CheckBox : QAccessible::Button;
+        seen(*row(index), role, name)->setFocus();
+    }
+
+    /// The same if the row is in sight from edge to edge, else nothing.
+    QString wholeFocus() const
+    {
+        QWidget *const shown = row(focusedEntry());
+        const bool isWhole = top(shown) >= 0 && top(shown) + shown->height() <= listHeight();
+        return isWhole && fault() == noFault ? focus() : QString();
+    }
+    qsizetype focusedEntry() const { return focus().last(5).toLongLong(); }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
+    {
+        QTest::keyClick(focusWidget(), key, modifiers);
+        settle();
+    }
+
+    /// Brings a row into sight, from edge to edge.
+    void scrollTo(qsizetype index) const
+    {
+        const auto isWhole = [&] {
+            QWidget *const shown = row(index);
+            return shown && top(shown) >= 0 && top(shown) + shown->height() <= listHeight();
+        };
+        bar().setValue(0);
+        while (!isWhole() && bar().value() < bar().maximum())
+            bar().setValue(bar().value() + listHeight() / 3);
+    }
+
     /// What is wrong with the rows in sight, if anything: they are rows of the list that follow
     /// each other without gaps, as high as they want to be, and fill the list.
     QString fault() const
@@ -130,7 +175,7 @@ struct Window : StoreHome, View {
         const auto first =
             std::ranges::find(entries, nameOf(all.first()), &LaunchEntry::name) - entries.begin();
         int edge = top(all.first());
-        if (first == 0 ? edge != -bar().value() : edge > 0)
+        if (first == 0 ? edge != edgePadding - bar().value() : edge > 0)
             return u"the first row is at %1"_s.arg(edge);
         for (qsizetype place = 0; place < all.size(); ++place) {
             QWidget *const shown = all.at(place);
@@ -145,9 +190,9 @@ struct Window : StoreHome, View {
                     .arg(wanted);
             edge += shown->height();
         }
-        if (first + all.size() < entries.size()
-                ? edge < listHeight()
-                : bar().maximum() > 0 && edge != listHeight() + bar().maximum() - bar().value())
+        if (first + all.size() < entries.size() ? edge < listHeight()
+                                                : bar().maximum() > 0
+                    && edge + edgePadding != listHeight() + bar().maximum() - bar().value())
             return u"the last row ends at %1 of %2"_s.arg(edge).arg(listHeight());
         return noFault;
     }
@@ -158,15 +203,6 @@ struct Window : StoreHome, View {
 private:
     int m_keys = 0;
 };
-
-/// Lets happen what has been put off.
-void settle()
-{
-    for (int turn = 0; turn < 3; ++turn) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
 
 /// Gives rows from place to place other heights.
 void mixHeights(Window &window)
@@ -180,6 +216,7 @@ void mixHeights(Window &window)
 std::vector<int> topsOf(const Window &window)
 {
     std::vector<int> tops(size_t(window.store->entries().size()) + 1);
+    tops.front() = edgePadding;
     for (int place = 0;; place += window.listHeight() / 2) {
         window.bar().setValue(place);
         settle();
@@ -270,7 +307,7 @@ private Q_SLOTS:
         mixHeights(window);
         window.open();
         const auto tops = topsOf(window);
-        QCOMPARE(window.bar().maximum(), tops.back() - window.listHeight());
+        QCOMPARE(window.bar().maximum(), tops.back() + edgePadding - window.listHeight());
         QRandomGenerator random(2);
         for (int turn = 0; turn < 150; ++turn) {
             const int place = random.bounded(window.bar().maximum() + 1);
@@ -283,7 +320,7 @@ private Q_SLOTS:
     void showsTheRightRowsBeforeItKnowsTheirHeights()
     {
         QRandomGenerator random(3);
-        for (int turn = 0; turn < 20; ++turn) {
+        for (int turn = 0; turn < 8; ++turn) {
             Window window(numbered(200));
             mixHeights(window);
             window.open();
@@ -333,7 +370,7 @@ private Q_SLOTS:
         window.open();
         window.bar().setValue(window.bar().maximum());
         QCOMPARE(nameOf(window.rows().last()), numberedName(99));
-        QCOMPARE(window.top(window.rows().last()) + window.rows().last()->height(),
+        QCOMPARE(window.top(window.rows().last()) + window.rows().last()->height() + edgePadding,
                  window.listHeight());
         QCOMPARE(window.fault(), noFault);
     }
@@ -347,7 +384,7 @@ private Q_SLOTS:
         settle();
         QVERIFY(!window.row(2));
         window.bar().setValue(0);
-        QCOMPARE(window.picture().first(), numberedName(0) + u" at 0"_s);
+        QCOMPARE(window.picture().first(), numberedName(0) + u" at 5"_s);
         QCOMPARE(window.fault(), noFault);
     }
 
@@ -417,14 +454,14 @@ private Q_SLOTS:
         window.open();
         window.store->deleteEntry(window.entry(0));
         settle();
-        QCOMPARE(window.picture().first(), numberedName(1) + u" at 0"_s);
+        QCOMPARE(window.picture().first(), numberedName(1) + u" at 5"_s);
     }
 
     void showsTheNextEntriesWhenTheUppermostInSightGoes()
     {
         Window window(numbered(100));
         window.open();
-        window.bar().setValue(window.rows().first()->height() * 20 + 5);
+        window.bar().setValue(edgePadding + window.rows().first()->height() * 20 + 5);
         window.store->deleteEntry(window.entry(20));
         settle();
         QCOMPARE(window.picture().first(), numberedName(21) + u" at -5"_s);
@@ -630,6 +667,224 @@ private Q_SLOTS:
         }
     }
 
+    void goesByTheArrowsToTheSameControlOfTheRowBelowAndAbove_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::newRow("from switch to switch") << u"Enabled"_s;
+        QTest::newRow("from button to button") << u"Edit"_s;
+        QTest::newRow("from bin to bin") << u"Delete"_s;
+    }
+    void goesByTheArrowsToTheSameControlOfTheRowBelowAndAbove()
+    {
+        QFETCH(const QString, control);
+        const qsizetype count = 60;
+        Window window(numbered(count));
+        mixHeights(window);
+        window.open();
+        window.focusOn(0, control);
+        for (qsizetype index = 1; index < count; ++index) {
+            window.press(Qt::Key_Down);
+            QCOMPARE(window.wholeFocus(), control + u" of "_s + numberedName(index));
+        }
+        for (qsizetype index = count - 2; index >= 0; --index) {
+            window.press(Qt::Key_Up);
+            QCOMPARE(window.wholeFocus(), control + u" of "_s + numberedName(index));
+        }
+    }
+
+    void goesFarByAKey_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<int>("to");
+        QTest::newRow("to the last row") << 5 << Qt::Key_End << 299;
+        QTest::newRow("to the first row") << 150 << Qt::Key_Home << 0;
+    }
+    void goesFarByAKey()
+    {
+        QFETCH(const int, from);
+        QFETCH(const Qt::Key, key);
+        QFETCH(const int, to);
+        for (const auto modifier : {Qt::NoModifier, Qt::KeypadModifier}) {
+            Window window(numbered(300));
+            mixHeights(window);
+            window.shareKeys({0, 1, 2, 297, 298, 299});
+            window.open();
+            window.scrollTo(from);
+            window.focusOn(from, u"Edit"_s);
+            window.press(key, modifier);
+            QCOMPARE(window.wholeFocus(), u"Edit of "_s + numberedName(to));
+        }
+    }
+
+    void goesByAboutOnePage_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("down") << 0 << Qt::Key_PageDown;
+        QTest::newRow("up") << 119 << Qt::Key_PageUp;
+    }
+    void goesByAboutOnePage()
+    {
+        QFETCH(const int, from);
+        QFETCH(const Qt::Key, key);
+        Window window(numbered(120));
+        mixHeights(window);
+        window.open();
+        const auto tops = topsOf(window);
+        window.scrollTo(from);
+        window.focusOn(from, u"Edit"_s);
+        const qsizetype end = 119 - from;
+        for (qsizetype former = from; former != end; former = window.focusedEntry()) {
+            window.press(key);
+            QVERIFY(!window.wholeFocus().isEmpty());
+            const int distance =
+                std::abs(tops[size_t(window.focusedEntry())] - tops[size_t(former)]);
+            QVERIFY(distance > 0 && distance <= window.listHeight());
+            // The last step ends at the end.
+            QVERIFY(distance > window.listHeight() * 2 / 3 || window.focusedEntry() == end);
+        }
+    }
+
+    void goesByPagesBeforeItKnowsTheirHeights()
+    {
+        Window window(numbered(120));
+        mixHeights(window);
+        window.open();
+        window.focusOn(0, u"Edit"_s);
+        int presses = 0;
+        for (qsizetype former = 0; former < 119; former = window.focusedEntry(), ++presses) {
+            window.press(Qt::Key_PageDown);
+            QVERIFY(!window.wholeFocus().isEmpty());
+            QVERIFY(window.focusedEntry() > former);
+        }
+        const auto tops = topsOf(window);
+        QVERIFY(std::abs(presses - tops.back() / window.listHeight()) < presses / 3);
+    }
+
+    void goesToTheNextRowByAPageThatIsLowerThanARow()
+    {
+        Window window(numbered(20), {600, 120});
+        window.list->setFixedHeight(20);
+        window.open();
+        window.focusOn(0, u"Edit"_s);
+        window.press(Qt::Key_PageDown);
+        QCOMPARE(window.focus(), u"Edit of Entry 00001"_s);
+        window.press(Qt::Key_PageUp);
+        QCOMPARE(window.focus(), u"Edit of Entry 00000"_s);
+    }
+
+    void goesNowhereBeyondItsEnds()
+    {
+        Window window(numbered(60));
+        window.open();
+        for (const qsizetype end : {0, 59}) {
+            window.scrollTo(end);
+            window.focusOn(end, u"Edit"_s);
+            const QStringList picture = window.picture();
+            const QList<Qt::Key> keys = end == 0
+                ? QList{Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Home}
+                : QList{Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End};
+            for (const Qt::Key key : keys) {
+                window.press(key);
+                QCOMPARE(window.wholeFocus(), u"Edit of "_s + numberedName(end));
+                QCOMPARE(window.picture(), picture);
+            }
+        }
+    }
+
+    void takesNoKeyWithAModifier_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifier>("modifier");
+        QTest::newRow("Shift") << Qt::ShiftModifier;
+        QTest::newRow("Control") << Qt::ControlModifier;
+        QTest::newRow("Alt") << Qt::AltModifier;
+        QTest::newRow("Meta") << Qt::MetaModifier;
+    }
+    void takesNoKeyWithAModifier()
+    {
+        QFETCH(const Qt::KeyboardModifier, modifier);
+        Window window(numbered(60));
+        window.open();
+        window.focusOn(3, u"Edit"_s);
+        for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End, Qt::Key_PageUp, Qt::Key_Home}) {
+            window.press(key, modifier);
+            QCOMPARE(window.focus(), u"Edit of Entry 00003"_s);
+        }
+    }
+
+    void goesOnByTheArrowsFromAFocusThatWasScrolledOutOfSight()
+    {
+        for (const bool isAbove : {true, false}) {
+            Window window(numbered(300));
+            window.open();
+            window.scrollTo(150);
+            window.focusOn(150, u"Edit"_s);
+            window.bar().setValue(isAbove ? window.bar().maximum() : 0);
+            settle();
+            window.press(Qt::Key_Down);
+            QCOMPARE(window.wholeFocus(), u"Edit of Entry 00151"_s);
+        }
+    }
+
+    /// Whose change the list has not shown yet.
+    void staysInTheListWhenItsEntriesGoMeanwhile()
+    {
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Home}) {
+            Window window(numbered(60));
+            window.open();
+            window.scrollTo(57);
+            window.focusOn(57, u"Edit"_s);
+            for (int count = 0; count < 58; ++count)
+                window.store->deleteEntry(window.entry(0));
+            QTest::keyClick(window.focusWidget(), key);
+            settle();
+            QVERIFY(window.focus().startsWith(u"Edit of Entry 0005"_s));
+            QCOMPARE(window.fault(), noFault);
+        }
+    }
+
+    void showsWhereAKeyHasLed_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("an arrow") << Qt::Key_Down;
+        QTest::newRow("a key of pages") << Qt::Key_PageDown;
+        QTest::newRow("the key for the end") << Qt::Key_End;
+    }
+    void showsWhereAKeyHasLed()
+    {
+        QFETCH(const Qt::Key, key);
+        Window window(numbered(2));
+        window.open();
+        window.control(0, u"Edit"_s)->setFocus(Qt::MouseFocusReason);
+        QWidget *const other = window.control(1, u"Edit"_s);
+        settle();
+        const QImage before = other->grab().toImage();
+        window.press(key);
+        QVERIFY(other->hasFocus());
+        QVERIFY(other->grab().toImage() != before);
+    }
+
+    void followsAHeldKeyThroughTenThousandRows()
+    {
+        Window window(numbered(10000));
+        mixHeights(window);
+        window.open();
+        window.focusOn(0, u"Delete"_s);
+        constexpr int repeats = 150;
+        const double seconds = cpuSeconds([&] {
+            for (int count = 0; count < repeats; ++count) {
+                QKeyEvent press(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier, {}, count > 0);
+                QCoreApplication::sendEvent(window.focusWidget(), &press);
+                QCoreApplication::processEvents();
+            }
+        });
+        QCOMPARE(window.wholeFocus(), u"Delete of "_s + numberedName(repeats));
+        QCOMPARE(window.store->entries().size(), 10000);
+        // Keyboards repeat a key some thirty times a second.
+        QVERIFY(seconds / repeats < 1. / 30);
+    }
+
     void wrapsWarningsWhenItGetsNarrower()
     {
         auto list = numbered(40);
@@ -734,6 +989,22 @@ private Q_SLOTS:
         settle();
         QVERIFY(window.platform.symbolicHotkeys.copies <= 1);
         QVERIFY(window.platform.userDefaults.reads <= 2);
+    }
+
+    void asksForNoWarningsOfRowsThatOthersPushOutOfSight()
+    {
+        Window window(numbered(100));
+        QList<qsizetype> all;
+        for (qsizetype index = 0; index < 100; ++index)
+            all << index;
+        window.shareKeys(all);
+        window.platform.symbolicHotkeys.copies = 0;
+        window.open();
+        settle();
+        QCOMPARE(window.fault(), noFault);
+        QCOMPARE(window.rows().size(), 1);
+        // That in sight and the next one, for the Tab key.
+        QCOMPARE(window.platform.symbolicHotkeys.copies, 2);
     }
 
     void readsTheKeysOfRowsInSightOnly()

@@ -127,8 +127,12 @@ private Q_SLOTS:
         window.show();
         QCoreApplication::processEvents();
         QCOMPARE(window.place(window.onOff()).top(), 3);
-        QCOMPARE(window.place(window.text(u"⌘K"_s)).top(), 3);
         QCOMPARE(window.place(window.edit()).top(), 3);
+        // Texts are beside those of the buttons.
+        const auto middle = [](const QRect &place) { return (place.top() + place.bottom()) / 2; };
+        const int line = middle(window.place(window.edit()));
+        QVERIFY(std::abs(middle(window.place(window.text(u"⌘K"_s))) - line) <= 1);
+        QVERIFY(std::abs(middle(window.place(window.text(u"News"_s))) - line) <= 1);
         QCOMPARE(window.place(window.bin()).top(), 3);
         QWidget *const last = window.text(u"The same keys are used by “C”."_s);
         QCOMPARE(window.place(last).bottom() + 3, window.row->height() - 1);
@@ -184,7 +188,7 @@ private Q_SLOTS:
         entry.target = u"Tidy up"_s;
         window.row->setEntry(entry);
         QCOMPARE(nameOf(window.row), u"Tools"_s);
-        QCOMPARE(seenTexts(*window.row), QStringList({u"Tools"_s, u"No keys"_s, u"Tidy up"_s}));
+        QCOMPARE(seenTexts(*window.row), QStringList({u"No keys"_s, u"Tools"_s, u"Tidy up"_s}));
     }
 
     void isPalerWhenItsEntryIsDisabled()
@@ -358,7 +362,7 @@ private Q_SLOTS:
             window.store->entries().first().shortcutName(), window.store->entries().first().id);
         QCOMPARE(warnings.size(), 3);
         QCOMPARE(seenTexts(*window.row),
-                 QStringList({u"News"_s, u"⌘K"_s, u"https://example.org"_s}) + warnings);
+                 QStringList({u"⌘K"_s, u"News"_s, u"https://example.org"_s}) + warnings);
         int edge = window.place(window.text(u"https://example.org"_s)).bottom();
         for (const QString &warning : warnings) {
             const QRect line = window.place(window.text(warning));

@@ -1,6 +1,10 @@
+#include "platform/EventFlag.h"
 #include "support/SettingsWindow.h"
 #include "viewkit/Card.h"
+#include "viewkit/DarkPalette.h"
+#include "viewkit/PlainStyle.h"
 
+#include <QComboBox>
 #include <QFile>
 #include <QLayout>
 #include <QLineEdit>
@@ -33,7 +37,149 @@ bool showsList(SettingsWindow &window)
 {
     return !seenAll(*window.view, QAccessible::List).isEmpty();
 }
+
+/// What of the window the Tab key goes to.
+QList<QWidget *> controls(QWidget &window)
+{
+    QList<QWidget *> found;
+    for (QWidget *const part : window.findChildren<QWidget *>()) {
+        if (part->isVisible() && part->isEnabled() && part->window() == window.window()
+            && (part->focusPolicy() & Qt::TabFocus) == Qt::TabFocus)
+            found << part;
+    }
+    return found;
+}
+
+QRect placeIn(QWidget &window, const QWidget *part)
+{
+    return {part->mapTo(&window, QPoint()), part->size()};
+}
+
+/// What the Tab key does not go to in the order of the screen, from top to bottom and in a line
+/// from left to right; empty if all is well.
+QString disorder(QWidget &window)
+{
+    const auto all = controls(window);
+    all.first()->setFocus(Qt::TabFocusReason);
+    QList<QWidget *> met;
+    while (met.size() < all.size()) {
+        QWidget *const control = window.window()->focusWidget();
+        if (!all.contains(control) || met.contains(control))
+            break;
+        const QRect place = placeIn(window, control);
+        const QRect former = met.isEmpty() ? QRect() : placeIn(window, met.last());
+        if (!met.isEmpty() && place.top() <= former.bottom() && place.left() <= former.right())
+            return nameOf(control) + u" comes after "_s + nameOf(met.last());
+        met << control;
+        QTest::keyClick(control, Qt::Key_Tab);
+    }
+    const bool isRound = window.window()->focusWidget() == all.first();
+    return isRound && met.size() == all.size()
+        ? QString()
+        : u"%1 of %2 are met"_s.arg(met.size()).arg(all.size());
+}
+
+/// Names of what looks the same with the focus as without.
+QStringList withoutVisibleFocus(QWidget &window)
+{
+    // By so much a part of it is lighter or darker, over most of its width.
+    constexpr int difference = 24;
+    QStringList names;
+    // Some styles show the focus to users of the keyboard only.
+    QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    for (QWidget *const control : controls(window)) {
+        const auto picture = [&] {
+            settle();
+            return window.grab(placeIn(window, control)).toImage();
+        };
+        control->setFocus(Qt::TabFocusReason);
+        const QImage with = picture();
+        control->clearFocus();
+        const QImage without = picture();
+        QRect changed;
+        for (int x = 0; x < with.width(); ++x) {
+            for (int y = 0; y < with.height(); ++y) {
+                if (std::abs(qGray(with.pixel(x, y)) - qGray(without.pixel(x, y))) >= difference)
+                    changed |= QRect(x, y, 1, 1);
+            }
+        }
+        // Of a check box only the box.
+        const bool isBox = roleOf(control) == QAccessible::CheckBox;
+        if (changed.width() < (isBox ? 12 : with.width() * 2 / 3))
+            names << nameOf(control);
+    }
+    return names;
+}
+
+/// Opens a window to be looked at.
+using Open = std::function<QWidget &(SettingsWindow &window)>;
+
+void addWindows()
+{
+    QTest::addColumn<Open>("open");
+    const auto pressed = [](const QString &button, const QString &title) {
+        return Open([=](SettingsWindow &window) -> QWidget & {
+            window.click(button);
+            return SettingsWindow::sheet(title);
+        });
+    };
+    QTest::newRow("the window") << Open(
+        [](SettingsWindow &window) -> QWidget & { return *window.view; });
+    QTest::newRow("the window without entries") << Open([](SettingsWindow &window) -> QWidget & {
+        while (!window.store->entries().isEmpty())
+            window.store->deleteEntry(window.store->entries().first());
+        settle();
+        return *window.view;
+    });
+    QTest::newRow("the editor of a new entry") << pressed(u"Add"_s, u"New shortcut"_s);
+    QTest::newRow("the editor of a website with keys") << pressed(u"Edit"_s, u"Edit shortcut"_s);
+    QTest::newRow("the question before a reset")
+        << pressed(u"Reset all shortcuts…"_s, u"Remove the keys from every shortcut?"_s);
+    QTest::newRow("About") << pressed(u"About"_s, u"Corvane"_s);
+    QTest::newRow("an error") << Open([](SettingsWindow &window) -> QWidget & {
+        window.store->report(u"It failed."_s, Error{u"Why"_s});
+        return SettingsWindow::sheet(u"Something went wrong"_s);
+    });
+    QTest::newRow("details") << Open([](SettingsWindow &window) -> QWidget & {
+        window.store->report(u"It failed."_s, Error{u"Why"_s});
+        SettingsWindow::sheet(u"Something went wrong"_s);
+        SettingsWindow::clickInSheet(u"Show Details"_s);
+        return SettingsWindow::sheet(u"Details"_s);
+    });
+    QTest::newRow("the choice of an app") << Open([](SettingsWindow &window) -> QWidget & {
+        window.platform.installedApplications.applications = {
+            {.path = u"/a.desktop"_s, .name = u"A"_s}};
+        window.click(u"Add"_s);
+        QTest::mouseClick(seenButton(SettingsWindow::sheet(u"New shortcut"_s), u"Choose…"_s),
+                          Qt::LeftButton);
+        QWidget *const panel = QApplication::activeModalWidget();
+        QTest::keyClick(panel->focusWidget(), Qt::Key_A);
+        return *panel;
+    });
+}
+
+/// With all parts that there can be, of a new user.
+struct FullWindow : SettingsWindow {
+    FullWindow()
+        : SettingsWindow({website(u"News"_s), website(u"Weather"_s)}, {})
+    {
+        setKeys(store->entries().first(), {40, 256});
+        setKeys(store->entries().last(), {40, 256});
+        setLoginItem(LoginItemStatus::requiresApproval);
+    }
+
+    /// As the user does elsewhere, and comes back.
+    void setLoginItem(LoginItemStatus status)
+    {
+        platform.loginItem.current = status;
+        QEvent comesBack(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(&*view, &comesBack);
+        settle();
+    }
+};
 } // namespace
+
+Q_DECLARE_METATYPE(Open)
 
 class SettingsViewTest : public QObject
 {
@@ -78,6 +224,75 @@ private Q_SLOTS:
             u"Reset all shortcuts…"_s,
         };
         QCOMPARE(names, expected);
+    }
+
+    void isWalkedThroughInTheOrderOfTheScreen_data() { addWindows(); }
+    void isWalkedThroughInTheOrderOfTheScreen()
+    {
+        QFETCH(const Open, open);
+        FullWindow window;
+        QCOMPARE(disorder(open(window)), QString());
+    }
+
+    void isWalkedThroughInTheOrderOfTheScreenAlsoWhenPartsComeAndGo()
+    {
+        FullWindow window;
+        QCOMPARE(nameOf(window.view->focusWidget()), u"Add"_s);
+        QVERIFY(seenButton(*window.view, u"Open Login Items"_s));
+        window.click(u"Got it"_s);
+        QCOMPARE(disorder(*window.view), QString());
+        window.setLoginItem(LoginItemStatus::enabled);
+        QVERIFY(!seenButton(*window.view, u"Open Login Items"_s));
+        QCOMPARE(disorder(*window.view), QString());
+        for (int count = 0; count < 2; ++count)
+            window.click(u"Delete"_s);
+        QVERIFY(seenText(*window.view, u"No shortcuts yet"_s));
+        QCOMPARE(disorder(*window.view), QString());
+        window.store->upsert(website(u"New"_s));
+        window.platform.userDefaults.remove(seenKey);
+        window.setLoginItem(LoginItemStatus::requiresApproval);
+        QVERIFY(window.shows(welcome));
+        QCOMPARE(disorder(*window.view), QString());
+    }
+
+    void walksThroughTheEditorInTheOrderOfTheScreenAlsoWhenPartsComeAndGo()
+    {
+        FullWindow window;
+        window.click(u"Add"_s);
+        QWidget &sheet = SettingsWindow::sheet(u"New shortcut"_s);
+        auto *const picker = sheet.findChild<QComboBox *>();
+        // Around, and back to the first.
+        for (const int kind : {1, 2, 3, 0, 2}) {
+            picker->setCurrentIndex(kind);
+            settle();
+            QCOMPARE(disorder(sheet), QString());
+        }
+        QTest::mouseClick(seenButton(sheet, u"Record Shortcut"_s), Qt::LeftButton);
+        window.platform.eventMonitor.press(38, commandEventFlag);
+        QTRY_VERIFY(seenButton(sheet, u"Clear"_s));
+        QCOMPARE(disorder(sheet), QString());
+        QTest::mouseClick(seenButton(sheet, u"Clear"_s), Qt::LeftButton);
+        QTRY_VERIFY(!seenButton(sheet, u"Clear"_s));
+        QCOMPARE(disorder(sheet), QString());
+    }
+
+    void showsWhereTheFocusIs_data() { addWindows(); }
+    void showsWhereTheFocusIs()
+    {
+        QFETCH(const Open, open);
+        const auto restored = qScopeGuard([] {
+            QApplication::setStyle(u"fusion"_s);
+            QApplication::setPalette(QPalette());
+        });
+        QApplication::setStyle(new PlainStyle);
+        FullWindow window;
+        QWidget &shown = open(window);
+        for (const QPalette &palette : {QApplication::palette(), darkPalette()}) {
+            QApplication::setPalette(palette);
+            settle();
+            QVERIFY(shown.window()->isActiveWindow());
+            QCOMPARE(withoutVisibleFocus(shown).join(u", "_s), QString());
+        }
     }
 
     void cutsNothingWhenItIsMadeNarrower()
