@@ -3,7 +3,6 @@
 #include "support/Keyboard.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -22,14 +21,6 @@ constexpr int callTimeout = 3000;
 const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
 const QString actionInterface = u"org.a11y.atspi.Action"_s;
 
-/// The bus that accessible programs are on. The first to ask for it starts it.
-const QDBusConnection &accessibilityBus()
-{
-    static const QDBusConnection bus =
-        QDBusConnection::connectToBus(Accessible::busAddress(), u"accessibility"_s);
-    return bus;
-}
-
 /// The first value of the answer, once it is there; invalid if it is an error or never comes.
 QVariant answerTo(QDBusPendingCall call)
 {
@@ -42,17 +33,23 @@ QString propertyFrom(const QDBusPendingCall &call)
     return answerTo(call).value<QDBusVariant>().variant().toString();
 }
 
-/// Those about whom the answer is that text. All are asked before the first answer is awaited,
-/// which is many times as fast.
-template <typename Ask, typename Read>
-QList<Accessible> filtered(const QList<Accessible> &all, Ask ask, Read read, const QString &text)
+quint64 statesFrom(const QDBusPendingCall &call)
+{
+    const auto halves = qdbus_cast<QList<uint>>(answerTo(call));
+    return halves.value(0) | quint64(halves.value(1)) << 32;
+}
+
+/// Those whose answer is wanted. All are asked before the first answer is awaited, which is many
+/// times as fast.
+template <typename Ask, typename IsWanted>
+QList<Accessible> filtered(const QList<Accessible> &all, Ask ask, IsWanted isWanted)
 {
     QList<QDBusPendingCall> calls;
     for (const Accessible &one : all)
         calls << ask(one);
     QList<Accessible> found;
     for (qsizetype i = 0; i < all.size(); ++i) {
-        if (read(calls[i]) == text)
+        if (isWanted(calls[i]))
             found << all[i];
     }
     return found;
@@ -72,7 +69,7 @@ Accessible Accessible::program(pid_t process)
     const auto hasJoined = [&] {
         found = registry.children();
         found.removeIf([process](const Accessible &program) {
-            return accessibilityBus().interface()->servicePid(program.m_service) != uint(process);
+            return bus().interface()->servicePid(program.m_service) != uint(process);
         });
         return !found.isEmpty();
     };
@@ -91,6 +88,18 @@ QString Accessible::busAddress()
     return address;
 }
 
+QDBusConnection Accessible::bus()
+{
+    static const QDBusConnection bus =
+        QDBusConnection::connectToBus(busAddress(), u"accessibility"_s);
+    return bus;
+}
+
+Accessible Accessible::source(const QDBusMessage &signal)
+{
+    return {signal.service(), signal.path()};
+}
+
 QDBusPendingCall Accessible::ask(const QString &interface, const QString &method,
                                  const QVariantList &arguments) const
 {
@@ -98,7 +107,7 @@ QDBusPendingCall Accessible::ask(const QString &interface, const QString &method
         return QDBusPendingCall::fromError(QDBusError(QDBusError::UnknownObject, {}));
     auto message = QDBusMessage::createMethodCall(m_service, m_path, interface, method);
     message.setArguments(arguments);
-    return accessibilityBus().asyncCall(message, callTimeout);
+    return bus().asyncCall(message, callTimeout);
 }
 
 QDBusPendingCall Accessible::askProperty(const QString &property) const
@@ -131,10 +140,37 @@ QString Accessible::text() const
     return answerTo(ask(u"org.a11y.atspi.Text"_s, u"GetText"_s, {0, -1})).toString();
 }
 
+QStringList Accessible::labels() const
+{
+    constexpr uint labelledBy = 2;
+    const QVariant answer = answerTo(ask(accessibleInterface, u"GetRelationSet"_s));
+    if (!answer.isValid())
+        return {};
+    QStringList names;
+    const auto relations = answer.value<QDBusArgument>();
+    relations.beginArray();
+    while (!relations.atEnd()) {
+        uint kind = 0;
+        relations.beginStructure();
+        relations >> kind;
+        const QList<Accessible> targets = all(relations);
+        relations.endStructure();
+        for (const Accessible &label : targets) {
+            if (kind == labelledBy)
+                names << label.name();
+        }
+    }
+    return names;
+}
+
+QDBusPendingCall Accessible::askStates() const
+{
+    return ask(accessibleInterface, u"GetState"_s);
+}
+
 quint64 Accessible::states() const
 {
-    const auto halves = qdbus_cast<QList<uint>>(answerTo(ask(accessibleInterface, u"GetState"_s)));
-    return halves.value(0) | quint64(halves.value(1)) << 32;
+    return statesFrom(askStates());
 }
 
 bool Accessible::is(State state) const
@@ -172,19 +208,22 @@ QRect Accessible::geometry() const
 
 QList<Accessible> Accessible::all(const QVariant &list)
 {
-    if (!list.isValid())
-        return {};
+    return list.isValid() ? all(list.value<QDBusArgument>()) : QList<Accessible>();
+}
+
+QList<Accessible> Accessible::all(const QDBusArgument &list)
+{
     QList<Accessible> objects;
-    const auto references = list.value<QDBusArgument>();
-    references.beginArray();
-    while (!references.atEnd()) {
+    list.beginArray();
+    while (!list.atEnd()) {
         QString service;
         QDBusObjectPath path;
-        references.beginStructure();
-        references >> service >> path;
-        references.endStructure();
+        list.beginStructure();
+        list >> service >> path;
+        list.endStructure();
         objects << Accessible(service, path.path());
     }
+    list.endArray();
     return objects;
 }
 
@@ -214,14 +253,24 @@ QList<Accessible> Accessible::findAll(const QString &role) const
     const auto ask = [](const Accessible &one) {
         return one.ask(accessibleInterface, u"GetRoleName"_s);
     };
-    const auto read = [](const QDBusPendingCall &call) { return answerTo(call).toString(); };
-    return filtered(descendants(), ask, read, role);
+    return filtered(descendants(), ask,
+                    [&role](const auto &call) { return answerTo(call).toString() == role; });
 }
 
 QList<Accessible> Accessible::findAll(const QString &role, const QString &name) const
 {
     const auto ask = [](const Accessible &one) { return one.askProperty(u"Name"_s); };
-    return filtered(findAll(role), ask, &propertyFrom, name);
+    return filtered(findAll(role), ask,
+                    [&name](const auto &call) { return propertyFrom(call) == name; });
+}
+
+Accessible Accessible::focused() const
+{
+    const auto ask = [](const Accessible &one) { return one.askStates(); };
+    const auto isFocused = [](const auto &call) {
+        return statesFrom(call) >> int(State::focused) & 1;
+    };
+    return filtered(descendants(), ask, isFocused).value(0);
 }
 
 Accessible Accessible::find(const QString &role, const QString &name) const

@@ -2,6 +2,7 @@
 // outside (AT-SPI).
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QList>
 #include <QObject>
@@ -12,6 +13,8 @@
 #include <sys/types.h>
 
 class Keyboard;
+class QDBusArgument;
+class QDBusMessage;
 
 /// A handle. The part may not be there, or go at any time: then all answers are empty. A program
 /// that does not answer for some seconds is taken for gone. What cannot be done or found is told in
@@ -47,6 +50,12 @@ public:
     /// Of the accessibility bus, for programs that would not find it.
     static QString busAddress();
 
+    /// The bus that accessible programs are on. The first to ask for it starts it.
+    static QDBusConnection bus();
+
+    /// What a signal on that bus is about.
+    static Accessible source(const QDBusMessage &signal);
+
     bool isThere() const;
 
     /// "push button", "text", "check box", "dialog" and so on.
@@ -59,6 +68,9 @@ public:
     /// Of a text field.
     QString text() const;
 
+    /// The names of those that label it.
+    QStringList labels() const;
+
     bool is(State state) const;
     QStringList actions() const;
 
@@ -67,6 +79,9 @@ public:
 
     QList<Accessible> children() const;
 
+    /// All below it, the nearest first.
+    QList<Accessible> descendants() const;
+
     /// All of that role below it, also those that do not show: the nearest first, and those of one
     /// parent in their order.
     QList<Accessible> findAll(const QString &role) const;
@@ -74,6 +89,9 @@ public:
 
     /// The first that shows; if none does, the first.
     Accessible find(const QString &role, const QString &name) const;
+
+    /// The one below it that has the keys; nothing if none has.
+    Accessible focused() const;
 
     /// Awaits that there is one that shows.
     Accessible await(const QString &role, const QString &name) const;
@@ -104,13 +122,14 @@ private:
     QDBusPendingCall ask(const QString &interface, const QString &method,
                          const QVariantList &arguments = {}) const;
     QDBusPendingCall askProperty(const QString &property) const;
-    QList<Accessible> descendants() const;
+    QDBusPendingCall askStates() const;
     quint64 states() const;
     bool canBeUsed() const;
     QString line() const;
 
     /// From a list on the bus.
     static QList<Accessible> all(const QVariant &list);
+    static QList<Accessible> all(const QDBusArgument &list);
 
     QString m_service;
     QString m_path;

@@ -3,9 +3,12 @@
 #include "platform/linux/x11/Xkb.h"
 
 #include <QTest>
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <xcb/xtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -13,6 +16,30 @@ namespace
 xcb_keycode_t keyCode(int key)
 {
     return xcb_keycode_t(key + 8);
+}
+
+/// What is to be pressed for the character.
+QList<int> keysOf(QChar character)
+{
+    struct Keys {
+        int first;
+        QLatin1StringView plain;
+        QLatin1StringView shifted;
+    };
+    static constexpr std::array rows{
+        Keys{KEY_1, "1234567890-="_L1, "!@#$%^&*()_+"_L1},
+        Keys{KEY_Q, "qwertyuiop[]"_L1, "QWERTYUIOP{}"_L1},
+        Keys{KEY_A, "asdfghjkl;'`"_L1, "ASDFGHJKL:\"~"_L1},
+        Keys{KEY_BACKSLASH, "\\zxcvbnm,./"_L1, "|ZXCVBNM<>?"_L1},
+        Keys{KEY_SPACE, " "_L1, {}},
+    };
+    for (const auto &[first, plain, shifted] : rows) {
+        if (const qsizetype place = plain.indexOf(character); place >= 0)
+            return {first + int(place)};
+        if (const qsizetype place = shifted.indexOf(character); place >= 0)
+            return {KEY_LEFTSHIFT, first + int(place)};
+    }
+    qFatal("no key types U+%04x", character.unicode());
 }
 
 template <typename Reply>
@@ -66,6 +93,12 @@ void Keyboard::type(const QList<int> &keys)
 {
     press(keys);
     release(keys);
+}
+
+void Keyboard::write(const QString &text)
+{
+    for (const QChar character : text)
+        type(keysOf(character));
 }
 
 void Keyboard::setLocks(quint16 modifiers)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QString>
 #include <QtGlobal>
 #include <linux/input-event-codes.h>
 #include <xcb/xcb.h>
@@ -18,6 +19,9 @@ public:
     void press(const QList<int> &keys);
     void release(const QList<int> &keys);
     void type(const QList<int> &keys);
+
+    /// Types letters, digits and signs of ASCII, as they are on a keyboard of the United States.
+    void write(const QString &text);
 
     /// Turns exactly these lock modifiers on, as X modifier bits, and all others off.
     void setLocks(quint16 modifiers);

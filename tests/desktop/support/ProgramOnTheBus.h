@@ -8,3 +8,7 @@ void askForSettings();
 
 /// Does what the keys of the entry with that id do.
 void askToFire(const QString &id);
+
+/// Chooses an item of its tray item's menu, as the desktop's panel does that shows the menu, by
+/// whatever way the user has there.
+void chooseInTray(const QString &item);

@@ -16,6 +16,7 @@ inline const QString checkBox = QStringLiteral("check box");
 inline const QString dialog = QStringLiteral("dialog");
 inline const QString field = QStringLiteral("text");
 inline const QString label = QStringLiteral("label");
+inline const QString notice = QStringLiteral("notification");
 inline const QString row = QStringLiteral("list item");
 } // namespace Role
 
