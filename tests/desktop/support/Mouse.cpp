@@ -29,6 +29,14 @@ void Mouse::click(const QPoint &place, Qt::MouseButton button)
     fake(XCB_BUTTON_RELEASE, number);
 }
 
+void Mouse::drag(const QPoint &from, const QPoint &to)
+{
+    moveTo(from);
+    fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    moveTo(to);
+    fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+}
+
 void Mouse::fake(quint8 eventType, quint8 detail, const QPoint &place)
 {
     xcb_test_fake_input(m_connection, eventType, detail, XCB_CURRENT_TIME, m_root,

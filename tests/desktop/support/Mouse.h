@@ -19,6 +19,9 @@ public:
     /// Moves there and clicks.
     void click(const QPoint &place, Qt::MouseButton button = Qt::LeftButton);
 
+    /// Holds the left button down all the way.
+    void drag(const QPoint &from, const QPoint &to);
+
 private:
     void fake(quint8 eventType, quint8 detail, const QPoint &place = {});
 
