@@ -84,10 +84,15 @@ QString ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target
 QString ProgramUnderTest::addEntry(const QByteArray &kind, const QString &target, StoredKeys keys)
 {
     const QString id = addEntry(kind, target);
-    addDefault("hotkey.corvane-" + id.toUtf8() + R"(="@ByteArray({\"carbonKeyCode\":)"
+    addKeys(id.toUtf8(), keys);
+    return id;
+}
+
+void ProgramUnderTest::addKeys(const QByteArray &id, StoredKeys keys)
+{
+    addDefault("hotkey.corvane-" + id + R"(="@ByteArray({\"carbonKeyCode\":)"
                + QByteArray::number(keys.keyCode) + R"(,\"carbonModifiers\":)"
                + QByteArray::number(keys.modifiers) + "})\"");
-    return id;
 }
 
 void ProgramUnderTest::writeFiles() const

@@ -29,6 +29,9 @@ public:
     QString addEntry(const QByteArray &kind, const QString &target, StoredKeys keys);
     QString addApp(const QString &target, StoredKeys keys) { return addEntry("app", target, keys); }
 
+    /// Of an entry that somebody else adds.
+    void addKeys(const QByteArray &id, StoredKeys keys);
+
     /// Of entries that are added from now on.
     bool entriesAreEnabled = true;
 

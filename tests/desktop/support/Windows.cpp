@@ -12,6 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// Places and sizes are those of the content, wherever the frame is.
+constexpr uint32_t contentGravity = 10;
+
 QString output(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -65,6 +68,12 @@ int number(const QString &text, const QString &label)
 }
 } // namespace
 
+std::optional<xcb_window_t> activeWindow()
+{
+    const auto window = rootWindows(u"_NET_ACTIVE_WINDOW"_s).value(0).toUInt(nullptr, 16);
+    return window == XCB_NONE ? std::nullopt : std::optional(window);
+}
+
 QString activeTitle()
 {
     return titleOf(rootWindows(u"_NET_ACTIVE_WINDOW"_s).value(0));
@@ -90,11 +99,17 @@ QRect geometryOf(xcb_window_t window)
 
 void moveWindow(xcb_window_t window, const QPoint &place)
 {
-    constexpr uint32_t contentGravity = 10;
-    constexpr uint32_t hasX = 1 << 8;
-    constexpr uint32_t hasY = 1 << 9;
+    constexpr uint32_t hasPlace = 3 << 8;
     tellWindowManager(window, "_NET_MOVERESIZE_WINDOW",
-                      {contentGravity | hasX | hasY, uint32_t(place.x()), uint32_t(place.y())});
+                      {contentGravity | hasPlace, uint32_t(place.x()), uint32_t(place.y())});
+}
+
+void resizeWindow(xcb_window_t window, const QSize &size)
+{
+    constexpr uint32_t hasSize = 3 << 10;
+    tellWindowManager(
+        window, "_NET_MOVERESIZE_WINDOW",
+        {contentGravity | hasSize, 0, 0, uint32_t(size.width()), uint32_t(size.height())});
 }
 
 void closeWindow(xcb_window_t window)

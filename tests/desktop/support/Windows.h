@@ -6,7 +6,8 @@
 #include <optional>
 #include <xcb/xcb.h>
 
-/// The title of the window that has the focus; empty if none has.
+/// The window that has the focus, and its title; nothing and empty if none has.
+std::optional<xcb_window_t> activeWindow();
 QString activeTitle();
 
 /// The window with that title, if it is on the screen.
@@ -17,6 +18,9 @@ QRect geometryOf(xcb_window_t window);
 
 /// Moves its content there, wherever the frame begins.
 void moveWindow(xcb_window_t window, const QPoint &place);
+
+/// Gives its content that size, as far as it lets be done with it.
+void resizeWindow(xcb_window_t window, const QSize &size);
 
 /// Asks for what a click on the button of the frame asks for.
 void closeWindow(xcb_window_t window);
