@@ -46,6 +46,38 @@ private Q_SLOTS:
         QTEST(sessionType(environment(variables)), "type");
     }
 
+    void knowsTheDesktop_data()
+    {
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<std::optional<Desktop>>("desktop");
+        const auto add = [](const char *row, const QString &names, std::optional<Desktop> desktop) {
+            QTest::newRow(row) << names << desktop;
+        };
+        add("GNOME", u"GNOME"_s, Desktop::gnome);
+        add("Ubuntu's GNOME", u"ubuntu:GNOME"_s, Desktop::gnome);
+        add("a relative that calls itself so last", u"GNOME-Flashback:GNOME"_s, Desktop::gnome);
+        add("Pantheon", u"Pantheon"_s, Desktop::gnome);
+        add("Budgie, which is one of GNOME's, too", u"Budgie:GNOME"_s, Desktop::budgie);
+        add("Plasma", u"KDE"_s, Desktop::plasma);
+        add("Xfce", u"XFCE"_s, Desktop::xfce);
+        add("Cinnamon", u"X-Cinnamon"_s, Desktop::cinnamon);
+        add("MATE", u"MATE"_s, Desktop::mate);
+        add("LXQt", u"LXQt"_s, Desktop::lxqt);
+        add("in other letters", u"lxqt"_s, Desktop::lxqt);
+        add("one that we know not", u"sway"_s, std::nullopt);
+        add("one whose name only begins like another's", u"GNOME-Flashback"_s, std::nullopt);
+        add("none", u""_s, std::nullopt);
+    }
+    void knowsTheDesktop()
+    {
+        QFETCH(const QString, names);
+        QFETCH(const std::optional<Desktop>, desktop);
+        const QString variable = u"XDG_CURRENT_DESKTOP="_s + names;
+        QVERIFY(currentDesktop(environment({variable})) == desktop);
+    }
+
+    void knowsNoDesktopWithoutItsVariable() { QVERIFY(!currentDesktop(environment({}))); }
+
     void findsTheCompositor_data()
     {
         QTest::addColumn<QStringList>("variables");

@@ -1,79 +1,68 @@
 #include "platform/linux/LinuxSystemSettings.h"
 
+#include "platform/linux/Session.h"
+
+#include <QHash>
 #include <QStandardPaths>
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The command lines of its pages; the first whose program is there shows the page.
-struct Desktop {
-    /// As XDG_CURRENT_DESKTOP has it.
-    QStringList names;
+/// The command lines of a desktop's pages; the first whose program is there shows the page.
+struct Pages {
     QStringList notifications;
     QStringList loginItems;
 };
 
 // Only some versions of GNOME's own settings tell what starts at login, so they come last.
-const QList<Desktop> &knownDesktops()
+const QHash<Desktop, Pages> &knownPages()
 {
-    static const QList<Desktop> desktops{
+    static const QHash<Desktop, Pages> pages{
         {
-            {u"GNOME"_s, u"ubuntu"_s, u"Unity"_s, u"Pantheon"_s},
-            {u"gnome-control-center notifications"_s},
+            Desktop::gnome,
             {
-                u"gnome-session-properties"_s,
-                u"gnome-tweaks"_s,
-                u"gnome-control-center applications"_s,
+                {u"gnome-control-center notifications"_s},
+                {
+                    u"gnome-session-properties"_s,
+                    u"gnome-tweaks"_s,
+                    u"gnome-control-center applications"_s,
+                },
             },
         },
         {
-            {u"Budgie"_s},
-            {u"budgie-control-center notifications"_s, u"gnome-control-center notifications"_s},
-            {u"budgie-desktop-settings"_s, u"gnome-session-properties"_s, u"gnome-tweaks"_s},
+            Desktop::budgie,
+            {
+                {u"budgie-control-center notifications"_s, u"gnome-control-center notifications"_s},
+                {u"budgie-desktop-settings"_s, u"gnome-session-properties"_s, u"gnome-tweaks"_s},
+            },
         },
         {
-            {u"KDE"_s},
-            {u"systemsettings kcm_notifications"_s, u"systemsettings5 kcm_notifications"_s},
-            {u"systemsettings kcm_autostart"_s, u"systemsettings5 kcm_autostart"_s},
+            Desktop::plasma,
+            {
+                {u"systemsettings kcm_notifications"_s, u"systemsettings5 kcm_notifications"_s},
+                {u"systemsettings kcm_autostart"_s, u"systemsettings5 kcm_autostart"_s},
+            },
+        },
+        {Desktop::xfce, {{u"xfce4-notifyd-config"_s}, {u"xfce4-session-settings"_s}}},
+        {
+            Desktop::cinnamon,
+            {{u"cinnamon-settings notifications"_s}, {u"cinnamon-settings startup"_s}},
         },
         {
-            {u"XFCE"_s},
-            {u"xfce4-notifyd-config"_s},
-            {u"xfce4-session-settings"_s},
+            Desktop::mate,
+            {{u"mate-notification-properties"_s}, {u"mate-session-properties"_s}},
         },
-        {
-            {u"X-Cinnamon"_s, u"Cinnamon"_s},
-            {u"cinnamon-settings notifications"_s},
-            {u"cinnamon-settings startup"_s},
-        },
-        {
-            {u"MATE"_s},
-            {u"mate-notification-properties"_s},
-            {u"mate-session-properties"_s},
-        },
-        {
-            {u"LXQt"_s},
-            {u"lxqt-config-notificationd"_s},
-            {u"lxqt-config-session"_s},
-        },
+        {Desktop::lxqt, {{u"lxqt-config-notificationd"_s}, {u"lxqt-config-session"_s}}},
     };
-    return desktops;
+    return pages;
 }
 
-/// The first that we know of those that the session calls itself; null if we know none.
-const Desktop *currentDesktop(const QProcessEnvironment &environment)
+/// Those of the running desktop; none if we know it not.
+Pages pages(const QProcessEnvironment &environment)
 {
-    for (const QString &name : environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':')) {
-        const auto &desktops = knownDesktops();
-        const auto found = std::ranges::find_if(desktops, [&name](const Desktop &desktop) {
-            return desktop.names.contains(name, Qt::CaseInsensitive);
-        });
-        if (found != desktops.end())
-            return &*found;
-    }
-    return nullptr;
+    const auto desktop = currentDesktop(environment);
+    return desktop ? knownPages().value(*desktop) : Pages();
 }
 
 QStringList firstThatIsThere(const QStringList &commands, const QProcessEnvironment &environment)
@@ -120,12 +109,10 @@ void LinuxSystemSettings::open(const QStringList &command)
 
 QStringList notificationSettingsCommand(const QProcessEnvironment &environment)
 {
-    const Desktop *const desktop = currentDesktop(environment);
-    return desktop ? firstThatIsThere(desktop->notifications, environment) : QStringList();
+    return firstThatIsThere(pages(environment).notifications, environment);
 }
 
 QStringList loginItemsCommand(const QProcessEnvironment &environment)
 {
-    const Desktop *const desktop = currentDesktop(environment);
-    return desktop ? firstThatIsThere(desktop->loginItems, environment) : QStringList();
+    return firstThatIsThere(pages(environment).loginItems, environment);
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/Session.h"
 
 #include <QFile>
+#include <QHash>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -14,6 +15,23 @@ SessionType sessionType(const QProcessEnvironment &environment)
         || environment.value(u"XDG_SESSION_TYPE"_s) == u"wayland")
         return SessionType::wayland;
     return environment.value(u"DISPLAY"_s).isEmpty() ? SessionType::none : SessionType::x11;
+}
+
+std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment)
+{
+    static const QHash<QString, Desktop> desktops{
+        {u"gnome"_s, Desktop::gnome},       {u"ubuntu"_s, Desktop::gnome},
+        {u"unity"_s, Desktop::gnome},       {u"pantheon"_s, Desktop::gnome},
+        {u"budgie"_s, Desktop::budgie},     {u"kde"_s, Desktop::plasma},
+        {u"xfce"_s, Desktop::xfce},         {u"x-cinnamon"_s, Desktop::cinnamon},
+        {u"cinnamon"_s, Desktop::cinnamon}, {u"mate"_s, Desktop::mate},
+        {u"lxqt"_s, Desktop::lxqt},
+    };
+    for (const QString &name : environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':')) {
+        if (const auto found = desktops.constFind(name.toLower()); found != desktops.cend())
+            return *found;
+    }
+    return std::nullopt;
 }
 
 QString waylandSocketPath(const QProcessEnvironment &environment)
