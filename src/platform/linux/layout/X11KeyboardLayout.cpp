@@ -1,0 +1,70 @@
+#include "platform/linux/layout/X11KeyboardLayout.h"
+
+#include "platform/linux/layout/Xkbcommon.h"
+#include "platform/linux/x11/Xkb.h"
+
+#include <xkbcommon/xkbcommon-x11.h>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+/// One change of the keyboard comes as several events.
+constexpr auto settlingTime = 50ms;
+} // namespace
+
+void X11KeyboardLayout::start()
+{
+    m_connection.emplace();
+    if (!m_connection->isOpen()
+        || !xkb_x11_setup_xkb_extension(
+            m_connection->get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+        return;
+    m_settling.setInterval(settlingTime);
+    m_settling.setSingleShot(true);
+    connect(&m_settling, &QTimer::timeout, this, &X11KeyboardLayout::read);
+    m_notifier.emplace(xcb_get_file_descriptor(m_connection->get()), QSocketNotifier::Read);
+    connect(&*m_notifier, &QSocketNotifier::activated, this, &X11KeyboardLayout::readEvents);
+    selectEvents();
+    read();
+}
+
+void X11KeyboardLayout::selectEvents()
+{
+    constexpr uint16_t wholeEvents =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS;
+    // Of the state only which layout is in use, or each press of Shift would wake us.
+    xcb_xkb_select_events_details_t details = {};
+    details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
+    details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
+    xcb_xkb_select_events_aux(m_connection->get(), XCB_XKB_ID_USE_CORE_KBD,
+                              wholeEvents | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, wholeEvents,
+                              mapParts, mapParts, &details);
+}
+
+void X11KeyboardLayout::readEvents()
+{
+    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection->get())})
+        m_settling.start();
+    // A closed connection is always readable.
+    m_notifier->setEnabled(m_connection->isOpen());
+}
+
+void X11KeyboardLayout::read()
+{
+    auto *const connection = m_connection->get();
+    const auto keyboard = xkb_x11_get_core_keyboard_device_id(connection);
+    const auto context = makeXkbContext();
+    const XkbKeymap keymap(xkb_x11_keymap_new_from_device(context.get(), connection, keyboard,
+                                                          XKB_KEYMAP_COMPILE_NO_FLAGS));
+    if (keymap) {
+        const XkbState state(xkb_x11_state_new_from_device(keymap.get(), connection, keyboard));
+        if (state)
+            take(LayoutKeys(keymap.get(),
+                            xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE)));
+    }
+    // The answers may have brought events with them, for which the notifier does not wake.
+    readEvents();
+}
