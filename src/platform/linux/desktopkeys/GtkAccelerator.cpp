@@ -1,0 +1,103 @@
+#include "platform/EventFlag.h"
+#include "platform/linux/desktopkeys/Accelerator.h"
+
+#include <QByteArray>
+#include <QString>
+#include <algorithm>
+#include <iterator>
+#include <xkbcommon/xkbcommon.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Where the key above Tab is, which desktops name by its place.
+constexpr quint32 aboveTab = 49;
+
+constexpr struct {
+    QLatin1StringView name;
+    quint32 flag;
+} modifierNames[] = {
+    {"Primary"_L1, controlEventFlag},
+    {"Control"_L1, controlEventFlag},
+    {"Ctrl"_L1, controlEventFlag},
+    {"Ctl"_L1, controlEventFlag},
+    {"Alt"_L1, optionEventFlag},
+    {"Meta"_L1, optionEventFlag},
+    {"Mod1"_L1, optionEventFlag},
+    {"Super"_L1, commandEventFlag},
+    {"Hyper"_L1, commandEventFlag},
+    {"Mod4"_L1, commandEventFlag},
+    {"Shift"_L1, shiftEventFlag},
+    {"Shft"_L1, shiftEventFlag},
+    // Desktops tell no presses apart by these.
+    {"Mod2"_L1, 0},
+    {"Lock"_L1, 0},
+    {"Release"_L1, 0},
+};
+
+std::optional<quint32> modifierFlag(QStringView name)
+{
+    const auto *const found = std::ranges::find_if(modifierNames, [name](const auto &modifier) {
+        return name.compare(modifier.name, Qt::CaseInsensitive) == 0;
+    });
+    if (found == std::end(modifierNames))
+        return std::nullopt;
+    return found->flag;
+}
+
+/// Also keeps the end of a C string out of the name's middle.
+bool couldBeName(const QByteArray &text)
+{
+    return std::ranges::all_of(text, [](char letter) {
+        return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z')
+            || (letter >= '0' && letter <= '9') || letter == '_';
+    });
+}
+
+quint32 symbolNamed(const QByteArray &name)
+{
+    // Two symbols, such as those of large and small kana, may differ in their names' case alone.
+    auto symbol = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
+    if (symbol == XKB_KEY_NoSymbol)
+        symbol = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    if (symbol == XKB_KEY_NoSymbol)
+        symbol = xkb_keysym_from_name(("XF86" + name).constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    return symbol == XKB_KEY_VoidSymbol ? 0 : xkb_keysym_to_lower(symbol);
+}
+
+/// Zero if the text gives no place.
+quint32 placeNamed(const QByteArray &name)
+{
+    bool isNumber = false;
+    const uint place = name.toUInt(&isNumber, 16);
+    return isNumber && place <= 255 ? place : 0;
+}
+} // namespace
+
+std::optional<Accelerator> gtkAccelerator(const QString &text)
+{
+    Accelerator accelerator;
+    QStringView rest = text;
+    while (rest.startsWith(u'<')) {
+        const auto end = rest.indexOf(u'>');
+        const auto flag = end < 0 ? std::nullopt : modifierFlag(rest.sliced(1, end - 1));
+        if (!flag)
+            return std::nullopt;
+        accelerator.modifiers |= *flag;
+        rest = rest.sliced(end + 1);
+    }
+
+    const QByteArray name = rest.toUtf8();
+    if (!couldBeName(name))
+        return std::nullopt;
+    if (name == "Above_Tab")
+        accelerator.place = aboveTab;
+    else if (name.startsWith("0x") || name.startsWith("0X"))
+        accelerator.place = placeNamed(name);
+    else
+        accelerator.symbol = symbolNamed(name);
+    if (!accelerator.place && !accelerator.symbol)
+        return std::nullopt;
+    return accelerator;
+}

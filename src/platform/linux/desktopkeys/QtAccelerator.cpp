@@ -1,0 +1,114 @@
+#include "platform/EventFlag.h"
+#include "platform/linux/desktopkeys/Accelerator.h"
+
+#include <QChar>
+#include <Qt>
+#include <algorithm>
+#include <iterator>
+#include <xkbcommon/xkbcommon.h>
+
+namespace
+{
+struct NamedKey {
+    int key;
+    xkb_keysym_t symbol;
+    /// On the keypad; 0 if it has no such key.
+    xkb_keysym_t keypadSymbol = 0;
+};
+
+/// All that have a name rather than a character, but for the function keys.
+constexpr NamedKey namedKeys[] = {
+    {Qt::Key_Escape, XKB_KEY_Escape},
+    {Qt::Key_Tab, XKB_KEY_Tab},
+    {Qt::Key_Backtab, XKB_KEY_Tab},
+    {Qt::Key_Backspace, XKB_KEY_BackSpace},
+    {Qt::Key_Return, XKB_KEY_Return},
+    {Qt::Key_Enter, XKB_KEY_KP_Enter, XKB_KEY_KP_Enter},
+    {Qt::Key_Insert, XKB_KEY_Insert, XKB_KEY_KP_Insert},
+    {Qt::Key_Delete, XKB_KEY_Delete, XKB_KEY_KP_Delete},
+    {Qt::Key_Pause, XKB_KEY_Pause},
+    {Qt::Key_Print, XKB_KEY_Print},
+    // The same key together with Alt.
+    {Qt::Key_SysReq, XKB_KEY_Print},
+    {Qt::Key_Clear, XKB_KEY_Clear, XKB_KEY_KP_Begin},
+    {Qt::Key_Home, XKB_KEY_Home, XKB_KEY_KP_Home},
+    {Qt::Key_End, XKB_KEY_End, XKB_KEY_KP_End},
+    {Qt::Key_Left, XKB_KEY_Left, XKB_KEY_KP_Left},
+    {Qt::Key_Up, XKB_KEY_Up, XKB_KEY_KP_Up},
+    {Qt::Key_Right, XKB_KEY_Right, XKB_KEY_KP_Right},
+    {Qt::Key_Down, XKB_KEY_Down, XKB_KEY_KP_Down},
+    {Qt::Key_PageUp, XKB_KEY_Page_Up, XKB_KEY_KP_Page_Up},
+    {Qt::Key_PageDown, XKB_KEY_Page_Down, XKB_KEY_KP_Page_Down},
+    {Qt::Key_ScrollLock, XKB_KEY_Scroll_Lock},
+    {Qt::Key_Menu, XKB_KEY_Menu},
+    {Qt::Key_Help, XKB_KEY_Help},
+    {Qt::Key_VolumeDown, XKB_KEY_XF86AudioLowerVolume},
+    {Qt::Key_VolumeMute, XKB_KEY_XF86AudioMute},
+    {Qt::Key_VolumeUp, XKB_KEY_XF86AudioRaiseVolume},
+};
+
+xkb_keysym_t keypadCharacter(int key)
+{
+    switch (key) {
+    case Qt::Key_Asterisk:
+        return XKB_KEY_KP_Multiply;
+    case Qt::Key_Plus:
+        return XKB_KEY_KP_Add;
+    case Qt::Key_Comma:
+        return XKB_KEY_KP_Separator;
+    case Qt::Key_Minus:
+        return XKB_KEY_KP_Subtract;
+    case Qt::Key_Period:
+        return XKB_KEY_KP_Decimal;
+    case Qt::Key_Slash:
+        return XKB_KEY_KP_Divide;
+    case Qt::Key_Equal:
+        return XKB_KEY_KP_Equal;
+    default:
+        return key >= Qt::Key_0 && key <= Qt::Key_9 ? XKB_KEY_KP_0 + quint32(key - Qt::Key_0) : 0;
+    }
+}
+
+bool isCharacter(int key)
+{
+    return key < Qt::Key_Escape && QChar::isPrint(uint(key));
+}
+
+xkb_keysym_t symbolOf(int key, bool isOnKeypad)
+{
+    if (isCharacter(key))
+        return isOnKeypad ? keypadCharacter(key)
+                          : xkb_keysym_to_lower(xkb_utf32_to_keysym(uint(key)));
+    if (key >= Qt::Key_F1 && key <= Qt::Key_F35)
+        return XKB_KEY_F1 + quint32(key - Qt::Key_F1);
+    const auto *const found = std::ranges::find(namedKeys, key, &NamedKey::key);
+    if (found == std::end(namedKeys))
+        return 0;
+    return isOnKeypad ? found->keypadSymbol : found->symbol;
+}
+
+quint32 eventFlags(Qt::KeyboardModifiers modifiers)
+{
+    return (modifiers.testFlag(Qt::ShiftModifier) ? shiftEventFlag : 0u)
+        | (modifiers.testFlag(Qt::ControlModifier) ? controlEventFlag : 0u)
+        | (modifiers.testFlag(Qt::AltModifier) ? optionEventFlag : 0u)
+        | (modifiers.testFlag(Qt::MetaModifier) ? commandEventFlag : 0u);
+}
+} // namespace
+
+std::optional<Accelerator> qtAccelerator(int code)
+{
+    const int key = code & ~int(Qt::KeyboardModifierMask);
+    const Qt::KeyboardModifiers modifiers(code & int(Qt::KeyboardModifierMask));
+    if (code <= 0 || modifiers.testFlag(Qt::GroupSwitchModifier))
+        return {};
+    const bool isOnKeypad = modifiers.testFlag(Qt::KeypadModifier);
+    const xkb_keysym_t symbol = symbolOf(key, isOnKeypad);
+    if (!symbol)
+        return {};
+    return Accelerator{
+        .modifiers = eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
+        .symbol = symbol,
+        .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
+    };
+}
