@@ -1,0 +1,280 @@
+#include "platform/linux/desktopkeys/GSettingsShortcuts.h"
+
+#include "platform/linux/desktopkeys/OwnCommand.h"
+
+#include <QByteArrayList>
+#include <gio/gio.h>
+#include <memory>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+const GSettingsFamily GSettingsFamily::gnome{
+    .keys{
+        {"org.gnome.desktop.wm.keybindings"},
+        {"org.gnome.shell.keybindings"},
+        {"org.gnome.mutter.keybindings"},
+        {"org.gnome.mutter.wayland.keybindings"},
+        {"org.gnome.mutter", "overlay-key"},
+        {"org.gnome.settings-daemon.plugins.media-keys"},
+    },
+    .customSchema = "org.gnome.settings-daemon.plugins.media-keys.custom-keybinding",
+    .customCommand = "command",
+    .customPath = u"%1"_s,
+    .customList = "custom-keybindings",
+};
+
+const GSettingsFamily GSettingsFamily::cinnamon{
+    .keys{
+        {"org.cinnamon.desktop.keybindings"},
+        {"org.cinnamon.desktop.keybindings.wm"},
+        {"org.cinnamon.desktop.keybindings.media-keys"},
+        {"org.cinnamon.muffin.keybindings"},
+        {"org.cinnamon.muffin.wayland.keybindings"},
+        {"org.cinnamon.muffin", "overlay-key"},
+    },
+    .customSchema = "org.cinnamon.desktop.keybindings.custom-keybinding",
+    .customCommand = "command",
+    .customPath = u"/org/cinnamon/desktop/keybindings/custom-keybindings/%1/"_s,
+    .customList = "custom-list",
+};
+
+const GSettingsFamily GSettingsFamily::mate{
+    .keys{
+        {"org.mate.Marco.global-keybindings"},
+        {"org.mate.Marco.window-keybindings"},
+        {"org.mate.SettingsDaemon.plugins.media-keys"},
+    },
+    .customSchema = "org.mate.control-center.keybinding",
+    .customCommand = "action",
+    .customPath = u"/org/mate/desktop/keybindings/custom%1/"_s,
+};
+
+namespace
+{
+using Accelerators = DesktopShortcuts::Accelerators;
+
+constexpr const char *customKey = "binding";
+
+/// Numbers that have become free are used again, so that larger gaps in a row are most unlikely.
+constexpr int longestGap = 16;
+
+void noteChange(GSettings *, const char *, gpointer isStale)
+{
+    *static_cast<bool *>(isStale) = true;
+}
+
+/// Another reference may outlive ours for a moment, but what it notes the change in does not.
+struct SettingsClose {
+    void operator()(GSettings *settings) const
+    {
+        g_signal_handlers_disconnect_matched(settings, G_SIGNAL_MATCH_FUNC, 0, 0, nullptr,
+                                             reinterpret_cast<gpointer>(noteChange), nullptr);
+        g_object_unref(settings);
+    }
+};
+
+struct ContextEnd {
+    void operator()(GMainContext *context) const
+    {
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+    }
+};
+
+struct OpenSettings {
+    std::unique_ptr<GSettings, SettingsClose> settings;
+    QByteArrayList keys;
+};
+
+/// Others end the program, or complain.
+bool isPath(const QByteArray &path)
+{
+    return path.startsWith('/') && path.endsWith('/') && !path.contains("//");
+}
+
+QByteArrayList keysOf(GSettingsSchema *schema, const char *key)
+{
+    if (key)
+        return g_settings_schema_has_key(schema, key) ? QByteArrayList{key} : QByteArrayList();
+    const std::unique_ptr<gchar *, decltype(&g_strfreev)> all(g_settings_schema_list_keys(schema),
+                                                              g_strfreev);
+    QByteArrayList keys;
+    for (auto *const *name = all.get(); *name; ++name)
+        keys << *name;
+    return keys;
+}
+
+/// Those of keys with other types are none.
+QStringList texts(const OpenSettings &open, const QByteArray &key)
+{
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> value(
+        g_settings_get_value(open.settings.get(), key.constData()), g_variant_unref);
+    if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING))
+        return {QString::fromUtf8(g_variant_get_string(value.get(), nullptr))};
+    if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING_ARRAY))
+        return {};
+    QStringList texts;
+    for (gsize i = 0; i < g_variant_n_children(value.get()); ++i) {
+        const char *text = nullptr;
+        g_variant_get_child(value.get(), i, "&s", &text);
+        texts << QString::fromUtf8(text);
+    }
+    return texts;
+}
+
+bool isSet(const OpenSettings &open, const char *key)
+{
+    GVariant *const value = g_settings_get_user_value(open.settings.get(), key);
+    if (!value)
+        return false;
+    g_variant_unref(value);
+    return true;
+}
+
+void add(Accelerators &accelerators, const QStringList &texts)
+{
+    for (const QString &text : texts) {
+        if (const auto accelerator = gtkAccelerator(text))
+            accelerators << *accelerator;
+    }
+}
+
+/// The settings of a family, which tell their changes in the thread that opened them.
+class FamilySettings
+{
+public:
+    explicit FamilySettings(const GSettingsFamily &family);
+
+    bool isInstalled() const { return !m_open.empty(); }
+    bool isStale() const { return m_isStale; }
+    Accelerators read();
+
+private:
+    std::optional<OpenSettings> open(const GSettingsFamily::Keys &keys,
+                                     const QByteArray &path = {});
+    Accelerators readCustoms(const QStringList &list);
+    bool callsUs(const OpenSettings &custom) const;
+
+    const GSettingsFamily &m_family;
+    bool m_isStale = true;
+    std::vector<OpenSettings> m_open;
+    std::vector<OpenSettings> m_customs;
+};
+
+FamilySettings::FamilySettings(const GSettingsFamily &family)
+    : m_family(family)
+{
+    for (const auto &keys : m_family.keys) {
+        if (auto opened = open(keys))
+            m_open.push_back(std::move(*opened));
+    }
+}
+
+std::optional<OpenSettings> FamilySettings::open(const GSettingsFamily::Keys &keys,
+                                                 const QByteArray &path)
+{
+    GSettingsSchemaSource *const installed = g_settings_schema_source_get_default();
+    if (!installed)
+        return std::nullopt;
+    const std::unique_ptr<GSettingsSchema, decltype(&g_settings_schema_unref)> schema(
+        g_settings_schema_source_lookup(installed, keys.schema, TRUE), g_settings_schema_unref);
+    // A schema with a path and another path, or with neither, would end the program.
+    if (!schema || (g_settings_schema_get_path(schema.get()) == nullptr) != isPath(path))
+        return std::nullopt;
+    GSettings *const settings =
+        g_settings_new_full(schema.get(), nullptr, path.isEmpty() ? nullptr : path.constData());
+    g_signal_connect(settings, "changed", G_CALLBACK(noteChange), &m_isStale);
+    return OpenSettings{decltype(OpenSettings::settings)(settings), keysOf(schema.get(), keys.key)};
+}
+
+Accelerators FamilySettings::read()
+{
+    m_isStale = false;
+    Accelerators accelerators;
+    QStringList list;
+    for (const OpenSettings &open : m_open) {
+        for (const QByteArray &key : open.keys) {
+            if (key == m_family.customList)
+                list = texts(open, key);
+            else
+                add(accelerators, texts(open, key));
+        }
+    }
+    return accelerators + readCustoms(list);
+}
+
+bool FamilySettings::callsUs(const OpenSettings &custom) const
+{
+    const QByteArray key = m_family.customCommand;
+    return custom.keys.contains(key) && ::callsUs(texts(custom, key).value(0));
+}
+
+Accelerators FamilySettings::readCustoms(const QStringList &list)
+{
+    // Closed only afterwards, so that what they have in common with the new ones stays subscribed.
+    const auto former = std::exchange(m_customs, {});
+    Accelerators accelerators;
+    const auto addCustom = [&](const QString &name) {
+        auto custom = open({m_family.customSchema}, m_family.customPath.arg(name).toUtf8());
+        if (!custom || !custom->keys.contains(customKey))
+            return false;
+        if (!callsUs(*custom))
+            add(accelerators, texts(*custom, customKey));
+        const bool isUsed = isSet(*custom, customKey);
+        m_customs.push_back(std::move(*custom));
+        return isUsed;
+    };
+    if (m_family.customList) {
+        for (const QString &name : list)
+            addCustom(name);
+        return accelerators;
+    }
+    for (int number = 0, gap = 0; gap < longestGap; ++number)
+        gap = addCustom(QString::number(number)) ? 0 : gap + 1;
+    return accelerators;
+}
+} // namespace
+
+GSettingsShortcuts::GSettingsShortcuts(GSettingsFamily family)
+    : m_family(std::move(family))
+{
+}
+
+void GSettingsShortcuts::start()
+{
+    try {
+        m_thread = std::jthread([this](const std::stop_token &end) { follow(end); });
+    } catch (const std::system_error &) {
+        // Without a thread there is nothing to be read.
+    }
+}
+
+void GSettingsShortcuts::follow(const std::stop_token &end)
+{
+    const std::unique_ptr<GMainContext, ContextEnd> context(g_main_context_new());
+    g_main_context_push_thread_default(context.get());
+    const std::stop_callback wake(end, [&context] { g_main_context_wakeup(context.get()); });
+    FamilySettings settings(m_family);
+    if (!settings.isInstalled())
+        return;
+    for (;;) {
+        // What has changed together is read once.
+        while (g_main_context_iteration(context.get(), FALSE)) { }
+        // Only now, because what is above may have used up the wake-up.
+        if (end.stop_requested())
+            return;
+        if (settings.isStale())
+            tell(settings.read());
+        else
+            g_main_context_iteration(context.get(), TRUE);
+    }
+}
+
+void GSettingsShortcuts::tell(const Accelerators &accelerators)
+{
+    QMetaObject::invokeMethod(
+        this, [this, accelerators] { take(accelerators); }, Qt::QueuedConnection);
+}
