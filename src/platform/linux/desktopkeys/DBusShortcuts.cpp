@@ -1,0 +1,69 @@
+#include "platform/linux/desktopkeys/DBusShortcuts.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+DBusShortcuts::DBusShortcuts(QString service)
+    : m_service(std::move(service))
+{
+    // Desktops change many shortcuts at once, with a signal for each.
+    m_pause.setInterval(50ms);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &DBusShortcuts::beginReading);
+}
+
+void DBusShortcuts::start()
+{
+    auto *const owner = new QDBusServiceWatcher(m_service, QDBusConnection::sessionBus(),
+                                                QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &newOwner) {
+                m_reading.reset();
+                take(std::nullopt);
+                // Services have their names before they can answer.
+                if (!newOwner.isEmpty())
+                    refresh();
+            });
+    beginReading();
+}
+
+void DBusShortcuts::refresh()
+{
+    if (!m_pause.isActive())
+        m_pause.start();
+}
+
+void DBusShortcuts::refreshOn(const QString &path, const QString &interface, const QString &signal,
+                              const QStringList &arguments)
+{
+    QDBusConnection::sessionBus().connect(m_service, path, interface, signal, arguments, QString(),
+                                          this, SLOT(refresh()));
+}
+
+void DBusShortcuts::beginReading()
+{
+    m_reading = std::make_unique<QObject>();
+    read();
+}
+
+void DBusShortcuts::ask(const QString &path, const QString &interface, const QString &method,
+                        const QVariantList &arguments, const Then &then)
+{
+    auto question = QDBusMessage::createMethodCall(m_service, path, interface, method);
+    question.setAutoStartService(false);
+    question.setArguments(arguments);
+    // As nobody waits, the answer may be as late as it likes.
+    constexpr int unlimited = std::numeric_limits<int>::max();
+    auto *const answer = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(question, unlimited), m_reading.get());
+    connect(answer, &QDBusPendingCallWatcher::finished, m_reading.get(), [answer, then] {
+        answer->deleteLater();
+        then(answer->reply());
+    });
+}

@@ -1,0 +1,75 @@
+#include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusPendingReply>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString path = u"/kglobalaccel"_s;
+const QString interface = u"org.kde.KGlobalAccel"_s;
+
+/// The keys in force of all shortcuts, as Qt's codes.
+QList<int> activeKeys(const QDBusMessage &shortcuts)
+{
+    QList<int> found;
+    if (shortcuts.signature() != u"a(ssssssaiai)")
+        return found;
+    const auto list = shortcuts.arguments().constFirst().value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString name;
+        QList<int> keys;
+        list.beginStructure();
+        // The shortcut's, its component's and its context's, each with a title.
+        list >> name >> name >> name >> name >> name >> name >> keys;
+        list.endStructure();
+        found << keys;
+    }
+    return found;
+}
+} // namespace
+
+KGlobalAccelShortcuts::KGlobalAccelShortcuts()
+    : DBusShortcuts(u"org.kde.kglobalaccel"_s)
+{
+}
+
+void KGlobalAccelShortcuts::start()
+{
+    refreshOn(path, interface, u"yourShortcutsChanged"_s);
+    DBusShortcuts::start();
+}
+
+void KGlobalAccelShortcuts::read()
+{
+    ask(path, interface, u"allComponents"_s, {},
+        [this](const QDBusMessage &answer) { readComponents(answer); });
+}
+
+void KGlobalAccelShortcuts::readComponents(const QDBusMessage &paths)
+{
+    const QDBusPendingReply<QList<QDBusObjectPath>> components(paths);
+    if (components.isError())
+        return take(std::nullopt);
+    m_found.clear();
+    m_unanswered = components.value().size();
+    if (m_unanswered == 0)
+        return take(m_found);
+    for (const QDBusObjectPath &component : components.value())
+        ask(component.path(), u"org.kde.kglobalaccel.Component"_s, u"allShortcutInfos"_s, {},
+            [this](const QDBusMessage &answer) { add(answer); });
+}
+
+void KGlobalAccelShortcuts::add(const QDBusMessage &shortcuts)
+{
+    for (const int key : activeKeys(shortcuts)) {
+        if (const auto accelerator = qtAccelerator(key))
+            m_found << *accelerator;
+    }
+    if (--m_unanswered == 0)
+        take(std::exchange(m_found, {}));
+}

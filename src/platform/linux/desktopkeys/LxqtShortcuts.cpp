@@ -1,0 +1,126 @@
+#include "platform/linux/desktopkeys/LxqtShortcuts.h"
+
+#include "platform/linux/desktopkeys/OwnCommand.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QVariant>
+#include <algorithm>
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+/// Far more than anybody's shortcuts take; what is longer is something else.
+constexpr qint64 longestFile = 1'000'000;
+
+/// In the order of their precedence.
+QStringList configFiles()
+{
+    QStringList files = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    for (QString &file : files)
+        file += u"/lxqt/globalkeyshortcuts.conf"_s;
+    return files;
+}
+
+bool isFile(const QString &path)
+{
+    return QFileInfo(path).isFile();
+}
+
+/// What is there of it: itself, or the nearest of its folders.
+QString watchable(QString path)
+{
+    while (!QFileInfo::exists(path))
+        path = QFileInfo(path).path();
+    return path;
+}
+
+struct Group {
+    /// A shortcut and a number, such as "Control%2BAlt%2BT.1".
+    QByteArray header;
+    bool isEnabled = true;
+    /// A command, or something of a program on the bus.
+    bool hasAction = false;
+    bool callsUs = false;
+};
+
+void addSetting(Group &group, const QByteArray &line)
+{
+    const qsizetype sign = line.indexOf('=');
+    if (sign < 0)
+        return;
+    const QByteArray name = line.first(sign).trimmed();
+    const auto value = QString::fromUtf8(line.sliced(sign + 1).trimmed());
+    if (name == "Enabled")
+        group.isEnabled = QVariant(value).toBool();
+    if (name == "Exec" || name == "path")
+        group.hasAction = true;
+    if (name == "Exec")
+        group.callsUs = callsUs(value);
+}
+
+std::optional<Accelerator> shortcut(const Group &group)
+{
+    if (!group.isEnabled || !group.hasAction || group.callsUs)
+        return {};
+    const auto name = QString::fromLatin1(QByteArray::fromPercentEncoding(group.header));
+    return lxqtAccelerator(name.left(name.lastIndexOf(u'.')));
+}
+
+// Not read by QSettings, which would make objects out of whatever the file says.
+std::optional<DesktopShortcuts::Accelerators> shortcuts(const QString &path)
+{
+    QFile file(path);
+    if (file.size() > longestFile || !file.open(QIODevice::ReadOnly))
+        return {};
+    QList<Group> groups;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().trimmed();
+        if (line.startsWith('[') && line.endsWith(']'))
+            groups << Group{.header = line.sliced(1).chopped(1)};
+        else if (!groups.isEmpty())
+            addSetting(groups.last(), line);
+    }
+    DesktopShortcuts::Accelerators found;
+    for (const Group &group : groups) {
+        if (const auto accelerator = shortcut(group))
+            found << *accelerator;
+    }
+    return found;
+}
+} // namespace
+
+LxqtShortcuts::LxqtShortcuts()
+{
+    // One change of the file is several to whoever watches it.
+    m_pause.setInterval(50ms);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &LxqtShortcuts::read);
+}
+
+void LxqtShortcuts::start()
+{
+    m_watcher.emplace();
+    connect(&*m_watcher, &QFileSystemWatcher::fileChanged, &m_pause, qOverload<>(&QTimer::start));
+    connect(&*m_watcher, &QFileSystemWatcher::directoryChanged, &m_pause,
+            qOverload<>(&QTimer::start));
+    QMetaObject::invokeMethod(this, &LxqtShortcuts::read, Qt::QueuedConnection);
+}
+
+void LxqtShortcuts::read()
+{
+    const QStringList files = configFiles();
+    // All anew, because a file of the same name may be another one now; and first, so that no
+    // change is missed.
+    if (const QStringList watched = m_watcher->files() + m_watcher->directories();
+        !watched.isEmpty())
+        m_watcher->removePaths(watched);
+    for (const QString &file : files)
+        m_watcher->addPath(watchable(file));
+    const auto inForce = std::ranges::find_if(files, isFile);
+    take(inForce == files.end() ? std::nullopt : shortcuts(*inForce));
+}

@@ -1,0 +1,61 @@
+#include "platform/linux/desktopkeys/XfconfShortcuts.h"
+
+#include "platform/linux/desktopkeys/OwnCommand.h"
+
+#include <QDBusPendingReply>
+#include <QVariantMap>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString path = u"/org/xfce/Xfconf"_s;
+const QString interface = u"org.xfce.Xfconf"_s;
+const QString channel = u"xfce4-keyboard-shortcuts"_s;
+
+bool counts(const QVariant &action)
+{
+    return action.metaType() == QMetaType::fromType<QString>() && !action.toString().isEmpty()
+        && !callsUs(action.toString());
+}
+
+/// The user's shortcuts, once there are any, take the place of all that the desktop comes with.
+DesktopShortcuts::Accelerators shortcuts(const QString &folder, const QVariantMap &settings)
+{
+    const bool hasOwn = settings.value(folder + u"custom/override"_s) == QVariant(true);
+    const QString prefix = folder + (hasOwn ? u"custom/"_s : u"default/"_s);
+    DesktopShortcuts::Accelerators found;
+    for (auto it = settings.lowerBound(prefix); it != settings.end(); ++it) {
+        if (!it.key().startsWith(prefix))
+            break;
+        const auto accelerator = gtkAccelerator(it.key().sliced(prefix.size()));
+        if (accelerator && counts(it.value()))
+            found << *accelerator;
+    }
+    return found;
+}
+} // namespace
+
+XfconfShortcuts::XfconfShortcuts()
+    : DBusShortcuts(u"org.xfce.Xfconf"_s)
+{
+}
+
+void XfconfShortcuts::start()
+{
+    refreshOn(path, interface, u"PropertyChanged"_s, {channel});
+    refreshOn(path, interface, u"PropertyRemoved"_s, {channel});
+    DBusShortcuts::start();
+}
+
+void XfconfShortcuts::read()
+{
+    ask(path, interface, u"GetAllProperties"_s, {channel, u"/"_s},
+        [this](const QDBusMessage &answer) {
+            const QDBusPendingReply<QVariantMap> settings(answer);
+            if (settings.isError())
+                return take(std::nullopt);
+            take(shortcuts(u"/commands/"_s, settings.value())
+                 + shortcuts(u"/xfwm4/"_s, settings.value()));
+        });
+}
