@@ -27,7 +27,7 @@ public:
     /// Registers a virtual key code with a mask of modifiers (KeyModifier bits), until
     /// the registration is destroyed. Nothing when it is refused at once: keys that we have
     /// registered already, a key that does not exist. A service that learns of a refusal only
-    /// later lets go of the registration by itself, in silence. Ending a registration and making
+    /// later does so in silence, and may try again by itself. Ending a registration and making
     /// it again in one turn of the event loop costs nothing and loses no press.
     virtual std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
                                                        HotkeyId id) = 0;

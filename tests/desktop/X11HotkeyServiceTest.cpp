@@ -1,17 +1,21 @@
-// Registrations against a rival who holds keys, and what they cost.
+// Registrations against a rival who holds keys, what they cost, and who is asked for them.
 
-#include "platform/linux/x11/X11HotkeyService.h"
+#include "platform/linux/x11/TrialGrabs.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "support/Keyboard.h"
 #include "support/RequestCounter.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr quint32 keyJ = 38;
 constexpr quint32 keyK = 40;
+/// X keyboards cannot have it.
+constexpr quint32 keyFn = 63;
 constexpr quint32 keyF13OrPrint = 105;
 constexpr quint32 control = 0x1000;
 constexpr quint16 xControl = XCB_MOD_MASK_CONTROL;
@@ -22,6 +26,7 @@ struct Desk {
     X11Connection connection;
     UserActivation activation;
     X11HotkeyService service{connection, activation};
+    TrialGrabs trials{service};
     RequestCounter requests{connection.get()};
     Keyboard keyboard;
 
@@ -37,6 +42,14 @@ struct Desk {
         rival.reset();
         [this] { QTRY_VERIFY(!keyboard.isGrabbed(KEY_K, xControl)); }();
         return registration;
+    }
+
+    /// What is known of K when the trials are over.
+    bool isHeldElsewhere(quint32 keyCode = keyK)
+    {
+        trials.isHeldElsewhere(keyCode, control);
+        QTest::qWait(0);
+        return trials.isHeldElsewhere(keyCode, control);
     }
 
     std::optional<Registration> registerKey(quint32 keyCode, HotkeyId id = someId)
@@ -141,6 +154,253 @@ private Q_SLOTS:
         desk.keyboard.type({KEY_LEFTCTRL, KEY_F13});
         desk.keyboard.type({KEY_LEFTCTRL, KEY_SYSRQ});
         QTRY_COMPARE(presses, QList<HotkeyId>({someId, someId}));
+    }
+
+    void tellsWhatIsRefused()
+    {
+        Desk desk;
+        QSignalSpy changes(&desk.service, &X11HotkeyService::refusalsChanged);
+        QCOMPARE(desk.service.isRefused(keyK, control), std::nullopt);
+        const auto registration = desk.registerRefusedK();
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
+        QCOMPARE(changes.count(), 1);
+        const auto other = desk.registerKey(keyJ);
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyJ, control), false);
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void staysRefusedWhenOthersAreRefusedToo()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        rival.grab(KEY_J, xControl);
+        const auto first = desk.registerKey(keyK);
+        desk.service.flush();
+        const auto second = desk.registerKey(keyJ);
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
+        QCOMPARE(desk.service.isRefused(keyJ, control), true);
+    }
+
+    void staysRefusedWhileItIsGivenUpAndAskedForAgain()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        registration.reset();
+        registration = desk.registerKey(keyK);
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
+    }
+
+    void refusesNothingThatTheKeyboardHasNot()
+    {
+        Desk desk;
+        const auto missing = desk.registerKey(keyFn);
+        QVERIFY(missing);
+        const auto refused = desk.registerRefusedK();
+        QCOMPARE(desk.service.isRefused(keyFn, control), false);
+    }
+
+    void isNotRefusedWithOneOfTwoKeys()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_SYSRQ, xControl);
+        const auto registration = desk.registerKey(keyF13OrPrint);
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyF13OrPrint, control), false);
+    }
+
+    void tellsThatWhatWasRefusedIsGivenUp()
+    {
+        Desk desk;
+        auto registration = desk.registerRefusedK();
+        QSignalSpy changes(&desk.service, &X11HotkeyService::refusalsChanged);
+        registration.reset();
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), std::nullopt);
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void takesWhatWasRefusedOnceItsRivalHasGoneAndSomebodyAsksAgain()
+    {
+        Desk desk;
+        QList<HotkeyId> presses;
+        desk.service.installHandler([&presses](HotkeyId id) { presses << id; });
+        const auto registration = desk.registerRefusedK();
+        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
+        desk.trials.askAgain();
+        QVERIFY(!desk.trials.isHeldElsewhere(keyK, control));
+        QCOMPARE(changes.count(), 1);
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
+        QTRY_COMPARE(presses, QList<HotkeyId>({someId}));
+    }
+
+    void staysRefusedWhileTheRivalIsThere()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        const auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
+        desk.trials.askAgain();
+        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QCOMPARE(changes.count(), 0);
+        QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl | XCB_MOD_MASK_LOCK));
+    }
+
+    void learnsByATrialWhatIsNotRegistered_data()
+    {
+        QTest::addColumn<quint32>("keyCode");
+        QTest::addColumn<QList<int>>("rivals");
+        QTest::addColumn<quint16>("modifiers");
+        QTest::addColumn<bool>("isHeld");
+        const auto add = [](const char *row, quint32 keyCode, const QList<int> &rivals,
+                            quint16 modifiers, bool isHeld) {
+            QTest::newRow(row) << keyCode << rivals << modifiers << isHeld;
+        };
+        add("nobody has them", keyK, {}, xControl, false);
+        add("another program has them", keyK, {KEY_K}, xControl, true);
+        add("it has them only while Caps Lock is on", keyK, {KEY_K}, xControl | XCB_MOD_MASK_LOCK,
+            true);
+        add("it has them with any modifiers", keyK, {KEY_K}, XCB_MOD_MASK_ANY, true);
+        add("it has other modifiers", keyK, {KEY_K}, xControl | XCB_MOD_MASK_SHIFT, false);
+        add("it has another key", keyK, {KEY_J}, xControl, false);
+        add("it has one of the two keys of a code", keyF13OrPrint, {KEY_F13}, xControl, false);
+        add("it has both", keyF13OrPrint, {KEY_F13, KEY_SYSRQ}, xControl, true);
+        add("no keyboard has such a key", 128, {KEY_K}, xControl, false);
+    }
+    void learnsByATrialWhatIsNotRegistered()
+    {
+        QFETCH(const quint32, keyCode);
+        QFETCH(const QList<int>, rivals);
+        QFETCH(const quint16, modifiers);
+        Desk desk;
+        Keyboard rival;
+        for (const int key : rivals)
+            rival.grab(key, modifiers);
+        QTEST(desk.isHeldElsewhere(keyCode), "isHeld");
+    }
+
+    void tellsOfAnAnswerThatIsNews()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
+        desk.isHeldElsewhere(keyJ);
+        QCOMPARE(changes.count(), 0);
+        desk.isHeldElsewhere(keyK);
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void keepsNothingOfATrial()
+    {
+        Desk desk;
+        desk.isHeldElsewhere();
+        QVERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
+    }
+
+    void triesACombinationOnceUntilItIsToAskAgain()
+    {
+        Desk desk;
+        desk.isHeldElsewhere();
+        const auto before = desk.requests.soFar();
+        desk.isHeldElsewhere();
+        QCOMPARE(desk.requests.soFar(), before);
+        desk.trials.askAgain();
+        desk.isHeldElsewhere();
+        QVERIFY(desk.requests.soFar() > before);
+    }
+
+    void hasWhoeverShowsAnswersAskAgain()
+    {
+        Desk desk;
+        desk.isHeldElsewhere();
+        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
+        desk.trials.askAgain();
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void losesNoPressThatComesWithTheAnswerOfATrial()
+    {
+        Desk desk;
+        QList<HotkeyId> presses;
+        desk.service.installHandler([&presses](HotkeyId id) { presses << id; });
+        const auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
+        desk.service.tryOut({{keyJ, control}});
+        QTRY_COMPARE(presses, QList<HotkeyId>({someId}));
+    }
+
+    void keepsItsAnswerUntilTheNextTrialIsOver()
+    {
+        Desk desk;
+        auto rival = std::make_unique<Keyboard>();
+        rival->grab(KEY_K, xControl);
+        QVERIFY(desk.isHeldElsewhere());
+        rival.reset();
+        QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
+        desk.trials.askAgain();
+        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QTRY_VERIFY(!desk.trials.isHeldElsewhere(keyK, control));
+    }
+
+    void keepsTheAnswerOfARegistrationThatHasEnded()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        registration.reset();
+        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QVERIFY(desk.isHeldElsewhere());
+    }
+
+    void triesAgainWhatHasBeenRegisteredSinceTheLastTrial()
+    {
+        Desk desk;
+        QVERIFY(!desk.isHeldElsewhere());
+        auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        desk.trials.isHeldElsewhere(keyK, control);
+        registration.reset();
+        desk.service.flush();
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        QVERIFY(desk.isHeldElsewhere());
+    }
+
+    void doesNotTryWhatWeHold()
+    {
+        Desk desk;
+        const auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        const auto before = desk.requests.soFar();
+        QVERIFY(!desk.isHeldElsewhere());
+        QCOMPARE(desk.requests.soFar(), before);
+    }
+
+    void keepsWhatWasRegisteredAfterTheQuestion()
+    {
+        Desk desk;
+        desk.trials.isHeldElsewhere(keyK, control);
+        const auto registration = desk.registerKey(keyK);
+        desk.service.flush();
+        QVERIFY(!desk.isHeldElsewhere());
+        QVERIFY(desk.service.tryOut({{keyK, control}}).empty());
+        QVERIFY(desk.keyboard.isGrabbed(KEY_K, xControl));
     }
 };
 

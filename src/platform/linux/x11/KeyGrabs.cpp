@@ -35,16 +35,44 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
 
     std::vector<xcb_void_cookie_t> requests;
     for (const KeyGrab &grab : difference.lacking)
-        // Asynchronous: a synchronous grab would freeze the keyboard if we hung.
-        requests.push_back(xcb_grab_key_checked(connection, reportToUsOnly, root, grab.modifiers,
-                                                grab.key, XCB_GRAB_MODE_ASYNC,
-                                                XCB_GRAB_MODE_ASYNC));
+        requests.push_back(request(grab));
+
+    std::set<KeyGrab> refused;
+    for (size_t i = 0; i < requests.size(); ++i)
+        (isRefused(requests[i]) ? refused : m_held).insert(difference.lacking[i]);
+    xcb_flush(connection);
+    return refused;
+}
+
+std::set<KeyGrab> KeyGrabs::tryOut(const std::set<KeyGrab> &grabs) const
+{
+    // To end a grab that we hold would leave its combination dead.
+    std::vector<KeyGrab> tried;
+    std::ranges::set_difference(grabs, m_held, std::back_inserter(tried));
+    std::vector<xcb_void_cookie_t> requests;
+    for (const KeyGrab &grab : tried) {
+        requests.push_back(request(grab));
+        // Does nothing where the grab was refused.
+        xcb_ungrab_key(m_connection.get(), grab.key, m_connection.root(), grab.modifiers);
+    }
 
     std::set<KeyGrab> refused;
     for (size_t i = 0; i < requests.size(); ++i) {
-        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection, requests[i]));
-        (error ? refused : m_held).insert(difference.lacking[i]);
+        if (isRefused(requests[i]))
+            refused.insert(tried[i]);
     }
-    xcb_flush(connection);
     return refused;
+}
+
+xcb_void_cookie_t KeyGrabs::request(const KeyGrab &grab) const
+{
+    // Asynchronous: a synchronous grab would freeze the keyboard if we hung.
+    return xcb_grab_key_checked(m_connection.get(), reportToUsOnly, m_connection.root(),
+                                grab.modifiers, grab.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+}
+
+bool KeyGrabs::isRefused(xcb_void_cookie_t request) const
+{
+    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(m_connection.get(), request));
+    return error != nullptr;
 }

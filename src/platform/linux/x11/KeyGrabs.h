@@ -35,7 +35,14 @@ public:
     /// that another program holds; those are not held by us then.
     std::set<KeyGrab> apply(const Difference &difference);
 
+    /// Which of them another program holds, in one round trip. The others are taken for a moment,
+    /// unless we hold them.
+    std::set<KeyGrab> tryOut(const std::set<KeyGrab> &grabs) const;
+
 private:
+    xcb_void_cookie_t request(const KeyGrab &grab) const;
+    bool isRefused(xcb_void_cookie_t request) const;
+
     const X11Connection &m_connection;
     std::set<KeyGrab> m_held;
 };

@@ -18,6 +18,11 @@ constexpr auto keyboardSettlingTime = 50ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
 
+bool containsAny(const std::set<KeyGrab> &set, const QList<KeyGrab> &grabs)
+{
+    return std::ranges::any_of(grabs, [&](const KeyGrab &grab) { return set.contains(grab); });
+}
+
 template <typename Event>
 const Event &as(const xcb_generic_event_t &event)
 {
@@ -71,18 +76,20 @@ void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
 std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
                                                              HotkeyId id)
 {
-    const Combination combination{keyCode, modifiers & allModifiers};
-    if (KeyCodes::physicalKeys(keyCode).isEmpty() || m_registered.contains(combination))
+    const KeyCombination combination{keyCode, modifiers & allModifiers};
+    const auto former = m_registered.find(combination);
+    const bool isOurs = former != m_registered.end() && !former->second.isRefused;
+    if (KeyCodes::physicalKeys(keyCode).isEmpty() || isOurs)
         return std::nullopt;
     const quint64 token = ++m_lastToken;
-    m_registered.insert({combination, {token, id, m_keyboard.keys(keyCode)}});
+    m_registered.insert_or_assign(combination, Registered{token, id, m_keyboard.keys(keyCode)});
     scheduleFlush();
     return Registration([this, combination, token] { unregister(combination, token); });
 }
 
-void X11HotkeyService::unregister(const Combination &combination, quint64 token)
+void X11HotkeyService::unregister(const KeyCombination &combination, quint64 token)
 {
-    // What was refused has been let go of already, and the keys may be registered anew.
+    // What was refused may have been registered anew since.
     const auto found = m_registered.find(combination);
     if (found == m_registered.end() || found->second.token != token)
         return;
@@ -119,9 +126,30 @@ void X11HotkeyService::flush()
     }
     updateTargets();
     drain();
+    if (auto refused = refusedCombinations(); refused != m_refused) {
+        m_refused = std::move(refused);
+        Q_EMIT refusalsChanged();
+    }
 }
 
-QList<KeyGrab> X11HotkeyService::grabsOf(const Combination &combination, xcb_keycode_t key) const
+std::optional<bool> X11HotkeyService::isRefused(quint32 keyCode, quint32 modifiers) const
+{
+    const KeyCombination combination{keyCode, modifiers & allModifiers};
+    if (!m_registered.contains(combination))
+        return std::nullopt;
+    // What is given up and taken again in one turn was never asked for in between.
+    return m_refused.contains(combination);
+}
+
+void X11HotkeyService::retryRefused()
+{
+    if (m_refused.empty())
+        return;
+    takeKeysOfKeyboard();
+    flush();
+}
+
+QList<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination, xcb_keycode_t key) const
 {
     QList<KeyGrab> grabs;
     if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
@@ -147,17 +175,51 @@ void X11HotkeyService::letGoOf(const std::set<KeyGrab> &refused)
 {
     if (refused.empty())
         return;
-    for (auto item = m_registered.begin(); item != m_registered.end();) {
-        const Combination &combination = item->first;
-        auto &keys = item->second.keys;
-        const auto removed = keys.removeIf([&](xcb_keycode_t key) {
-            return std::ranges::any_of(grabsOf(combination, key),
-                                       [&](const KeyGrab &grab) { return refused.contains(grab); });
-        });
-        item = removed > 0 && keys.isEmpty() ? m_registered.erase(item) : std::next(item);
+    for (auto &[combination, registered] : m_registered) {
+        const auto grabs = [&combination = combination, this](xcb_keycode_t key) {
+            return grabsOf(combination, key);
+        };
+        const auto removed = registered.keys.removeIf(
+            [&](xcb_keycode_t key) { return containsAny(refused, grabs(key)); });
+        if (removed > 0)
+            registered.isRefused = registered.keys.isEmpty();
     }
     // The lock variants that were granted beside a refused one.
     m_grabs.apply(m_grabs.differenceTo(wantedGrabs()));
+}
+
+std::set<KeyCombination> X11HotkeyService::refusedCombinations() const
+{
+    std::set<KeyCombination> refused;
+    for (const auto &[combination, registered] : m_registered) {
+        if (registered.isRefused)
+            refused.insert(combination);
+    }
+    return refused;
+}
+
+std::set<KeyCombination> X11HotkeyService::tryOut(const std::set<KeyCombination> &combinations)
+{
+    std::set<KeyGrab> grabs;
+    for (const KeyCombination &combination : combinations) {
+        for (const xcb_keycode_t key : m_keyboard.keys(combination.keyCode)) {
+            for (const KeyGrab &grab : grabsOf(combination, key))
+                grabs.insert(grab);
+        }
+    }
+    const auto refused = m_grabs.tryOut(grabs);
+    drain();
+
+    std::set<KeyCombination> refusedCombinations;
+    std::ranges::copy_if(
+        combinations, std::inserter(refusedCombinations, refusedCombinations.end()),
+        [&](const KeyCombination &combination) {
+            const auto keys = m_keyboard.keys(combination.keyCode);
+            return !keys.isEmpty() && std::ranges::all_of(keys, [&](xcb_keycode_t key) {
+                return containsAny(refused, grabsOf(combination, key));
+            });
+        });
+    return refusedCombinations;
 }
 
 void X11HotkeyService::updateTargets()
@@ -175,9 +237,17 @@ void X11HotkeyService::readKeyboard()
 {
     m_keyboard = X11Keyboard::read(m_connection);
     m_presses.setRepeatDelay(m_keyboard.repeatDelay());
-    for (auto &[combination, registered] : m_registered)
-        registered.keys = m_keyboard.keys(combination.keyCode);
+    takeKeysOfKeyboard();
     flush();
+}
+
+/// All of them, so that the next flush asks for those that were refused too.
+void X11HotkeyService::takeKeysOfKeyboard()
+{
+    for (auto &[combination, registered] : m_registered) {
+        registered.keys = m_keyboard.keys(combination.keyCode);
+        registered.isRefused = false;
+    }
 }
 
 void X11HotkeyService::attachToEventLoop()

@@ -12,9 +12,18 @@
 #include <QTimer>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 class X11Connection;
+
+/// A virtual key code with a mask of KeyModifier bits.
+struct KeyCombination {
+    quint32 keyCode;
+    quint32 modifiers;
+
+    auto operator<=>(const KeyCombination &) const = default;
+};
 
 /// Registrations are only noted; the grabs follow at the end of the event loop's turn, all in one
 /// batch, so that a combination that is given up and taken again was held all the time.
@@ -31,8 +40,20 @@ public:
     std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
                                                HotkeyId id) override;
 
-    /// Makes the grabs what the registrations ask for, now. What another program holds is let go.
+    /// Makes the grabs what the registrations ask for, now. What another program holds is let go,
+    /// until the keyboard changes or somebody calls retryRefused().
     void flush();
+
+    /// Whether another program held keys that are registered, at the last flush; nothing if they
+    /// are not registered.
+    std::optional<bool> isRefused(quint32 keyCode, quint32 modifiers) const;
+
+    /// Asks for what was refused once more.
+    void retryRefused();
+
+    /// Which of the combinations that are not registered would be refused. One round trip, during
+    /// which a press of the others might reach us in place of the window in front.
+    std::set<KeyCombination> tryOut(const std::set<KeyCombination> &combinations);
 
     /// Starts to receive presses, those included that came since the grabs were made. To be
     /// called once, when QApplication exists.
@@ -45,18 +66,18 @@ public:
     /// program ends a grab of the whole keyboard: the next repeat of a held combination comes here.
     void ignoreKeysThatAreDown();
 
-private:
-    struct Combination {
-        quint32 keyCode;
-        quint32 modifiers;
+Q_SIGNALS:
+    /// Other keys are refused than before.
+    void refusalsChanged();
 
-        auto operator<=>(const Combination &) const = default;
-    };
+private:
     struct Registered {
         quint64 token;
         HotkeyId id;
         /// Where the key is on the present keyboard, less what another program holds.
         QList<xcb_keycode_t> keys;
+        /// Another program holds them all.
+        bool isRefused = false;
     };
     /// Which keys were down when the server had got as far as that request.
     struct KeyMapSnapshot {
@@ -67,14 +88,16 @@ private:
     };
 
     void selectKeyboardEvents();
-    void unregister(const Combination &combination, quint64 token);
+    void unregister(const KeyCombination &combination, quint64 token);
     void scheduleFlush();
     /// One for each mix of the lock modifiers; none while the keyboard lacks a modifier.
-    QList<KeyGrab> grabsOf(const Combination &combination, xcb_keycode_t key) const;
+    QList<KeyGrab> grabsOf(const KeyCombination &combination, xcb_keycode_t key) const;
     std::set<KeyGrab> wantedGrabs() const;
+    std::set<KeyCombination> refusedCombinations() const;
     void letGoOf(const std::set<KeyGrab> &refused);
     void updateTargets();
     void readKeyboard();
+    void takeKeysOfKeyboard();
 
     xcb_query_keymap_cookie_t requestKeyMap() const;
     void takeKeyMap(xcb_query_keymap_cookie_t request, std::vector<KeyGrab> newGrabs);
@@ -92,7 +115,9 @@ private:
     PressFilter m_presses;
     std::vector<KeyMapSnapshot> m_snapshots;
 
-    std::map<Combination, Registered> m_registered;
+    std::map<KeyCombination, Registered> m_registered;
+    /// Those that were refused at the last flush.
+    std::set<KeyCombination> m_refused;
     /// Whose a press is, by key and modifiers without locks.
     std::map<KeyGrab, HotkeyId> m_targets;
     std::function<void(HotkeyId)> m_handler;

@@ -1,0 +1,55 @@
+#include "platform/linux/x11/TrialGrabs.h"
+
+#include <utility>
+
+TrialGrabs::TrialGrabs(X11HotkeyService &service)
+    : m_service(service)
+{
+    connect(&service, &X11HotkeyService::refusalsChanged, this, &TrialGrabs::changed);
+}
+
+bool TrialGrabs::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
+{
+    const KeyCombination combination{keyCode, modifiers};
+    if (const auto isRefused = m_service.isRefused(keyCode, modifiers)) {
+        // Until a trial knows better, should the registration end.
+        m_answers.insert_or_assign(combination, Answer{*isRefused, false});
+        return *isRefused;
+    }
+    const auto answer = m_answers.find(combination);
+    const bool isKnown = answer != m_answers.end();
+    if (!isKnown || !answer->second.isUpToDate) {
+        if (m_questions.empty())
+            QMetaObject::invokeMethod(this, &TrialGrabs::tryOut, Qt::QueuedConnection);
+        m_questions.insert(combination);
+    }
+    return isKnown && answer->second.isHeld;
+}
+
+void TrialGrabs::askAgain()
+{
+    m_service.retryRefused();
+    bool hasTried = false;
+    for (auto &[combination, answer] : m_answers)
+        hasTried |= std::exchange(answer.isUpToDate, false);
+    if (hasTried)
+        Q_EMIT changed();
+}
+
+void TrialGrabs::tryOut()
+{
+    // Some may have been registered meanwhile, and their registration tells then.
+    std::erase_if(m_questions, [this](const KeyCombination &combination) {
+        return m_service.isRefused(combination.keyCode, combination.modifiers).has_value();
+    });
+    const auto held = m_service.tryOut(m_questions);
+    bool hasNews = false;
+    for (const KeyCombination &combination : std::exchange(m_questions, {})) {
+        const bool isHeld = held.contains(combination);
+        const auto former = m_answers.find(combination);
+        hasNews |= isHeld != (former != m_answers.end() && former->second.isHeld);
+        m_answers.insert_or_assign(combination, Answer{isHeld, true});
+    }
+    if (hasNews)
+        Q_EMIT changed();
+}
