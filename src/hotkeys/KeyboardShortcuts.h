@@ -23,8 +23,8 @@ struct Shortcut {
     /// What the user reads, such as ⇧⌘A: modifiers in a fixed order, then the key's name.
     QString description() const;
 
-    /// Whether the system's desktop uses the combination for an enabled shortcut of its own. Asks
-    /// it anew each time.
+    /// Whether the system's desktop uses the combination for an enabled shortcut of its own, or
+    /// another program holds it, as last heard of it.
     bool isTakenBySystem() const;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/SymbolicHotkeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace KeyboardShortcuts
 {
@@ -12,7 +13,28 @@ namespace
 {
 constexpr quint32 modifierFlags =
     commandEventFlag | shiftEventFlag | optionEventFlag | controlEventFlag;
+
+bool isDesktopShortcut(const Shortcut &shortcut, SymbolicHotkeys &service)
+{
+    const auto hotkeys = service.copySymbolicHotkeys();
+    if (!hotkeys)
+        return false;
+    const quint32 wanted = carbonToEventFlags(shortcut.carbonModifiers);
+    return std::ranges::any_of(*hotkeys, [&](const SymbolicHotkey &hotkey) {
+        return hotkey.isEnabled && hotkey.code == shortcut.carbonKeyCode
+            && (hotkey.modifiers & modifierFlags) == wanted;
+    });
 }
+
+bool isHeldElsewhere(const Shortcut &shortcut, SymbolicHotkeys &service)
+{
+    // Numbers beyond that are no keys, and must not be taken for one.
+    return std::in_range<quint32>(shortcut.carbonKeyCode)
+        && std::in_range<quint32>(shortcut.carbonModifiers)
+        && service.isHeldElsewhere(quint32(shortcut.carbonKeyCode),
+                                   quint32(shortcut.carbonModifiers));
+}
+} // namespace
 
 quint32 carbonToEventFlags(qint64 carbonModifiers)
 {
@@ -30,14 +52,7 @@ quint32 carbonToEventFlags(qint64 carbonModifiers)
 
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service)
 {
-    const auto hotkeys = service.copySymbolicHotkeys();
-    if (!hotkeys)
-        return false;
-    const quint32 wanted = carbonToEventFlags(shortcut.carbonModifiers);
-    return std::ranges::any_of(*hotkeys, [&](const SymbolicHotkey &hotkey) {
-        return hotkey.isEnabled && hotkey.code == shortcut.carbonKeyCode
-            && (hotkey.modifiers & modifierFlags) == wanted;
-    });
+    return isDesktopShortcut(shortcut, service) || isHeldElsewhere(shortcut, service);
 }
 
 } // namespace KeyboardShortcuts

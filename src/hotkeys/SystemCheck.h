@@ -1,4 +1,4 @@
-// Tells whether the desktop uses a key combination for a shortcut of its own.
+// Tells whether the desktop or another program uses a key combination.
 #pragma once
 
 #include "hotkeys/KeyboardShortcuts.h"
@@ -11,8 +11,8 @@ namespace KeyboardShortcuts
 /// The modifier keys of a mask of KeyModifier bits, as EventFlag bits; other bits are dropped.
 quint32 carbonToEventFlags(qint64 carbonModifiers);
 
-/// Whether one of the desktop's enabled shortcuts has exactly these keys. False if it cannot be
-/// asked.
+/// Whether one of the desktop's enabled shortcuts has exactly these keys, or another program holds
+/// them. False if neither can be known.
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service);
 
 } // namespace KeyboardShortcuts

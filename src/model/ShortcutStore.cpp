@@ -9,6 +9,7 @@
 #include "model/ExportFile.h"
 #include "platform/AlertSound.h"
 #include "platform/Platform.h"
+#include "platform/SymbolicHotkeys.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -47,6 +48,8 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     , m_file(platform.applicationSupport)
     , m_index(m_entries, platform.userDefaults)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
+    , m_symbolicHotkeysObserver(
+          platform.symbolicHotkeys.addObserver([this] { Q_EMIT willChange(); }))
 {
     auto entries = m_file.read();
     if (entries)

@@ -6,6 +6,7 @@
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
 #include "model/ShortcutIndex.h"
+#include "platform/Registration.h"
 
 #include <QList>
 #include <QObject>
@@ -76,8 +77,9 @@ public:
     Result<qsizetype> importData(const QByteArray &data);
 
     /// Why the combination that is stored under the name may not work, as sentences for the user:
-    /// first that the desktop uses it, then each enabled entry with the same keys but the excluded
-    /// one, in the order of the list. Asks the desktop anew each time.
+    /// first that the system uses it, then each enabled entry with the same keys but the excluded
+    /// one, in the order of the list. Of the system as last heard; observers hear when it has other
+    /// answers.
     QStringList warnings(const KeyboardShortcuts::Name &name,
                          const std::optional<QUuid> &excluding = std::nullopt) const;
 
@@ -119,4 +121,5 @@ private:
     mutable ShortcutIndex m_index;
     bool m_paused;
     std::optional<AppError> m_error;
+    Registration m_symbolicHotkeysObserver;
 };

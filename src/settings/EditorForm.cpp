@@ -73,7 +73,7 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
             stretched(part(new KeyboardShortcuts::Recorder(m_store, m_draft.shortcutName(),
                                                            [this](const auto &) { recorded(); }))),
         },
-        warningLines(TextStyle::callout, [this] { return warnings(); }),
+        announcedWarningLines(TextStyle::callout, [this] { return warnings(); }),
         inked(
             Ink::secondary,
             paragraph(TextStyle::caption,

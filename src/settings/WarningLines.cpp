@@ -15,16 +15,32 @@ QString shortened(const QString &warning, TextStyle style)
     return metrics.elidedText(warning, Qt::ElideMiddle,
                               mostCharacters * metrics.averageCharWidth());
 }
+
+Item sentence(TextStyle style, const QString &warning)
+{
+    return inked(Ink::warning, paragraph(style, [=] { return shortened(warning, style); }));
+}
+
+Item warningLine(TextStyle style, const Item &sentence)
+{
+    return Row{
+        spacing(4),
+        onTop(inked(Ink::warning, symbol(u"exclamationmark.triangle.fill"_s, style))),
+        stretched(sentence),
+    };
+}
 } // namespace
 
 Item warningLines(TextStyle style, std::function<QStringList()> warnings)
 {
     return lines(2, std::move(warnings), [style](const QString &warning) {
-        return Row{
-            spacing(4),
-            onTop(inked(Ink::warning, symbol(u"exclamationmark.triangle.fill"_s, style))),
-            stretched(
-                inked(Ink::warning, paragraph(style, [=] { return shortened(warning, style); }))),
-        };
+        return warningLine(style, sentence(style, warning));
+    });
+}
+
+Item announcedWarningLines(TextStyle style, std::function<QStringList()> warnings)
+{
+    return lines(2, std::move(warnings), [style](const QString &warning) {
+        return warningLine(style, announced(sentence(style, warning)));
     });
 }

@@ -5,3 +5,6 @@
 
 /// A line for each warning, with a drawing before it.
 Item warningLines(TextStyle style, std::function<QStringList()> warnings);
+
+/// The same, where screen readers are to say each when it appears.
+Item announcedWarningLines(TextStyle style, std::function<QStringList()> warnings);

@@ -252,6 +252,9 @@ Item lines(int spacing, std::function<QStringList()> source,
         for (const QString &text : texts) {
             const Item item = line(text);
             layout->addWidget(item.widget);
+            // So that a text is there when its label is shown.
+            for (const Rule &rule : item.rules)
+                rule();
             // At once; the layout shows it on a later turn of the event loop.
             item.widget->show();
             rules += item.rules;

@@ -1,7 +1,12 @@
-// A desktop with the shortcuts that it is given, which counts how often it is asked for them.
+// A desktop with the shortcuts that it is given, which counts how often it is asked for them, and
+// other programs with the keys that they are given.
 #pragma once
 
+#include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
+
+#include <QSet>
+#include <utility>
 
 class FakeSymbolicHotkeys : public SymbolicHotkeys
 {
@@ -11,8 +16,23 @@ public:
         ++copies;
         return hotkeys;
     }
+    bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override
+    {
+        return heldElsewhere.contains({keyCode, modifiers});
+    }
+    Registration addObserver(std::function<void()> observer) override
+    {
+        return m_observers.add(std::move(observer));
+    }
+
+    void tellObservers() { m_observers.tell(); }
 
     /// Nothing makes the call fail.
     std::optional<QList<SymbolicHotkey>> hotkeys = QList<SymbolicHotkey>();
+    /// Key codes and masks.
+    QSet<std::pair<quint32, quint32>> heldElsewhere;
     int copies = 0;
+
+private:
+    Observers m_observers;
 };

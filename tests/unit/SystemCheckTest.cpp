@@ -84,6 +84,30 @@ private Q_SLOTS:
         QVERIFY(!isTakenBySystem(screenshot, service));
     }
 
+    void findsKeysThatAnotherProgramHolds_data()
+    {
+        QTest::addColumn<Shortcut>("shortcut");
+        QTest::addColumn<bool>("isTaken");
+        const auto add = [](const char *row, const Shortcut &shortcut, bool isTaken) {
+            QTest::newRow(row) << shortcut << isTaken;
+        };
+        constexpr qint64 beyond = qint64(1) << 32;
+        add("the same keys", screenshot, true);
+        add("another key", {21, 0x300}, false);
+        add("other modifiers", {20, 0x100}, false);
+        add("a key code that only its lower half makes the same", {20 + beyond, 0x300}, false);
+        add("a mask that only its lower half makes the same", {20, 0x300 + beyond}, false);
+        add("a negative key code", {-1, 0x300}, false);
+    }
+    void findsKeysThatAnotherProgramHolds()
+    {
+        QFETCH(const Shortcut, shortcut);
+        FakeSymbolicHotkeys service;
+        service.hotkeys = std::nullopt;
+        service.heldElsewhere = {{20, 0x300}, {0xFFFFFFFF, 0x300}};
+        QTEST(isTakenBySystem(shortcut, service), "isTaken");
+    }
+
     void seesAChangeOfTheDesktopsSettings()
     {
         FakeSymbolicHotkeys service;

@@ -2,6 +2,7 @@
 #include "hotkeys/HotkeyCenter.h"
 #include "model/ShortcutStore.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <functional>
 
@@ -188,6 +189,22 @@ private Q_SLOTS:
         home.platform.symbolicHotkeys.hotkeys = std::nullopt;
         QCOMPARE(home.warningsOf(home.mail).size(), 1);
         QCOMPARE(FakePlatform::system().symbolicHotkeys.copies, 0);
+    }
+
+    void warnsOnceOfKeysThatTheDesktopAndAnotherProgramHave()
+    {
+        Home home;
+        home.platform.symbolicHotkeys.hotkeys = {systemCommandK};
+        home.platform.symbolicHotkeys.heldElsewhere = {{40, 256}};
+        QCOMPARE(home.warningsOf(home.mail), QStringList({takenBySystem, usedBy(u"Music"_s)}));
+    }
+
+    void tellsItsObserversOfNewsOfTheDesktop()
+    {
+        Home home;
+        QSignalSpy notices(&*home.store, &ShortcutStore::willChange);
+        home.platform.symbolicHotkeys.tellObservers();
+        QCOMPARE(notices.count(), 1);
     }
 
     void changesNothing()

@@ -2,10 +2,34 @@
 
 #include "platform/linux/ApplicationId.h"
 #include "platform/linux/Session.h"
+#include "platform/linux/desktopkeys/ShortcutsOfDesktop.h"
+#include "platform/linux/layout/WaylandKeyboardLayout.h"
+#include "platform/linux/layout/X11KeyboardLayout.h"
 
+#include <QGuiApplication>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+std::unique_ptr<KeyboardLayout> keyboardLayout(bool isOnX11)
+{
+    if (isOnX11)
+        return std::make_unique<X11KeyboardLayout>();
+    return std::make_unique<WaylandKeyboardLayout>();
+}
+
+/// What other programs do with keys is changed there.
+void refreshWhenUserComesBack(LinuxSymbolicHotkeys &symbolicHotkeys)
+{
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &symbolicHotkeys,
+                     [&symbolicHotkeys](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             symbolicHotkeys.refresh();
+                     });
+}
+} // namespace
 
 const Platform &Platform::system()
 {
@@ -46,6 +70,9 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     , m_x11Hotkeys(m_x11 && m_x11->hasXkb()
                        ? std::make_unique<X11HotkeyService>(*m_x11, m_activation)
                        : nullptr)
+    , m_trialGrabs(m_x11Hotkeys ? std::make_unique<TrialGrabs>(*m_x11Hotkeys) : nullptr)
+    , m_symbolicHotkeys(shortcutsOfDesktop(QProcessEnvironment::systemEnvironment()),
+                        keyboardLayout(m_x11 != nullptr), m_trialGrabs.get())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_notifications(applicationId)
@@ -91,5 +118,6 @@ void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
+    refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
 }

@@ -3,13 +3,13 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/AbsentHotkeyService.h"
-#include "platform/linux/AbsentSymbolicHotkeys.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/CanberraAlertSound.h"
 #include "platform/linux/DBusNotificationCenter.h"
 #include "platform/linux/IniUserDefaults.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxEventMonitor.h"
+#include "platform/linux/LinuxSymbolicHotkeys.h"
 #include "platform/linux/LinuxSystemSettings.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PortalAppearance.h"
@@ -51,7 +51,8 @@ private:
     std::unique_ptr<X11Connection> m_x11;
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;
-    AbsentSymbolicHotkeys m_symbolicHotkeys;
+    std::unique_ptr<TrialGrabs> m_trialGrabs;
+    LinuxSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};
     DBusNotificationCenter m_notifications;

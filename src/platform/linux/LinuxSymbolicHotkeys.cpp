@@ -1,0 +1,86 @@
+#include "platform/linux/LinuxSymbolicHotkeys.h"
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+/// A desktop hears of a change in its settings when we do, and then takes and lets go of keys.
+constexpr auto settlingTime = 300ms;
+
+/// One for each key that the shortcut may be pressed with.
+QList<SymbolicHotkey> hotkeys(const Accelerator &shortcut, const LayoutKeys &keys)
+{
+    if (shortcut.symbol == 0) {
+        const auto code = keys.virtualKeyCode(shortcut.place);
+        return code ? QList<SymbolicHotkey>{{*code, shortcut.modifiers, true}}
+                    : QList<SymbolicHotkey>();
+    }
+    QList<SymbolicHotkey> found;
+    for (const LayoutKeys::Key &key : keys.withSymbol(shortcut.symbol)) {
+        const bool needsShift = shortcut.impliesShift && key.needsShift;
+        found.append({key.virtualKeyCode,
+                      needsShift ? shortcut.modifiers | shiftEventFlag : shortcut.modifiers, true});
+    }
+    return found;
+}
+} // namespace
+
+LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopShortcuts> shortcuts,
+                                           std::unique_ptr<KeyboardLayout> layout,
+                                           TrialGrabs *trialGrabs)
+    : m_shortcuts(std::move(shortcuts))
+    , m_layout(std::move(layout))
+    , m_trialGrabs(trialGrabs)
+{
+    if (m_shortcuts) {
+        connect(m_shortcuts.get(), &DesktopShortcuts::changed, this,
+                &LinuxSymbolicHotkeys::resolve);
+        connect(m_layout.get(), &KeyboardLayout::changed, this, &LinuxSymbolicHotkeys::resolve);
+    }
+    m_settling.setInterval(settlingTime);
+    m_settling.setSingleShot(true);
+    if (m_trialGrabs) {
+        connect(m_trialGrabs, &TrialGrabs::changed, this, [this] { m_observers.tell(); });
+        connect(&m_settling, &QTimer::timeout, m_trialGrabs, &TrialGrabs::askAgain);
+    }
+}
+
+std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
+{
+    if (m_shortcuts && !std::exchange(m_isStarted, true)) {
+        m_layout->start();
+        m_shortcuts->start();
+    }
+    return m_hotkeys;
+}
+
+bool LinuxSymbolicHotkeys::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
+{
+    return m_trialGrabs && m_trialGrabs->isHeldElsewhere(keyCode, modifiers);
+}
+
+void LinuxSymbolicHotkeys::refresh()
+{
+    if (m_trialGrabs)
+        m_trialGrabs->askAgain();
+    if (m_isStarted)
+        m_shortcuts->refresh();
+}
+
+void LinuxSymbolicHotkeys::resolve()
+{
+    std::optional<QList<SymbolicHotkey>> resolved;
+    if (const auto &shortcuts = m_shortcuts->accelerators()) {
+        resolved.emplace();
+        for (const Accelerator &shortcut : *shortcuts)
+            *resolved += hotkeys(shortcut, m_layout->keys());
+    }
+    if (resolved == m_hotkeys)
+        return;
+    m_hotkeys = std::move(resolved);
+    m_observers.tell();
+    // The desktop holds its keys at the X server too, if it does so by now.
+    m_settling.start();
+}

@@ -1,0 +1,45 @@
+// The keys that the running desktop and, on X11, other programs use.
+#pragma once
+
+#include "platform/Observers.h"
+#include "platform/SymbolicHotkeys.h"
+#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/layout/KeyboardLayout.h"
+#include "platform/linux/x11/TrialGrabs.h"
+
+#include <QObject>
+#include <QTimer>
+#include <memory>
+
+/// Nothing is asked, watched or held in memory for it before somebody first wants to know.
+class LinuxSymbolicHotkeys : public QObject, public SymbolicHotkeys
+{
+    Q_OBJECT
+
+public:
+    /// Without shortcuts the desktop is none that we know; without trial grabs it is not on X11.
+    /// The trial grabs must outlive it.
+    LinuxSymbolicHotkeys(std::unique_ptr<DesktopShortcuts> shortcuts,
+                         std::unique_ptr<KeyboardLayout> layout, TrialGrabs *trialGrabs);
+
+    std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
+    bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
+    Registration addObserver(std::function<void()> observer) override
+    {
+        return m_observers.add(std::move(observer));
+    }
+
+    /// To be called when the user may have changed something unheard.
+    void refresh();
+
+private:
+    void resolve();
+
+    std::unique_ptr<DesktopShortcuts> m_shortcuts;
+    std::unique_ptr<KeyboardLayout> m_layout;
+    TrialGrabs *m_trialGrabs;
+    QTimer m_settling;
+    bool m_isStarted = false;
+    std::optional<QList<SymbolicHotkey>> m_hotkeys;
+    Observers m_observers;
+};

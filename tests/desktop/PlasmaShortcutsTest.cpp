@@ -1,0 +1,164 @@
+// The shortcuts of a running KWin, and those that programs have its service hold.
+
+#include "platform/EventFlag.h"
+#include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
+#include "support/Accessible.h"
+#include "support/ProgramOnTheBus.h"
+#include "support/ProgramUnderTest.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QTest>
+#include <csignal>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString service = u"org.kde.kglobalaccel"_s;
+
+constexpr int metaShiftF1 = int(Qt::MetaModifier) | int(Qt::ShiftModifier) | Qt::Key_F1;
+constexpr int metaF2 = int(Qt::MetaModifier) | Qt::Key_F2;
+constexpr Accelerator f1{.modifiers = commandEventFlag | shiftEventFlag, .symbol = XKB_KEY_F1};
+constexpr Accelerator f2{.modifiers = commandEventFlag, .symbol = XKB_KEY_F2};
+
+void ask(const QString &method, const QVariantList &arguments)
+{
+    auto question = QDBusMessage::createMethodCall(service, u"/kglobalaccel"_s,
+                                                   u"org.kde.KGlobalAccel"_s, method);
+    question.setArguments(arguments);
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(question);
+    QVERIFY2(answer.type() == QDBusMessage::ReplyMessage, qPrintable(answer.errorMessage()));
+}
+
+/// A program's one shortcut, as the program and the desktop's settings change it.
+class ProgramsShortcut
+{
+public:
+    ProgramsShortcut() { ask(u"doRegister"_s, {m_id}); }
+    ~ProgramsShortcut() { ask(u"unregister"_s, {m_id.at(0), m_id.at(1)}); }
+    Q_DISABLE_COPY_MOVE(ProgramsShortcut)
+
+    void setByTheProgram(const QList<int> &keys)
+    {
+        constexpr uint presentAndNotAutoloaded = 6;
+        ask(u"setShortcut"_s, {m_id, QVariant::fromValue(keys), presentAndNotAutoloaded});
+    }
+    void setInTheSettings(const QList<int> &keys)
+    {
+        ask(u"setForeignShortcut"_s, {m_id, QVariant::fromValue(keys)});
+    }
+
+private:
+    const QStringList m_id{u"program"_s, u"action"_s, u"Program"_s, u"Action"_s};
+};
+
+struct Source : KGlobalAccelShortcuts {
+    Source() { start(); }
+    bool has(const Accelerator &accelerator) const
+    {
+        return accelerators() && accelerators()->contains(accelerator);
+    }
+};
+} // namespace
+
+class PlasmaShortcutsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knowsWhatKWinComesWith_data()
+    {
+        QTest::addColumn<quint32>("modifiers");
+        QTest::addColumn<quint32>("symbol");
+        QTest::addColumn<bool>("impliesShift");
+        QTest::newRow("a letter") << quint32(commandEventFlag) << quint32(XKB_KEY_w) << false;
+        QTest::newRow("a function key") << quint32(optionEventFlag) << quint32(XKB_KEY_F4) << false;
+        QTest::newRow("a sign") << quint32(commandEventFlag) << quint32(XKB_KEY_minus) << true;
+        QTest::newRow("a sign on a second level")
+            << quint32(optionEventFlag) << quint32(XKB_KEY_asciitilde) << true;
+        QTest::newRow("the Tab that goes back")
+            << (optionEventFlag | shiftEventFlag) << quint32(XKB_KEY_Tab) << false;
+        QTest::newRow("the second keys of a shortcut")
+            << quint32(commandEventFlag) << quint32(XKB_KEY_equal) << true;
+    }
+    void knowsWhatKWinComesWith()
+    {
+        QFETCH(const quint32, modifiers);
+        QFETCH(const quint32, symbol);
+        QFETCH(const bool, impliesShift);
+        const Source source;
+        QTRY_VERIFY(
+            source.has({.modifiers = modifiers, .symbol = symbol, .impliesShift = impliesShift}));
+    }
+
+    void knowsWhatProgramsHave()
+    {
+        ProgramsShortcut shortcut;
+        shortcut.setByTheProgram({metaShiftF1, metaF2});
+        const Source source;
+        QTRY_VERIFY(source.has(f1) && source.has(f2));
+    }
+
+    void followsTheSettings()
+    {
+        ProgramsShortcut shortcut;
+        shortcut.setByTheProgram({metaShiftF1});
+        const Source source;
+        QTRY_VERIFY(source.has(f1));
+        shortcut.setInTheSettings({metaF2});
+        QTRY_VERIFY_WITH_TIMEOUT(source.has(f2) && !source.has(f1), 1000);
+        shortcut.setInTheSettings({});
+        QTRY_VERIFY_WITH_TIMEOUT(source.accelerators() && !source.has(f2), 1000);
+    }
+
+    void learnsWhatProgramsChangedWhenAsked()
+    {
+        Source source;
+        QTRY_VERIFY(source.accelerators());
+        ProgramsShortcut shortcut;
+        shortcut.setByTheProgram({metaShiftF1});
+        source.refresh();
+        QTRY_VERIFY_WITH_TIMEOUT(source.has(f1), 1000);
+        shortcut.setByTheProgram({});
+        source.refresh();
+        QTRY_VERIFY_WITH_TIMEOUT(source.accelerators() && !source.has(f1), 1000);
+    }
+
+    void haveTheSettingsWindowWarnOfThem()
+    {
+        constexpr StoredKeys storedMetaF2{120, 0x100};
+        const QString warning = u"⌘F2 is already used by macOS. It may not work."_s;
+        ProgramsShortcut shortcut;
+        ProgramUnderTest program;
+        program.isAccessible = true;
+        program.addApp(u"/bin/true"_s, storedMetaF2);
+        program.start();
+        askForSettings();
+        const Accessible all = Accessible::program(program.processId());
+        QVERIFY(all.await(u"label"_s, u"⌘F2"_s).isThere());
+        QVERIFY(all.findAll(u"label"_s, warning).isEmpty());
+        shortcut.setInTheSettings({metaF2});
+        QTRY_VERIFY_WITH_TIMEOUT(!all.findAll(u"label"_s, warning).isEmpty(), 1000);
+        shortcut.setInTheSettings({});
+        QTRY_VERIFY_WITH_TIMEOUT(all.findAll(u"label"_s, warning).isEmpty(), 1000);
+    }
+
+    // The last, as nothing starts it again.
+    void knowsNothingOnceKWinHasGone()
+    {
+        const Source source;
+        QTRY_VERIFY(source.accelerators());
+        const QDBusReply<uint> kwin =
+            QDBusConnection::sessionBus().interface()->servicePid(service);
+        QVERIFY(kwin.isValid());
+        kill(pid_t(kwin.value()), SIGTERM);
+        QTRY_VERIFY(!source.accelerators());
+    }
+};
+
+QTEST_GUILESS_MAIN(PlasmaShortcutsTest)
+#include "PlasmaShortcutsTest.moc"

@@ -1,0 +1,249 @@
+// The settings window warns of keys that the running desktop or another program uses, as they are
+// now: real settings, changed with the desktops' own tools while the window is open.
+
+#include "support/RecordedService.h"
+#include "support/SettingsDesk.h"
+#include "support/Windows.h"
+
+#include <QProcess>
+#include <QScopeGuard>
+#include <QTest>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using namespace Role;
+using State = Accessible::State;
+
+namespace
+{
+/// How soon a change has to be seen.
+constexpr int aSecond = 1000;
+
+const QString isTaken = u" is already used by macOS. It may not work."_s;
+const QString warningOfK = u"⌃⌥K"_s + isTaken;
+const QString warningOfJ = u"⌃⌥J"_s + isTaken;
+constexpr StoredKeys storedControlAltY{16, 0x1800};
+
+struct Desk : SettingsDesk {
+    bool warnsInRow(const QString &name = u"App"_s) const
+    {
+        return row(name).find(label, warningOfK).is(State::showing);
+    }
+
+    /// A tool that changes settings, in the home of the program.
+    void change(const QStringList &command) const
+    {
+        QProcess tool;
+        tool.setProcessEnvironment(program.environment);
+        tool.start(command.constFirst(), command.sliced(1));
+        QVERIFY2(tool.waitForFinished() && tool.exitCode() == 0, tool.readAllStandardError());
+    }
+};
+} // namespace
+
+class SystemShortcutsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void warnsOfWhatAnotherProgramHolds_data()
+    {
+        QTest::addColumn<bool>("isEnabled");
+        QTest::addColumn<bool>("isPaused");
+        QTest::newRow("an enabled entry, whose registration is refused") << true << false;
+        QTest::newRow("a disabled entry, which has none") << false << false;
+        QTest::newRow("an entry while all are paused") << true << true;
+    }
+    void warnsOfWhatAnotherProgramHolds()
+    {
+        QFETCH(const bool, isEnabled);
+        QFETCH(const bool, isPaused);
+        Keyboard rival;
+        rival.grab(KEY_K, controlAlt);
+        Desk desk;
+        desk.program.entriesAreEnabled = isEnabled;
+        if (isPaused)
+            desk.program.addDefault("pauseAll=true");
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QTRY_VERIFY(desk.warnsInRow());
+    }
+
+    void warnsOfNothingThatWeHoldOurselves()
+    {
+        Desk desk;
+        desk.addApp(storedControlAltK);
+        desk.program.entriesAreEnabled = false;
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QVERIFY(desk.all.await(label, u"The same keys are used by “App”."_s).isThere());
+        QVERIFY(desk.all.findAll(label, warningOfK).isEmpty());
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void keepsItsWarningWhenAnotherEntryIsSwitched()
+    {
+        Keyboard rival;
+        rival.grab(KEY_K, controlAlt);
+        Desk desk;
+        desk.addApp(storedControlAltK);
+        desk.addApp(storedControlAltJ);
+        desk.open();
+        desk.awaitHeld(KEY_J);
+        QTRY_VERIFY(desk.warnsInRow());
+        QVERIFY(desk.all.findAll(checkBox, u"Enabled"_s).constLast().toggle());
+        desk.awaitFree(KEY_J);
+        QVERIFY(!QTest::qWaitFor([&desk] { return !desk.warnsInRow(); }, 200));
+    }
+
+    void takesTheKeysWhenTheirRivalHasGoneAndTheWindowComesBack()
+    {
+        auto rival = std::make_unique<Keyboard>();
+        rival->grab(KEY_K, controlAlt);
+        Desk desk;
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QTRY_VERIFY(desk.warnsInRow());
+        const Accessible window = desk.all.find(u"frame"_s, u"Corvane"_s);
+        minimizeWindow(*windowOnScreen(u"Corvane"_s));
+        QTRY_VERIFY(!window.is(State::active));
+        rival.reset();
+        desk.awaitFree(KEY_K);
+        desk.show();
+        QTRY_VERIFY(!desk.warnsInRow());
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void warnsInTheEditorOfKeysJustRecorded()
+    {
+        Keyboard rival;
+        rival.grab(KEY_J, controlAlt);
+        Desk desk;
+        desk.open();
+        desk.press(u"Add"_s);
+        const Accessible sheet = desk.sheet(u"New shortcut"_s);
+        desk.press(sheet, u"Record Shortcut"_s);
+        QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        desk.keyboard.type(controlAltJ);
+        QVERIFY(sheet.await(label, warningOfJ).isThere());
+        QVERIFY(sheet.await(notice, warningOfJ).isThere());
+    }
+
+    // Before xfconfd is there, which owns that name for good.
+    void isNotKeptWaitingByADesktopThatHangs_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<QString>("service");
+        QTest::addColumn<QString>("firstQuestion");
+        QTest::newRow("Plasma") << u"KDE"_s << u"org.kde.kglobalaccel"_s << u"allComponents"_s;
+        QTest::newRow("Xfce") << u"XFCE"_s << u"org.xfce.Xfconf"_s << u"GetAllProperties"_s;
+    }
+    void isNotKeptWaitingByADesktopThatHangs()
+    {
+        QFETCH(const QString, desktop);
+        QFETCH(const QString, service);
+        QFETCH(const QString, firstQuestion);
+        const RecordedService hanging(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), service,
+                                      RecordedService::silence);
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QTRY_VERIFY(!hanging.calls(firstQuestion).isEmpty());
+        QVERIFY(!desk.warnsInRow());
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void warnsWithinASecondOfAChangeOfTheDesktopsSettings_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<QStringList>("take");
+        QTest::addColumn<QStringList>("free");
+        const auto addSchema = [](const char *row, const QString &desktop, const QString &schema,
+                                  const QString &key, const QString &taken, const QString &none) {
+            QTest::newRow(row) << desktop
+                               << QStringList{u"gsettings"_s, u"set"_s, schema, key, taken}
+                               << QStringList{u"gsettings"_s, u"set"_s, schema, key, none};
+        };
+        addSchema("GNOME", u"ubuntu:GNOME"_s, u"org.gnome.desktop.wm.keybindings"_s,
+                  u"show-desktop"_s, u"['<Control><Alt>k']"_s, u"[]"_s);
+        addSchema("Budgie", u"Budgie:GNOME"_s, u"org.gnome.desktop.wm.keybindings"_s,
+                  u"show-desktop"_s, u"['<Control><Alt>k']"_s, u"[]"_s);
+        addSchema("Cinnamon", u"X-Cinnamon"_s, u"org.cinnamon.desktop.keybindings.wm"_s,
+                  u"show-desktop"_s, u"['<Control><Alt>k']"_s, u"[]"_s);
+        addSchema("MATE", u"MATE"_s, u"org.mate.Marco.global-keybindings"_s, u"show-desktop"_s,
+                  u"'<Control><Alt>k'"_s, u"'disabled'"_s);
+        // The user's own ones are in force as soon as that is said.
+        const QString xfconf = u"xfconf-query -c xfce4-keyboard-shortcuts -p /commands/custom/"_s;
+        QTest::newRow("Xfce") << u"XFCE"_s
+                              << QStringList{u"sh"_s, u"-c"_s,
+                                             xfconf + u"override -n -t bool -s true && "_s + xfconf
+                                                 + u"'<Primary><Alt>k' -n -t string -s x"_s}
+                              << QStringList{u"sh"_s, u"-c"_s, xfconf + u"'<Primary><Alt>k' -r"_s};
+        const QString folder = u"mkdir -p $XDG_CONFIG_HOME/lxqt; "_s;
+        const QString file = u"$XDG_CONFIG_HOME/lxqt/globalkeyshortcuts.conf"_s;
+        const auto write = [&](const QString &enabled) {
+            const QString text =
+                u"printf '[Control%%2BAlt%%2BK.1]\\nEnabled="_s + enabled + u"\\nExec=x\\n'>"_s;
+            return QStringList{u"sh"_s, u"-c"_s, folder + text + file};
+        };
+        QTest::newRow("LXQt") << u"LXQt"_s << write(u"true"_s) << write(u"false"_s);
+    }
+    void warnsWithinASecondOfAChangeOfTheDesktopsSettings()
+    {
+        QFETCH(const QString, desktop);
+        QFETCH(const QStringList, take);
+        QFETCH(const QStringList, free);
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QVERIFY(!desk.warnsInRow());
+        desk.change(take);
+        QTRY_VERIFY_WITH_TIMEOUT(desk.warnsInRow(), aSecond);
+        desk.change(free);
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.warnsInRow(), aSecond);
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void takesTheKeysThatTheDesktopFreesWithinASecond()
+    {
+        const QStringList set{u"gsettings"_s, u"set"_s, u"org.gnome.desktop.wm.keybindings"_s,
+                              u"show-desktop"_s};
+        auto windowManager = std::make_unique<Keyboard>();
+        windowManager->grab(KEY_K, controlAlt);
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"GNOME"_s);
+        desk.change(set + QStringList{u"['<Control><Alt>k']"_s});
+        desk.addApp(storedControlAltK);
+        desk.open();
+        QTRY_VERIFY(desk.warnsInRow());
+        desk.change(set + QStringList{u"[]"_s});
+        windowManager.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(!desk.warnsInRow(), aSecond);
+        desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void findsTheDesktopsKeysInTheLayoutThatIsInUse()
+    {
+        Desk desk;
+        const auto restoreLayout = qScopeGuard([&desk] { desk.change({u"setxkbmap"_s, u"us"_s}); });
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"GNOME"_s);
+        desk.change({u"gsettings"_s, u"set"_s, u"org.gnome.desktop.wm.keybindings"_s,
+                     u"show-desktop"_s, u"['<Control><Alt>z']"_s});
+        desk.addApp(storedControlAltY);
+        desk.open();
+        const auto warns = [&desk] {
+            return !desk.all.findAll(label, u"⌃⌥Y"_s + isTaken).isEmpty();
+        };
+        QVERIFY(!warns());
+        desk.change({u"setxkbmap"_s, u"us,de"_s});
+        desk.keyboard.setGroup(1);
+        QTRY_VERIFY_WITH_TIMEOUT(warns(), aSecond);
+        desk.keyboard.setGroup(0);
+        QTRY_VERIFY_WITH_TIMEOUT(!warns(), aSecond);
+    }
+};
+
+QTEST_GUILESS_MAIN(SystemShortcutsTest)
+#include "SystemShortcutsTest.moc"

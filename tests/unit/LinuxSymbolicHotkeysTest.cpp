@@ -1,0 +1,256 @@
+// The desktop's shortcuts on the keys of real layouts.
+
+#include "platform/linux/LinuxSymbolicHotkeys.h"
+#include "platform/linux/layout/Xkbcommon.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+// Virtual key codes, by what a US keyboard has on the keys.
+constexpr qint64 keyA = 0;
+constexpr qint64 keyS = 1;
+constexpr qint64 keyD = 2;
+constexpr qint64 keyZ = 6;
+constexpr qint64 keyQ = 12;
+constexpr qint64 keyE = 14;
+constexpr qint64 keyY = 16;
+constexpr qint64 key1 = 18;
+constexpr qint64 key3 = 20;
+constexpr qint64 keyEqual = 24;
+constexpr qint64 keySemicolon = 41;
+constexpr qint64 keySlash = 44;
+constexpr qint64 keyTab = 48;
+constexpr qint64 keyBeside1 = 50;
+constexpr qint64 keyEscape = 53;
+constexpr qint64 keyCapsLock = 57;
+constexpr qint64 keyVolumeUp = 72;
+constexpr qint64 keyKeypad1 = 83;
+constexpr qint64 keyPrint = 105;
+constexpr qint64 keyF4 = 118;
+constexpr qint64 keyBesideLeftShift = 10;
+
+/// Without an environment of its own, so that the layouts are those that the name says.
+LayoutKeys layoutKeys(const char *layouts, quint32 layoutInUse = 0, const char *options = "")
+{
+    const XkbContext context(xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
+    const xkb_rule_names names{"evdev", "pc105", layouts, "", options};
+    const XkbKeymap map(
+        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS));
+    return map ? LayoutKeys(map.get(), layoutInUse) : LayoutKeys();
+}
+
+class FakeDesktopShortcuts : public DesktopShortcuts
+{
+public:
+    void start() override { ++starts; }
+    using DesktopShortcuts::take;
+
+    int starts = 0;
+};
+
+class FakeKeyboardLayout : public KeyboardLayout
+{
+public:
+    void start() override { ++starts; }
+    using KeyboardLayout::take;
+
+    int starts = 0;
+};
+
+/// A desktop with one shortcut, on Command and a symbol of the US layout.
+struct Desk {
+    FakeDesktopShortcuts *shortcuts = new FakeDesktopShortcuts;
+    FakeKeyboardLayout *layout = new FakeKeyboardLayout;
+    LinuxSymbolicHotkeys hotkeys{std::unique_ptr<DesktopShortcuts>(shortcuts),
+                                 std::unique_ptr<KeyboardLayout>(layout), nullptr};
+    int notices = 0;
+    Registration observer = hotkeys.addObserver([this] { ++notices; });
+
+    explicit Desk(const LayoutKeys &keys = layoutKeys("us")) { layout->take(keys); }
+
+    /// The key codes that the shortcut has on this desk, with their flags.
+    std::optional<QList<SymbolicHotkey>> resolve(const Accelerator &shortcut)
+    {
+        shortcuts->take(QList{shortcut});
+        return hotkeys.copySymbolicHotkeys();
+    }
+};
+
+Accelerator symbol(const char *name, quint32 modifiers = commandEventFlag)
+{
+    return {.modifiers = modifiers, .symbol = xkb_keysym_from_name(name, XKB_KEYSYM_NO_FLAGS)};
+}
+
+QList<qint64> codes(const std::optional<QList<SymbolicHotkey>> &hotkeys)
+{
+    QList<qint64> all;
+    for (const SymbolicHotkey &hotkey : hotkeys.value_or(QList<SymbolicHotkey>()))
+        all << hotkey.code;
+    return all;
+}
+} // namespace
+
+class LinuxSymbolicHotkeysTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsTheKeysOfASymbol_data()
+    {
+        QTest::addColumn<LayoutKeys>("keys");
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QList<qint64>>("codes");
+        const auto add = [](const char *row, const LayoutKeys &keys, const char *name,
+                            const QList<qint64> &codes) {
+            QTest::newRow(row) << keys << QByteArray(name) << codes;
+        };
+        const LayoutKeys us = layoutKeys("us");
+        const LayoutKeys de = layoutKeys("de");
+        const LayoutKeys fr = layoutKeys("fr");
+        add("a letter on a US keyboard", us, "z", {keyZ});
+        add("a letter on a German one", de, "z", {keyY});
+        add("a letter on a French one", fr, "q", {keyA});
+        add("a letter on a Dvorak keyboard", layoutKeys("us(dvorak)"), "e", {keyD});
+        add("a letter that the layout has not", de, "Cyrillic_a", {});
+        add("a symbol beside the letters", us, "semicolon", {keySemicolon});
+        add("a symbol that needs Shift", us, "exclam", {key1});
+        add("a digit that needs Shift", fr, "1", {key1});
+        add("a symbol that needs no Shift there", fr, "exclam", {keySlash});
+        add("a symbol that needs AltGr", de, "at", {keyQ});
+        add("the lowest level that has it, not all", us, "less", {keyBesideLeftShift});
+        add("a key that is the same everywhere", de, "F4", {keyF4});
+        add("a key of the number pad", us, "KP_1", {keyKeypad1});
+        add("Tab with Shift", us, "ISO_Left_Tab", {keyTab});
+        add("Print", us, "Print", {keyPrint});
+        add("a media key", us, "XF86AudioRaiseVolume", {keyVolumeUp});
+        add("a media key that has no virtual code", us, "XF86Calculator", {});
+        add("a symbol on a key that the user has moved", layoutKeys("us", 0, "caps:swapescape"),
+            "Escape", {keyCapsLock});
+        add("a symbol on two keys", layoutKeys("us", 0, "caps:escape"), "Escape",
+            {keyEscape, keyCapsLock});
+        add("the layout in use", layoutKeys("us,de", 1), "z", {keyY});
+        add("the layout in use, of three", layoutKeys("de,us,fr", 1), "z", {keyZ});
+        add("another layout where that in use has it not", layoutKeys("us,ru", 1), "s", {keyS});
+        add("the next other layout that has it", layoutKeys("ru,fr,us"), "q", {keyA});
+        add("a keyboard without keys", LayoutKeys(), "z", {});
+    }
+    void findsTheKeysOfASymbol()
+    {
+        QFETCH(const LayoutKeys, keys);
+        QFETCH(const QByteArray, name);
+        Desk desk(keys);
+        QTEST(codes(desk.resolve(symbol(name.constData()))), "codes");
+    }
+
+    void keepsTheModifiers()
+    {
+        Desk desk;
+        constexpr quint32 modifiers = shiftEventFlag | optionEventFlag;
+        const QList<SymbolicHotkey> expected{{key3, modifiers, true}};
+        QCOMPARE(desk.resolve(symbol("3", modifiers)), expected);
+    }
+
+    void addsShiftWhereItGoesWithoutSaying_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("impliesShift");
+        QTest::addColumn<SymbolicHotkey>("hotkey");
+        constexpr qint64 command = commandEventFlag;
+        constexpr qint64 shiftCommand = commandEventFlag | shiftEventFlag;
+        const auto add = [](const char *row, const char *name, bool impliesShift,
+                            const SymbolicHotkey &hotkey) {
+            QTest::newRow(row) << QByteArray(name) << impliesShift << hotkey;
+        };
+        add("a symbol that needs it", "plus", true, {keyEqual, shiftCommand, true});
+        add("a symbol that needs it not", "equal", true, {keyEqual, command, true});
+        add("a desktop that always says it", "plus", false, {keyEqual, command, true});
+    }
+    void addsShiftWhereItGoesWithoutSaying()
+    {
+        QFETCH(const QByteArray, name);
+        QFETCH(const bool, impliesShift);
+        QFETCH(const SymbolicHotkey, hotkey);
+        Desk desk;
+        auto shortcut = symbol(name.constData());
+        shortcut.impliesShift = impliesShift;
+        QCOMPARE(desk.resolve(shortcut), QList{hotkey});
+    }
+
+    void findsAKeyByItsPlaceInAnyLayout()
+    {
+        Desk desk(layoutKeys("de"));
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .place = 49})),
+                 QList{keyBeside1});
+    }
+
+    void leavesOutAPlaceWithoutAVirtualKeyCode()
+    {
+        Desk desk;
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .place = 255})),
+                 QList<qint64>());
+    }
+
+    void startsNothingBeforeSomebodyAsks()
+    {
+        Desk desk;
+        QCOMPARE(desk.shortcuts->starts + desk.layout->starts, 0);
+        desk.hotkeys.copySymbolicHotkeys();
+        desk.hotkeys.copySymbolicHotkeys();
+        QCOMPARE(desk.shortcuts->starts, 1);
+        QCOMPARE(desk.layout->starts, 1);
+    }
+
+    void knowsNothingWhereTheDesktopTellsNothing()
+    {
+        LinuxSymbolicHotkeys unknownDesktop(nullptr, std::make_unique<FakeKeyboardLayout>(),
+                                            nullptr);
+        QVERIFY(!unknownDesktop.copySymbolicHotkeys());
+        QVERIFY(!unknownDesktop.isHeldElsewhere(0, 0));
+        QVERIFY(!Desk().hotkeys.copySymbolicHotkeys());
+    }
+
+    void tellsOfEachChangeOnce()
+    {
+        Desk desk;
+        desk.shortcuts->take(QList{symbol("e")});
+        QCOMPARE(desk.notices, 1);
+        desk.shortcuts->take(QList{symbol("q")});
+        QCOMPARE(desk.notices, 2);
+        QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyQ});
+        desk.shortcuts->take(QList{symbol("q")});
+        QCOMPARE(desk.notices, 2);
+    }
+
+    void forgetsWhatADesktopHadThatHasGone()
+    {
+        Desk desk;
+        desk.shortcuts->take(QList{symbol("e")});
+        desk.shortcuts->take(std::nullopt);
+        QVERIFY(!desk.hotkeys.copySymbolicHotkeys());
+        QCOMPARE(desk.notices, 2);
+    }
+
+    void followsTheLayout()
+    {
+        Desk desk;
+        desk.shortcuts->take(QList{symbol("z")});
+        desk.layout->take(layoutKeys("de"));
+        QCOMPARE(desk.notices, 2);
+        QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyY});
+    }
+
+    void tellsNothingOfALayoutThatHasTheKeysWhereTheyWere()
+    {
+        Desk desk;
+        desk.shortcuts->take(QList{symbol("e")});
+        desk.layout->take(layoutKeys("de"));
+        QCOMPARE(desk.notices, 1);
+        QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyE});
+    }
+};
+
+QTEST_GUILESS_MAIN(LinuxSymbolicHotkeysTest)
+#include "LinuxSymbolicHotkeysTest.moc"
