@@ -46,6 +46,7 @@ std::optional<quint16> keyCode(quint32 scanCode, const X11Keyboard *keyboard)
         return std::nullopt;
     return keyboard->virtualKeyCode(xcb_keycode_t(scanCode));
 }
+} // namespace
 
 quint32 eventFlags(Qt::KeyboardModifiers modifiers)
 {
@@ -60,7 +61,6 @@ quint32 eventFlags(Qt::KeyboardModifiers modifiers)
         flags |= controlEventFlag;
     return flags;
 }
-} // namespace
 
 std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
 {

@@ -1,4 +1,5 @@
 #include "platform/EventFlag.h"
+#include "platform/linux/KeyTranslation.h"
 #include "platform/linux/desktopkeys/Accelerator.h"
 
 #include <QChar>
@@ -86,14 +87,6 @@ xkb_keysym_t symbolOf(int key, bool isOnKeypad)
         return 0;
     return isOnKeypad ? found->keypadSymbol : found->symbol;
 }
-
-quint32 eventFlags(Qt::KeyboardModifiers modifiers)
-{
-    return (modifiers.testFlag(Qt::ShiftModifier) ? shiftEventFlag : 0u)
-        | (modifiers.testFlag(Qt::ControlModifier) ? controlEventFlag : 0u)
-        | (modifiers.testFlag(Qt::AltModifier) ? optionEventFlag : 0u)
-        | (modifiers.testFlag(Qt::MetaModifier) ? commandEventFlag : 0u);
-}
 } // namespace
 
 std::optional<Accelerator> qtAccelerator(int code)
@@ -107,7 +100,8 @@ std::optional<Accelerator> qtAccelerator(int code)
     if (!symbol)
         return {};
     return Accelerator{
-        .modifiers = eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
+        .modifiers =
+            KeyTranslation::eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
         .symbol = symbol,
         .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
     };
