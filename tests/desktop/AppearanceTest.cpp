@@ -41,14 +41,6 @@ Answer failing()
     };
 }
 
-Answer dying()
-{
-    return [](const QDBusMessage &, const QDBusConnection &connection) {
-        QDBusConnection::disconnectFromBus(connection.name());
-        return true;
-    };
-}
-
 struct Portal : RecordedService {
     explicit Portal(Answer answer)
         : RecordedService(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), service,
@@ -141,7 +133,7 @@ private Q_SLOTS:
         QTest::newRow("where it answers without wrapping") << RecordedService::reply({dark});
         QTest::newRow("where it knows no such setting") << failing();
         QTest::newRow("where the portal hangs") << Answer(RecordedService::silence);
-        QTest::newRow("where the portal dies") << dying();
+        QTest::newRow("where the portal dies") << Answer(RecordedService::death);
     }
     void staysLightAndUsable()
     {

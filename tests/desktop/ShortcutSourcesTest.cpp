@@ -178,14 +178,6 @@ Answer failing()
     };
 }
 
-Answer dying()
-{
-    return [](const QDBusMessage &, const QDBusConnection &connection) {
-        QDBusConnection::disconnectFromBus(connection.name());
-        return true;
-    };
-}
-
 QVariantMap xfceSettings(const QString &key)
 {
     return {{u"/commands/default/"_s + key, u"true"_s}};
@@ -386,7 +378,7 @@ private Q_SLOTS:
         };
         addXfce("never answers", RecordedService::silence, nothing);
         addXfce("fails", failing(), nothing);
-        addXfce("dies", dying(), nothing);
+        addXfce("dies", Answer(RecordedService::death), nothing);
         addXfce("answers nothing", RecordedService::reply({}), nothing);
         addXfce("answers a text", reply(u"<Super>l"_s), nothing);
         addXfce("answers settings of another kind",
@@ -405,7 +397,7 @@ private Q_SLOTS:
         };
         addPlasma("never answers", RecordedService::silence, nothing);
         addPlasma("fails", failing(), nothing);
-        addPlasma("dies", dying(), nothing);
+        addPlasma("dies", Answer(RecordedService::death), nothing);
         addPlasma("answers nothing", RecordedService::reply({}), nothing);
         addPlasma("answers a text", reply(u"/component/first"_s), nothing);
         addPlasma("has no components", reply(QList<QDBusObjectPath>()), noShortcuts);
@@ -416,7 +408,7 @@ private Q_SLOTS:
         };
         addComponent("never answers", RecordedService::silence, nothing);
         addComponent("fails", failing(), noShortcuts);
-        addComponent("dies", dying(), nothing);
+        addComponent("dies", Answer(RecordedService::death), nothing);
         addComponent("answers nothing", RecordedService::reply({}), noShortcuts);
         addComponent("answers numbers", reply(QList<int>{int(Qt::MetaModifier) | Qt::Key_L}),
                      noShortcuts);

@@ -21,6 +21,12 @@ public:
     /// Answers each call of a method with these values.
     static Answer reply(const QVariantList &values);
     static bool silence(const QDBusMessage &, const QDBusConnection &) { return true; }
+    /// It leaves the bus in place of an answer.
+    static bool death(const QDBusMessage &, const QDBusConnection &connection)
+    {
+        QDBusConnection::disconnectFromBus(connection.name());
+        return true;
+    }
 
     /// The calls of a method, each as one text: object path and arguments.
     QStringList calls(const QString &method) const;
