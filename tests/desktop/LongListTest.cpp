@@ -139,7 +139,7 @@ private Q_SLOTS:
         double few = workOfOpening(10);
         double many = workOfOpening(1000);
         // A busy machine makes work longer, but never shorter.
-        for (int times = 1; times < 8 && many > 1.5 * few; ++times) {
+        for (int times = 1; times < 16 && many > 1.5 * few; ++times) {
             few = std::min(few, workOfOpening(10));
             many = std::min(many, workOfOpening(1000));
         }

@@ -143,7 +143,8 @@ std::optional<bool> X11HotkeyService::isRefused(quint32 keyCode, quint32 modifie
 
 void X11HotkeyService::retryRefused()
 {
-    if (m_refused.empty())
+    // Few, most often, whereas to ask for everything anew goes through all that is registered.
+    if (tryOut(m_refused) == m_refused)
         return;
     takeKeysOfKeyboard();
     flush();
