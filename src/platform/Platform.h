@@ -10,6 +10,7 @@ class HotkeyService;
 class InstalledApplications;
 class LoginItem;
 class SharedApplication;
+class ShortcutLibrary;
 class StatusBar;
 class SymbolicHotkeys;
 class SystemSettings;
@@ -28,6 +29,7 @@ struct Platform {
     SharedApplication &application;
     EventMonitor &eventMonitor;
     InstalledApplications &installedApplications;
+    ShortcutLibrary &shortcutLibrary;
     LoginItem &loginItem;
     SystemSettings &systemSettings;
     Appearance &appearance;

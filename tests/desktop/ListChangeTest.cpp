@@ -125,6 +125,7 @@ struct Desk {
         .application = fakes.application,
         .eventMonitor = fakes.eventMonitor,
         .installedApplications = fakes.installedApplications,
+        .shortcutLibrary = fakes.shortcutLibrary,
         .loginItem = fakes.loginItem,
         .systemSettings = fakes.systemSettings,
         .appearance = fakes.appearance,

@@ -8,6 +8,7 @@
 #include "fakes/FakeInstalledApplications.h"
 #include "fakes/FakeLoginItem.h"
 #include "fakes/FakeSharedApplication.h"
+#include "fakes/FakeShortcutLibrary.h"
 #include "fakes/FakeStatusBar.h"
 #include "fakes/FakeSymbolicHotkeys.h"
 #include "fakes/FakeSystemSettings.h"
@@ -35,6 +36,7 @@ public:
     FakeSharedApplication application;
     FakeEventMonitor eventMonitor;
     FakeInstalledApplications installedApplications;
+    FakeShortcutLibrary shortcutLibrary;
     FakeLoginItem loginItem;
     FakeSystemSettings systemSettings;
     FakeAppearance appearance;
@@ -50,6 +52,7 @@ public:
         .application = application,
         .eventMonitor = eventMonitor,
         .installedApplications = installedApplications,
+        .shortcutLibrary = shortcutLibrary,
         .loginItem = loginItem,
         .systemSettings = systemSettings,
         .appearance = appearance,

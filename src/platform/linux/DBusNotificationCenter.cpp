@@ -39,20 +39,22 @@ void call(const QDBusMessage &message, std::function<void(std::optional<Value>)>
                      });
 }
 
-void notify(const NotificationRequest &request, const QString &body, const QString &desktopEntry)
+QDBusMessage notification(const QString &title, const QString &body, const QString &icon,
+                          const QString &desktopEntry)
 {
     constexpr uint replacesNone = 0;
     constexpr int expiresByDefault = -1;
-    const QVariantMap hints{{u"desktop-entry"_s, desktopEntry}, {u"suppress-sound"_s, true}};
-    auto message = callOfService(u"Notify"_s);
-    message << u"Corvane"_s << replacesNone << desktopEntry << request.title << body
-            << QStringList() << hints << expiresByDefault;
-    QDBusConnection::sessionBus().asyncCall(message);
+    QVariantMap hints{{u"suppress-sound"_s, true}};
+    if (!desktopEntry.isEmpty())
+        hints.insert(u"desktop-entry"_s, desktopEntry);
+    return callOfService(u"Notify"_s) << u"Corvane"_s << replacesNone << icon << title << body
+                                      << QStringList() << hints << expiresByDefault;
 }
 } // namespace
 
-DBusNotificationCenter::DBusNotificationCenter(QString desktopEntry)
-    : m_desktopEntry(std::move(desktopEntry))
+DBusNotificationCenter::DBusNotificationCenter(QString icon, QString desktopEntry)
+    : m_icon(std::move(icon))
+    , m_desktopEntry(std::move(desktopEntry))
 {
 }
 
@@ -83,12 +85,23 @@ void DBusNotificationCenter::requestAuthorization(unsigned,
 
 void DBusNotificationCenter::add(const NotificationRequest &request)
 {
-    call<QStringList>(
-        callOfService(u"GetCapabilities"_s),
-        [request, desktopEntry = m_desktopEntry](const std::optional<QStringList> &capabilities) {
-            if (!capabilities)
-                return;
-            const bool isMarkup = capabilities->contains(u"body-markup"_s);
-            notify(request, isMarkup ? request.body.toHtmlEscaped() : request.body, desktopEntry);
-        });
+    add(request, [] {});
+}
+
+void DBusNotificationCenter::add(const NotificationRequest &request,
+                                 std::function<void()> completion)
+{
+    const auto post = [request, completion = std::move(completion), icon = m_icon,
+                       desktopEntry =
+                           m_desktopEntry](const std::optional<QStringList> &capabilities) {
+        if (!capabilities) {
+            completion();
+            return;
+        }
+        const bool isMarkup = capabilities->contains(u"body-markup"_s);
+        const QString body = isMarkup ? request.body.toHtmlEscaped() : request.body;
+        call<uint>(notification(request.title, body, icon, desktopEntry),
+                   [completion](std::optional<uint>) { completion(); });
+    };
+    call<QStringList>(callOfService(u"GetCapabilities"_s), post);
 }

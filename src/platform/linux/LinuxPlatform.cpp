@@ -75,7 +75,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
                         keyboardLayout(m_x11 != nullptr), m_trialGrabs.get())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
-    , m_notifications(applicationId)
+    , m_notifications(applicationId, applicationId)
     , m_loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + u"/autostart"_s,
                   runningProgram())
@@ -90,6 +90,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .application = m_application,
           .eventMonitor = m_eventMonitor,
           .installedApplications = m_installedApplications,
+          .shortcutLibrary = m_shortcutLibrary,
           .loginItem = m_loginItem,
           .systemSettings = m_systemSettings,
           .appearance = m_appearance,

@@ -14,6 +14,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/launch/GioApplications.h"
+#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotkeyService.h"
@@ -61,6 +62,7 @@ private:
     LinuxApplication m_application{m_activation};
     LinuxEventMonitor m_eventMonitor{m_x11Hotkeys.get()};
     GioApplications m_installedApplications;
+    LinuxShortcutLibrary m_shortcutLibrary;
     AutostartLoginItem m_loginItem;
     LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
     PortalAppearance m_appearance;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/SystemSettings.h"
+#include "platform/linux/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 
 #include <QProcessEnvironment>
@@ -20,7 +21,7 @@ private:
     void open(const QStringList &command);
 
     UserActivation &m_activation;
-    AppLauncher m_launcher{m_activation};
+    AppLauncher m_launcher;
     QProcessEnvironment m_environment;
 };
 

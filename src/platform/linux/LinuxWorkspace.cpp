@@ -24,7 +24,7 @@ std::optional<Error> inWords(std::optional<Error> error)
 } // namespace
 
 LinuxWorkspace::LinuxWorkspace(UserActivation &activation)
-    : m_launcher(activation)
+    : m_activation(activation)
 {
 }
 
@@ -32,7 +32,7 @@ void LinuxWorkspace::openApplication(const QString &path,
                                      std::function<void(std::optional<Error>)> completion)
 {
     if (!path.endsWith(u".desktop"_s)) {
-        completion(m_launcher.launchProgram({absolute(path)}));
+        completion(m_launcher.launchProgram({absolute(path)}, m_activation.handOver()));
         return;
     }
     const DesktopApp *const app = m_apps.find(absolute(path));
@@ -40,9 +40,9 @@ void LinuxWorkspace::openApplication(const QString &path,
         completion(inWords(Error{}));
         return;
     }
-    m_launcher.launch(*app, {}, [completion = std::move(completion)](const auto &error) {
-        completion(inWords(error));
-    });
+    m_launcher.launch(
+        *app, {}, m_activation.handOver(),
+        [completion = std::move(completion)](const auto &error) { completion(inWords(error)); });
 }
 
 void LinuxWorkspace::open(const QUrl &url, std::function<void(bool isOpened)> completion)
@@ -53,7 +53,7 @@ void LinuxWorkspace::open(const QUrl &url, std::function<void(bool isOpened)> co
         completion(false);
         return;
     }
-    m_launcher.launch(*app, target, [completion = std::move(completion)](const auto &error) {
-        completion(!error);
-    });
+    m_launcher.launch(
+        *app, target, m_activation.handOver(),
+        [completion = std::move(completion)](const auto &error) { completion(!error); });
 }

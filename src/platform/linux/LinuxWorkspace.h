@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Workspace.h"
+#include "platform/linux/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopAppCache.h"
 
@@ -17,6 +18,7 @@ public:
     void open(const QUrl &url, std::function<void(bool isOpened)> completion) override;
 
 private:
-    AppLauncher m_launcher;
+    UserActivation &m_activation;
+    AppLauncher m_launcher{StartupNotification::announce};
     DesktopAppCache m_apps;
 };

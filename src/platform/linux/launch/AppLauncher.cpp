@@ -6,7 +6,6 @@
 #include "platform/linux/launch/Spawn.h"
 #include "platform/linux/launch/SystemdScope.h"
 #include "platform/linux/launch/TerminalLaunch.h"
-#include "platform/linux/x11/StartupNotification.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,19 +15,35 @@ QString withoutSuffix(const QString &desktopFileName)
 {
     return desktopFileName.chopped(QLatin1StringView(".desktop").size());
 }
+} // namespace
 
-void announce(const DesktopApp &app, const QString &program, const QByteArray &startupId)
+AppLauncher::AppLauncher(Announce announce)
+    : m_announce(std::move(announce))
 {
-    if (startupId.isEmpty() || !app.isTrue("StartupNotify"))
-        return;
-    StartupNotification::announce(startupId,
-                                  {.name = app.name(),
-                                   .icon = app.text("Icon"),
-                                   .program = program.section(u'/', -1),
-                                   .windowClass = app.text("StartupWMClass")});
 }
 
-Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const StartupTokens &tokens)
+void AppLauncher::launch(const DesktopApp &app, const QUrl &target, const StartupTokens &tokens,
+                         std::function<void(std::optional<Error>)> completion)
+{
+    if (app.isTrue("DBusActivatable") && DBusActivation::isPossible(withoutSuffix(app.id())))
+        DBusActivation::open(withoutSuffix(app.id()), target, tokens, std::move(completion));
+    else
+        completion(launchProgramOf(app, target, tokens));
+}
+
+std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const QUrl &target,
+                                                  const StartupTokens &tokens)
+{
+    const auto child = app.isTrue("Terminal") ? launchInTerminal(app, target, tokens)
+                                              : launchExecLine(app, target, tokens);
+    if (!child)
+        return child.error();
+    release(*child, withoutSuffix(app.id()));
+    return std::nullopt;
+}
+
+Result<pid_t> AppLauncher::launchExecLine(const DesktopApp &app, const QUrl &target,
+                                          const StartupTokens &tokens)
 {
     const auto arguments = parseExecLine(app.text("Exec"),
                                          {.name = app.name(),
@@ -42,37 +57,23 @@ Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target, const St
         announce(app, arguments->constFirst(), tokens.startupId);
     return child;
 }
-} // namespace
 
-AppLauncher::AppLauncher(UserActivation &activation)
-    : m_activation(activation)
+void AppLauncher::announce(const DesktopApp &app, const QString &program,
+                           const QByteArray &startupId)
 {
+    if (!m_announce || startupId.isEmpty() || !app.isTrue("StartupNotify"))
+        return;
+    m_announce(startupId,
+               {.name = app.name(),
+                .icon = app.text("Icon"),
+                .program = program.section(u'/', -1),
+                .windowClass = app.text("StartupWMClass")});
 }
 
-void AppLauncher::launch(const DesktopApp &app, const QUrl &target,
-                         std::function<void(std::optional<Error>)> completion)
+std::optional<Error> AppLauncher::launchProgram(const QStringList &command,
+                                                const StartupTokens &tokens)
 {
-    if (app.isTrue("DBusActivatable") && DBusActivation::isPossible(withoutSuffix(app.id())))
-        DBusActivation::open(withoutSuffix(app.id()), target, m_activation.handOver(),
-                             std::move(completion));
-    else
-        completion(launchProgramOf(app, target));
-}
-
-std::optional<Error> AppLauncher::launchProgramOf(const DesktopApp &app, const QUrl &target)
-{
-    const StartupTokens tokens = m_activation.handOver();
-    const auto child = app.isTrue("Terminal") ? launchInTerminal(app, target, tokens)
-                                              : launchExecLine(app, target, tokens);
-    if (!child)
-        return child.error();
-    release(*child, withoutSuffix(app.id()));
-    return std::nullopt;
-}
-
-std::optional<Error> AppLauncher::launchProgram(const QStringList &command)
-{
-    const auto child = spawn({command, {}, m_activation.handOver()});
+    const auto child = spawn({command, {}, tokens});
     if (!child)
         return child.error();
     release(*child, command.constFirst().section(u'/', -1));

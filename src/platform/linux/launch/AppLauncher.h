@@ -3,8 +3,9 @@
 #pragma once
 
 #include "foundation/Result.h"
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/StartupTokens.h"
 #include "platform/linux/launch/ChildReaper.h"
+#include "platform/linux/x11/StartupNotification.h"
 
 #include <QString>
 #include <QStringList>
@@ -17,21 +18,28 @@ class DesktopApp;
 class AppLauncher
 {
 public:
-    /// The activation must outlive it.
-    explicit AppLauncher(UserActivation &activation);
+    /// Tells the desktop of an application that is starting with that startup id.
+    using Announce = std::function<void(const QByteArray &startupId, const StartingApp &app)>;
+
+    /// Without an announcement, nothing shows that an application is on its way.
+    explicit AppLauncher(Announce announce = {});
 
     /// Starts the application, with something to open if the target is not empty. The completion
     /// is called once, on the main thread, with the error if it could not be started.
-    void launch(const DesktopApp &app, const QUrl &target,
+    void launch(const DesktopApp &app, const QUrl &target, const StartupTokens &tokens,
                 std::function<void(std::optional<Error>)> completion);
 
     /// Starts a program: its path, or a name to be found in PATH, and its arguments.
-    std::optional<Error> launchProgram(const QStringList &command);
+    std::optional<Error> launchProgram(const QStringList &command, const StartupTokens &tokens);
 
 private:
-    std::optional<Error> launchProgramOf(const DesktopApp &app, const QUrl &target);
+    std::optional<Error> launchProgramOf(const DesktopApp &app, const QUrl &target,
+                                         const StartupTokens &tokens);
+    Result<pid_t> launchExecLine(const DesktopApp &app, const QUrl &target,
+                                 const StartupTokens &tokens);
+    void announce(const DesktopApp &app, const QString &program, const QByteArray &startupId);
     void release(pid_t child, const QString &app);
 
-    UserActivation &m_activation;
+    Announce m_announce;
     ChildReaper m_reaper;
 };

@@ -6,6 +6,14 @@
 #include <QtGlobal>
 #include <optional>
 
+struct StartingApp {
+    QString name;
+    QString icon;
+    QString program;
+    /// The class of the window to come, as far as it is known.
+    QString windowClass;
+};
+
 namespace StartupNotification
 {
 
@@ -15,14 +23,6 @@ QByteArray newId(quint32 userTime);
 
 /// The time that an id carries, whoever made it; nothing if it carries none.
 std::optional<quint32> userTime(const QByteArray &id);
-
-struct StartingApp {
-    QString name;
-    QString icon;
-    QString program;
-    /// The class of the window to come, as far as it is known.
-    QString windowClass;
-};
 
 /// Tells the desktop that the application is on its way, so that it can show so until the first
 /// window comes. Only for applications that then say so.

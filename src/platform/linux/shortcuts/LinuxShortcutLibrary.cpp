@@ -1,0 +1,178 @@
+#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
+
+#include "foundation/Text.h"
+#include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/shortcuts/TrustedPath.h"
+
+#include <QCollator>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <algorithm>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// What may be a Shortcut.
+struct Candidate {
+    QString path;
+    QString fileName;
+    /// Without the extension.
+    QString name;
+    /// As far as its permissions go. A launcher is read, not executed.
+    bool isRunnable;
+
+    bool isCalled(const QString &text) const { return fileName == text || name == text; }
+};
+using Folder = std::vector<Candidate>;
+
+bool isLauncher(const QString &path)
+{
+    return path.endsWith(u".desktop"_s);
+}
+
+/// Up to eight letters and digits, of which a letter is first, so that "Notes 1.2" and "Dr. No"
+/// have no extension.
+QString withoutExtension(const QString &fileName)
+{
+    static const QRegularExpression extension(u"(?<=.)\\.[A-Za-z][A-Za-z0-9]{0,7}\\z"_s);
+    return QString(fileName).remove(extension);
+}
+
+QString personalFolder()
+{
+    // What is relative counts as not set, here and below.
+    const QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    return (QDir::isAbsolutePath(dataHome) ? dataHome : QDir::homePath() + u"/.local/share"_s)
+        + u"/shortcuts"_s;
+}
+
+QStringList folders()
+{
+    QString dataFolders = qEnvironmentVariable("XDG_DATA_DIRS");
+    if (dataFolders.isEmpty())
+        dataFolders = u"/usr/local/share:/usr/share"_s;
+    QStringList folders{personalFolder()};
+    for (const QString &folder : dataFolders.split(u':')) {
+        if (QDir::isAbsolutePath(folder))
+            folders << folder + u"/shortcuts"_s;
+    }
+    return folders;
+}
+
+/// Neither what is hidden, nor the former versions that editors leave, nor what is no file.
+Folder content(const QString &folder)
+{
+    Folder found;
+    const auto files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
+    for (const QFileInfo &file : files) {
+        const QString name = file.fileName();
+        if (file.isFile() && !name.endsWith(u'~'))
+            found.push_back({file.filePath(), name, withoutExtension(name),
+                             isLauncher(name) || file.isExecutable()});
+    }
+    return found;
+}
+
+std::vector<Folder> contents()
+{
+    std::vector<Folder> all;
+    for (const QString &folder : folders())
+        all.push_back(content(folder));
+    return all;
+}
+
+Error ambiguous(const Folder &candidates)
+{
+    QStringList files;
+    for (const Candidate &candidate : candidates)
+        files << quoted(candidate.fileName);
+    return Error{u"Several Shortcuts have this name: %1. Say which by its extension."_s.arg(
+        shortened(onOneLine(files.join(u", "_s))))};
+}
+
+/// The one of those in a folder that is meant by the name; there is one at least.
+Result<QString> chosen(const QString &name, const Folder &candidates)
+{
+    Folder runnable;
+    std::ranges::copy_if(candidates, std::back_inserter(runnable), &Candidate::isRunnable);
+    if (runnable.empty())
+        return Error{
+            u"%1 is not executable. Allow it to be executed as a program in its properties."_s.arg(
+                quoted(onOneLine(candidates.front().fileName)))};
+    const auto exact = std::ranges::find(runnable, name, &Candidate::fileName);
+    if (exact != runnable.end())
+        return exact->path;
+    if (runnable.size() > 1)
+        return ambiguous(runnable);
+    return runnable.front().path;
+}
+
+Result<QString> checked(const QString &path)
+{
+    // Nobody but this user and root can change what was checked until it is started, because of
+    // just that check. What programs of this user do in the meantime is not covered: they could as
+    // well change the Shortcut for good.
+    if (const auto reason = reasonForDistrust(path))
+        return *reason;
+    if (isLauncher(path) && !DesktopApp::fromFile(path))
+        return Error{u"The launcher cannot be read, or its program is not installed."_s};
+    return path;
+}
+
+Result<QString> find(const QString &name, const std::vector<Folder> &folders)
+{
+    for (const Folder &folder : folders) {
+        Folder candidates;
+        std::ranges::copy_if(
+            folder, std::back_inserter(candidates),
+            [&name](const Candidate &candidate) { return candidate.isCalled(name); });
+        if (candidates.empty())
+            continue;
+        const auto path = chosen(name, candidates);
+        return path ? checked(*path) : path;
+    }
+    return Error{u"There is no Shortcut of this name in %1."_s.arg(
+        shortened(onOneLine(personalFolder().replace(QDir::homePath() + u'/', u"~/"_s))))};
+}
+
+void sortAsPeopleDo(QStringList &names)
+{
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    collator.setNumericMode(true);
+    std::ranges::sort(names, [&collator](const QString &one, const QString &other) {
+        const int order = collator.compare(one, other);
+        return order ? order < 0 : one < other;
+    });
+}
+} // namespace
+
+QStringList LinuxShortcutLibrary::names()
+{
+    const auto folders = contents();
+    const auto runs = [&folders](const QString &name, const Candidate &candidate) {
+        const auto path = ::find(name, folders);
+        return path && *path == candidate.path;
+    };
+    QStringList names;
+    for (const Folder &folder : folders) {
+        for (const Candidate &candidate : folder) {
+            // In full where the short name is another's.
+            if (runs(candidate.name, candidate))
+                names << candidate.name;
+            else if (runs(candidate.fileName, candidate))
+                names << candidate.fileName;
+        }
+    }
+    names.removeDuplicates();
+    sortAsPeopleDo(names);
+    return names;
+}
+
+Result<QString> LinuxShortcutLibrary::find(const QString &name)
+{
+    return ::find(name, contents());
+}

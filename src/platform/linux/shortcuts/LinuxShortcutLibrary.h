@@ -1,0 +1,18 @@
+// The Shortcuts in the folders of the user and of the system: executable files and launchers.
+#pragma once
+
+#include "foundation/Result.h"
+#include "platform/ShortcutLibrary.h"
+
+#include <QString>
+
+class LinuxShortcutLibrary : public ShortcutLibrary
+{
+public:
+    QStringList names() override;
+
+    /// The file that runs under that name: its whole name, or that without its extension. The
+    /// first folder that has such a file decides, and there, a file of exactly that name; those
+    /// that may be executed, and launchers, go before others. The error says why none is run.
+    static Result<QString> find(const QString &name);
+};

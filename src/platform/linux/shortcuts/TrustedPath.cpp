@@ -1,0 +1,141 @@
+#include "platform/linux/shortcuts/TrustedPath.h"
+
+#include "foundation/Text.h"
+
+#include <QByteArrayList>
+#include <QFile>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <grp.h>
+#include <pwd.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// As many as the system itself follows.
+constexpr int mostLinks = 40;
+
+Error error(const QString &text, const QByteArray &path)
+{
+    return Error{text.arg(quoted(shortened(onOneLine(QFile::decodeName(path)))))};
+}
+
+bool hasOtherMembers(const group &group, const char *user)
+{
+    for (char **member = group.gr_mem; *member; ++member) {
+        if (std::string_view(*member) != user)
+            return true;
+    }
+    return false;
+}
+
+/// Whether the group has the user's name, and nobody else in it. That it is another's first group
+/// is not looked for: who gives users one group of a user's name means them to share.
+bool isOwnPrivateGroup(gid_t id)
+{
+    const passwd *const user = getpwuid(geteuid());
+    const group *const group = getgrgid(id);
+    return user && group && user->pw_gid == id && std::string_view(group->gr_name) == user->pw_name
+        && !hasOtherMembers(*group, user->pw_name);
+}
+
+/// A list of further users may hide behind the group's permissions.
+bool hasAccessList(const QByteArray &path)
+{
+    return getxattr(path.constData(), "system.posix_acl_access", nullptr, 0) > 0;
+}
+
+bool canBeChangedByOthers(const QByteArray &path, const struct stat &status)
+{
+    if (S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX))
+        return false;
+    if (status.st_mode & S_IWOTH)
+        return true;
+    return (status.st_mode & S_IWGRP) && (hasAccessList(path) || !isOwnPrivateGroup(status.st_gid));
+}
+
+std::optional<Error> reasonForDistrustOf(const QByteArray &path, const struct stat &status)
+{
+    if (status.st_uid != geteuid() && status.st_uid != 0)
+        return error(u"%1 belongs to another user, so the Shortcut is not run."_s, path);
+    // What a link says is never changed, and its permissions mean nothing.
+    if (!S_ISLNK(status.st_mode) && canBeChangedByOthers(path, status))
+        return error(u"Other users may change %1, so the Shortcut is not run."_s, path);
+    return std::nullopt;
+}
+
+QByteArray targetOfLink(const QByteArray &path)
+{
+    char target[PATH_MAX];
+    const ssize_t length = readlink(path.constData(), target, sizeof target);
+    return {target, length > 0 ? qsizetype(length) : 0};
+}
+
+/// The way that is behind and the names that are still ahead.
+struct Walk {
+    QByteArray place = "/";
+    QByteArrayList ahead;
+
+    QByteArray next() const
+    {
+        return place == "/" ? '/' + ahead.constFirst() : place + '/' + ahead.constFirst();
+    }
+
+    void enter(const QByteArray &path)
+    {
+        place = path;
+        ahead.removeFirst();
+    }
+    void goUp()
+    {
+        const auto slash = place.lastIndexOf('/');
+        enter(slash > 0 ? place.first(slash) : QByteArray("/"));
+    }
+    void follow(const QByteArray &target)
+    {
+        ahead = target.split('/') + ahead.sliced(1);
+        if (target.startsWith('/'))
+            place = "/";
+    }
+};
+} // namespace
+
+std::optional<Error> reasonForDistrust(const QString &path)
+{
+    Walk walk{.ahead = QFile::encodeName(path).split('/')};
+    int links = 0;
+    struct stat status;
+    if (lstat("/", &status) == 0) {
+        if (auto reason = reasonForDistrustOf("/", status))
+            return reason;
+    }
+    while (!walk.ahead.isEmpty()) {
+        const QByteArray name = walk.ahead.constFirst();
+        if (name.isEmpty() || name == ".") {
+            walk.ahead.removeFirst();
+            continue;
+        }
+        if (name == "..") {
+            walk.goUp();
+            continue;
+        }
+        const QByteArray next = walk.next();
+        if (lstat(next.constData(), &status) != 0)
+            return Error{QString::fromLocal8Bit(std::strerror(errno))};
+        if (auto reason = reasonForDistrustOf(next, status))
+            return reason;
+        if (!S_ISLNK(status.st_mode))
+            walk.enter(next);
+        else if (++links <= mostLinks)
+            walk.follow(targetOfLink(next));
+        else
+            return Error{QString::fromLocal8Bit(std::strerror(ELOOP))};
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,161 @@
+#include "shortcuts/Companion.h"
+
+#include "foundation/Text.h"
+#include "platform/linux/ApplicationId.h"
+#include "platform/linux/DBusNotificationCenter.h"
+#include "platform/linux/StartupTokens.h"
+#include "platform/linux/launch/AppLauncher.h"
+#include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
+#include "shortcuts/JournalStream.h"
+#include "shortcuts/ShortcutLink.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <optional>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr auto longestWait = 2s;
+
+struct Failure {
+    QString title;
+    QString reason;
+};
+
+void writeTo(int stream)
+{
+    for (const int output : {STDOUT_FILENO, STDERR_FILENO})
+        dup2(stream, output);
+    if (stream > STDERR_FILENO)
+        close(stream);
+}
+
+/// Why the system starts no such script, as far as its first line tells; else what it says itself.
+Error inWords(const Error &error, const QString &script)
+{
+    QFile file(script);
+    if (!file.open(QIODevice::ReadOnly))
+        return error;
+    const QByteArray line = file.readLine(256);
+    if (line.startsWith("\x7f"
+                        "ELF"))
+        return error;
+    const QByteArray command = line.startsWith("#!") ? line.sliced(2).trimmed() : QByteArray();
+    if (command.isEmpty())
+        return {
+            u"The script does not begin with a line that says what runs it, such as “#!/bin/sh”."_s};
+    if (line.endsWith("\r\n"))
+        return {
+            u"The lines of the script end as on Windows. Save it with the line ends of Linux."_s};
+    const QString interpreter = QFile::decodeName(command.simplified().split(' ').constFirst());
+    if (!QFileInfo(interpreter).isExecutable())
+        return {u"The script is to be run by %1, which is not there or is not a program."_s.arg(
+            quoted(onOneLine(interpreter)))};
+    return error;
+}
+
+/// Returns when the answer is there.
+std::optional<Error> launch(AppLauncher &launcher, const DesktopApp &app,
+                            const StartupTokens &tokens)
+{
+    std::optional<std::optional<Error>> outcome;
+    QEventLoop loop;
+    launcher.launch(app, {}, tokens, [&outcome, &loop](const std::optional<Error> &error) {
+        outcome = error;
+        loop.quit();
+    });
+    if (!outcome)
+        loop.exec();
+    return *outcome;
+}
+
+/// What was sent on the session bus would else end with us.
+void awaitBus()
+{
+    const auto ping =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+    QDBusConnection::sessionBus().call(ping, QDBus::Block,
+                                       int(std::chrono::milliseconds(longestWait).count()));
+}
+
+std::optional<Error> start(const QString &path, const StartupTokens &tokens)
+{
+    AppLauncher launcher;
+    const auto app = path.endsWith(u".desktop"_s) ? DesktopApp::fromFile(path) : std::nullopt;
+    const auto error =
+        app ? launch(launcher, *app, tokens) : launcher.launchProgram({path}, tokens);
+    if (!error)
+        awaitBus();
+    return error && !app ? inWords(*error, path) : error;
+}
+
+/// The failure, if it could not be started. Our own output goes where the Shortcut's goes from then
+/// on.
+std::optional<Failure> run(const QByteArray &link, const StartupTokens &tokens,
+                           const QString &journalSocket)
+{
+    const auto name = shortcutName(link);
+    if (!name)
+        return Failure{u"The Shortcut could not run"_s, name.error().description};
+    const auto failure = [&name](const Error &error) {
+        return Failure{u"%1 could not run"_s.arg(quoted(shortened(onOneLine(*name)))),
+                       error.description};
+    };
+    const auto path = LinuxShortcutLibrary::find(*name);
+    if (!path)
+        return failure(path.error());
+    writeTo(openJournalStream(journalSocket, *name));
+    const auto error = start(*path, tokens);
+    return error ? std::optional(failure(*error)) : std::nullopt;
+}
+
+/// Returns when the desktop has it, or soon if it does not answer.
+void notify(const Failure &failure)
+{
+    DBusNotificationCenter center(applicationId, {});
+    // Shared with an answer that comes too late.
+    const auto loop = std::make_shared<QEventLoop>();
+    QTimer::singleShot(longestWait, loop.get(), &QEventLoop::quit);
+    center.add({.title = failure.title, .body = failure.reason}, [loop] { loop->quit(); });
+    loop->exec();
+}
+} // namespace
+
+int companionMain(int argc, char *argv[], const QString &journalSocket)
+{
+    const auto tokens = StartupTokens::takeFromEnvironment();
+    // For our own words; what is started does not inherit it.
+    const int errors = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (argc < 2) {
+        dprintf(errors, "usage: corvane-shortcuts shortcuts://run-shortcut?name=NAME\n");
+        return EXIT_FAILURE;
+    }
+    const QByteArray link(argv[1]);
+    const bool isAlone = argc == 2;
+    const QCoreApplication app(argc, argv);
+    const auto failure = isAlone
+        ? run(link, tokens, journalSocket)
+        : Failure{u"The Shortcut could not run"_s, u"More than one link was given."_s};
+    if (!failure)
+        return EXIT_SUCCESS;
+    dprintf(errors, "corvane-shortcuts: %s: %s\n", qUtf8Printable(failure->title),
+            qUtf8Printable(failure->reason));
+    notify(*failure);
+    return EXIT_FAILURE;
+}

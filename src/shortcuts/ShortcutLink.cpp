@@ -1,0 +1,76 @@
+#include "shortcuts/ShortcutLink.h"
+
+#include "foundation/Text.h"
+
+#include <algorithm>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr QByteArrayView beginning = "shortcuts://run-shortcut?name=";
+
+bool isHexDigit(char character)
+{
+    return std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
+}
+
+/// What may stand in the value of a link's query as it is, but for &, with which the next begins.
+bool mayStandAsItIs(char character)
+{
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
+        || (character >= '0' && character <= '9')
+        || std::string_view("-._~!$'()*+,;=:@/?").find(character) != std::string_view::npos;
+}
+
+bool isPercentEncoded(QByteArrayView text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            if (!mayStandAsItIs(text[i]))
+                return false;
+            continue;
+        }
+        if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))
+            return false;
+        i += 2;
+    }
+    return true;
+}
+
+bool canBeAFile(const QString &name)
+{
+    const auto isControl = [](QChar character) {
+        return character.category() == QChar::Other_Control;
+    };
+    return !name.contains(u'/') && name != u"." && name != u".."
+        && std::ranges::none_of(name, isControl);
+}
+
+Error notALink(const QByteArray &link)
+{
+    return Error{u"%1 is not a link that runs a Shortcut."_s.arg(
+        quoted(shortened(onOneLine(QString::fromUtf8(link)))))};
+}
+} // namespace
+
+Result<QString> shortcutName(const QByteArray &link)
+{
+    if (!link.startsWith(beginning))
+        return notALink(link);
+    const QByteArray encoded = link.sliced(beginning.size());
+    if (!isPercentEncoded(encoded))
+        return notALink(link);
+    const QByteArray bytes = QByteArray::fromPercentEncoding(encoded);
+    const QString name = QString::fromUtf8(bytes);
+    // Bytes that are no text are not there any more.
+    if (name.toUtf8() != bytes)
+        return notALink(link);
+    if (name.isEmpty())
+        return Error{u"The link names no Shortcut."_s};
+    if (!canBeAFile(name))
+        return Error{
+            u"%1 cannot be the name of a Shortcut."_s.arg(quoted(shortened(onOneLine(name))))};
+    return name;
+}
