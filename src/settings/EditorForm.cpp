@@ -6,6 +6,7 @@
 #include "model/ShortcutStore.h"
 #include "platform/InstalledApplications.h"
 #include "platform/Platform.h"
+#include "platform/ShortcutLibrary.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
 #include "settings/WarningLines.h"
@@ -124,9 +125,10 @@ Item EditorForm::targetField()
         shownWhen([this] { return isKind(ActionKind::website); },
                   textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
         shownWhen([this] { return isKind(ActionKind::shortcut); },
-                  textField(u"Shortcut"_s,
-                            u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
-                            draft(&LaunchEntry::target))),
+                  suggesting([this] { return m_store.platform().shortcutLibrary.names(); },
+                             textField(u"Shortcut"_s,
+                                       u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
+                                       draft(&LaunchEntry::target)))),
     };
 }
 

@@ -6,6 +6,7 @@
 #include "viewkit/FocusRing.h"
 #include "viewkit/Layouts.h"
 #include "viewkit/ShortenedLabel.h"
+#include "viewkit/Suggestions.h"
 #include "viewkit/Switch.h"
 #include "viewkit/SymbolView.h"
 
@@ -377,6 +378,12 @@ Item textField(const QString &name, const QString &placeholder, Binding<QString>
         .widget = field,
         .rules = {rule, coloured(field, QPalette::PlaceholderText, Ink::secondary)},
     };
+}
+
+Item suggesting(std::function<QStringList()> suggestions, Item textField)
+{
+    new Suggestions(qobject_cast<QLineEdit *>(textField.widget), std::move(suggestions));
+    return textField;
 }
 
 Item picker(const QString &label, const QStringList &titles, Binding<int> choice)

@@ -97,6 +97,10 @@ Item toggle(const QString &name, Binding<bool> isOn);
 /// One line of text to type. Its name is spoken by screen readers.
 Item textField(const QString &name, const QString &placeholder, Binding<QString> content);
 
+/// The text field, which offers texts while the user types. They are asked for each time that it
+/// gets the focus.
+Item suggesting(std::function<QStringList()> suggestions, Item textField);
+
 /// A check box with its label.
 Item checkBox(const QString &label, Binding<bool> isOn);
 

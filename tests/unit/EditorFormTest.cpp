@@ -5,7 +5,9 @@
 #include "support/Seen.h"
 #include "viewkit/Sheet.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QCompleter>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -87,6 +89,13 @@ struct Editor {
         QTRY_VERIFY(button(keys()->description()));
     }
     std::optional<Shortcut> keys() const { return store.getShortcut(entry.shortcutName()); }
+    /// The field for a Shortcut, with the focus, on a computer with these.
+    QLineEdit *focusShortcuts(const QStringList &names)
+    {
+        platform.shortcutLibrary.shortcuts = names;
+        field(u"Shortcut"_s)->setFocus();
+        return field(u"Shortcut"_s);
+    }
 
     FakePlatform platform;
     HotkeyCenter center{platform.hotkeys, platform.userDefaults};
@@ -101,6 +110,26 @@ struct Editor {
 LaunchEntry website(const QString &target = u"https://example.com/"_s)
 {
     return {.name = u"News"_s, .kind = ActionKind::website, .target = target};
+}
+
+LaunchEntry shortcut()
+{
+    return {.name = u"Tidy"_s, .kind = ActionKind::shortcut};
+}
+
+QAbstractItemView *popupOf(const QLineEdit *field)
+{
+    return field->completer()->popup();
+}
+
+/// What the field offers on the screen now.
+QStringList offered(const QLineEdit *field)
+{
+    QStringList texts;
+    const QAbstractItemView *const popup = popupOf(field);
+    for (int row = 0; popup->isVisible() && row < popup->model()->rowCount(); ++row)
+        texts << popup->model()->index(row, 0).data().toString();
+    return texts;
 }
 } // namespace
 
@@ -168,6 +197,89 @@ private Q_SLOTS:
         QCOMPARE(editor.field(u"Shortcut"_s)->placeholderText(),
                  u"Name of the Shortcut, exactly as in the Shortcuts app"_s);
         QVERIFY(!editor.field(u"Website"_s));
+    }
+
+    void readsTheShortcutsOnceTheirFieldIsUsed()
+    {
+        Editor editor;
+        QCOMPARE(editor.platform.shortcutLibrary.timesRead, 0);
+        editor.picker().setCurrentText(u"Run a Shortcut"_s);
+        QTRY_VERIFY(editor.field(u"Shortcut"_s));
+        editor.field(u"Shortcut"_s)->setFocus();
+        QCOMPARE(editor.platform.shortcutLibrary.timesRead, 1);
+        editor.field(u"Name"_s)->setFocus();
+        editor.field(u"Shortcut"_s)->setFocus();
+        QCOMPARE(editor.platform.shortcutLibrary.timesRead, 2);
+    }
+
+    void offersTheShortcutsThatContainWhatIsTyped()
+    {
+        Editor editor(shortcut());
+        QLineEdit *const field = editor.focusShortcuts({u"Dark"_s, u"Tidy Up"_s, u"Untidy"_s});
+        QTest::keyClicks(field, u"tid"_s);
+        QTRY_COMPARE(offered(field), QStringList({u"Tidy Up"_s, u"Untidy"_s}));
+        QTest::keyClicks(popupOf(field), u"x"_s);
+        QTRY_VERIFY(!popupOf(field)->isVisible());
+        QCOMPARE(field->text(), u"tidx"_s);
+    }
+
+    void offersAllShortcutsBelowAnEmptyField()
+    {
+        Editor editor(shortcut());
+        QLineEdit *const field = editor.focusShortcuts({u"Dark"_s, u"Tidy Up"_s});
+        QTest::keyClick(field, Qt::Key_Down);
+        QTRY_COMPARE(offered(field), QStringList({u"Dark"_s, u"Tidy Up"_s}));
+    }
+
+    void offersNothingWhereThereAreNoShortcuts()
+    {
+        Editor editor(shortcut());
+        QLineEdit *const field = editor.focusShortcuts({});
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClicks(field, u"t"_s);
+        QCoreApplication::processEvents();
+        QVERIFY(!popupOf(field)->isVisible());
+        QVERIFY(editor.sheet->isVisible());
+    }
+
+    void takesAnOfferedShortcutByReturnWithoutSaving()
+    {
+        Editor editor(shortcut(), commandK);
+        QLineEdit *const field = editor.focusShortcuts({u"Dark"_s, u"Tidy Up"_s});
+        QTest::keyClicks(field, u"up"_s);
+        QTRY_VERIFY(popupOf(field)->isVisible());
+        QTest::keyClick(popupOf(field), Qt::Key_Down);
+        QTest::keyClick(popupOf(field), Qt::Key_Return);
+        QTRY_VERIFY(!popupOf(field)->isVisible());
+        QCOMPARE(field->text(), u"Tidy Up"_s);
+        QCOMPARE(editor.closings, 0);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(editor.store.entries().constFirst().target, u"Tidy Up"_s);
+    }
+
+    void savesByReturnWhenNoOfferedShortcutIsChosen()
+    {
+        Editor editor(shortcut(), commandK);
+        QLineEdit *const field = editor.focusShortcuts({u"Tidy Up"_s});
+        QTest::keyClicks(field, u"Tidy"_s);
+        QTRY_VERIFY(popupOf(field)->isVisible());
+        QTest::keyClick(popupOf(field), Qt::Key_Return);
+        QVERIFY(!popupOf(field)->isVisible());
+        QCOMPARE(editor.closings, 1);
+        QCOMPARE(editor.store.entries().constFirst().target, u"Tidy"_s);
+    }
+
+    void closesOnlyTheOfferByEscape()
+    {
+        Editor editor(shortcut());
+        QLineEdit *const field = editor.focusShortcuts({u"Tidy Up"_s});
+        QTest::keyClicks(field, u"t"_s);
+        QTRY_VERIFY(popupOf(field)->isVisible());
+        QTest::keyClick(popupOf(field), Qt::Key_Escape);
+        QVERIFY(!popupOf(field)->isVisible());
+        QCOMPARE(editor.closings, 0);
+        QTest::keyClick(field, Qt::Key_Escape);
+        QCOMPARE(editor.closings, 1);
     }
 
     void abbreviatesTheHomeFolderOfAChosenTarget()
