@@ -213,6 +213,34 @@ private Q_SLOTS:
         desk.verifyThatKeysRunTheApp(controlAltJ);
     }
 
+    void takesAnOfferedShortcut()
+    {
+        Desk desk;
+        const QString shortcut = desk.program.dataHome() + u"/shortcuts/Tidy Up.sh"_s;
+        Desk::write(shortcut, "#!/bin/sh\n");
+        QVERIFY(QFile::setPermissions(shortcut, QFile::ReadOwner | QFile::ExeOwner));
+        desk.open();
+        const Accessible sheet = desk.addEntry();
+        const auto kinds = sheet.findAll(u"combo box"_s).constFirst();
+        QVERIFY(kinds.choose(u"Run a Shortcut"_s, desk.keyboard));
+        desk.keyboard.type({KEY_TAB});
+        const Accessible typed = sheet.await(field, u"Shortcut"_s);
+        QTRY_VERIFY(typed.is(State::focused));
+        desk.keyboard.type({KEY_U});
+        QVERIFY(desk.all.await(row, u"Tidy Up"_s).isThere());
+        desk.keyboard.type({KEY_DOWN});
+        desk.keyboard.type({KEY_ENTER});
+        QTRY_COMPARE(typed.text(), u"Tidy Up"_s);
+        QTRY_VERIFY(!desk.hasRow(u"Tidy Up"_s));
+        desk.keyboard.type({KEY_BACKSPACE});
+        QVERIFY(desk.all.await(row, u"Tidy Up"_s).isThere());
+        desk.keyboard.type({KEY_ESC});
+        QTRY_VERIFY(!desk.hasRow(u"Tidy Up"_s));
+        QVERIFY(sheet.is(State::active));
+        desk.keyboard.type({KEY_ESC});
+        desk.awaitNoSheet();
+    }
+
     void recordsKeysThatOthersWouldTake_data()
     {
         QTest::addColumn<QList<int>>("keys");

@@ -518,6 +518,8 @@ private Q_SLOTS:
         folders.write(u"one/shortcuts/not executable"_s);
         folders.write(u"two/shortcuts/Weather"_s);
         folders.write(u"two/shortcuts/Twin.rb"_s);
+        // A folder that is named twice.
+        qputenv("XDG_DATA_DIRS", qgetenv("XDG_DATA_DIRS") + ':' + qgetenv("XDG_DATA_DIRS"));
         const QStringList names = LinuxShortcutLibrary().names();
         QCOMPARE(names,
                  QStringList({u"Ärger"_s, u"Maps"_s, u"Note 9"_s, u"Note 10"_s, u"Plain"_s,

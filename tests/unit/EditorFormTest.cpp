@@ -278,6 +278,7 @@ private Q_SLOTS:
         QTest::keyClick(popupOf(field), Qt::Key_Escape);
         QVERIFY(!popupOf(field)->isVisible());
         QCOMPARE(editor.closings, 0);
+        QCOMPARE(editor.platform.shortcutLibrary.timesRead, 1);
         QTest::keyClick(field, Qt::Key_Escape);
         QCOMPARE(editor.closings, 1);
     }
