@@ -72,13 +72,13 @@ QString words(const std::optional<Error> &error)
 }
 
 /// The value as those read it who know the rules of .desktop files, and not of Exec lines.
-QString execValue(const QString &file)
+QString value(const QString &file, const char *name)
 {
     GKeyFile *const keys = g_key_file_new();
     g_key_file_load_from_file(keys, QFile::encodeName(file).constData(), G_KEY_FILE_NONE, nullptr);
-    char *const value = g_key_file_get_string(keys, "Desktop Entry", "Exec", nullptr);
-    const QString taken = QString::fromUtf8(value);
-    g_free(value);
+    char *const text = g_key_file_get_string(keys, "Desktop Entry", name, nullptr);
+    const QString taken = QString::fromUtf8(text);
+    g_free(text);
     g_key_file_free(keys);
     return taken;
 }
@@ -116,8 +116,8 @@ private Q_SLOTS:
                  "[Desktop Entry]\nType=Application\nName=Corvane\n"
                  "Comment=Opens apps, files, websites and Shortcuts by key combinations\n"
                  "Exec=\""
-                     + session.program.toUtf8()
-                     + "\"\nIcon=org.corvane.Corvane\nTerminal=false\nStartupNotify=false\n");
+                     + session.program.toUtf8() + "\"\nTryExec=" + session.program.toUtf8()
+                     + "\nIcon=org.corvane.Corvane\nTerminal=false\nStartupNotify=false\n");
         QCOMPARE(session.loginItem().status(), LoginItemStatus::enabled);
     }
 
@@ -154,7 +154,8 @@ private Q_SLOTS:
         // stand in the line.
         session.addProgram(QString(name).replace(u'%', u"%%"_s));
         QCOMPARE(words(AutostartLoginItem(session.folder, program).registerItem()), QString());
-        QCOMPARE(parseExecLine(execValue(session.file), {}).value(), QStringList(program));
+        QCOMPARE(parseExecLine(value(session.file, "Exec"), {}).value(), QStringList(program));
+        QCOMPARE(value(session.file, "TryExec"), program);
     }
 
     void isStartedByGioWhateverThePath_data() { addNames(); }

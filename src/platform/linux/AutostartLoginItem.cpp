@@ -16,7 +16,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// By two rules, one of Exec lines and one of all texts in .desktop files.
+/// By the rule of all texts in .desktop files.
+QString escaped(QString text)
+{
+    return text.replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
+}
+
+/// By that and the rule of Exec lines.
 QString execLine(const QString &program)
 {
     QString line;
@@ -27,11 +33,11 @@ QString execLine(const QString &program)
             line += u'%';
         line += character;
     }
-    line.replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
-    return u'"' + line + u'"';
+    return u'"' + escaped(line) + u'"';
 }
 
-/// No keys that delay the start: the key combinations are to be live at once.
+/// No keys that delay the start: the key combinations are to be live at once. TryExec, so that
+/// desktops pass over the file when the program has been removed.
 QString content(const QString &program)
 {
     return u"[Desktop Entry]\n"
@@ -39,9 +45,10 @@ QString content(const QString &program)
            "Name=Corvane\n"
            "Comment=Opens apps, files, websites and Shortcuts by key combinations\n"
            "Exec=%1\n"
-           "Icon=%2\n"
+           "TryExec=%2\n"
+           "Icon=%3\n"
            "Terminal=false\n"
-           "StartupNotify=false\n"_s.arg(execLine(program), applicationId);
+           "StartupNotify=false\n"_s.arg(execLine(program), escaped(program), applicationId);
 }
 
 /// By the key that all desktops know, or one of their own.
