@@ -8,10 +8,12 @@
 #include "platform/SharedApplication.h"
 #include "platform/UserDefaults.h"
 #include "settings/SettingsView.h"
+#include "symbols/SystemSymbol.h"
 #include "viewkit/AccessibleRole.h"
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -35,10 +37,12 @@ void place(QWidget &window)
     window.move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
 }
 
-std::unique_ptr<QWidget> makeSettingsWindow(ShortcutStore &store)
+std::unique_ptr<QWidget> makeSettingsWindow(const Platform &platform, ShortcutStore &store)
 {
     auto window = std::make_unique<QWidget>();
     window->setWindowTitle(u"Corvane"_s);
+    window->setWindowIcon(QIcon::fromTheme(
+        platform.bundleIdentifier, statusImage(u"command.square"_s, StatusEmphasis::Normal)));
     setAccessibleRole(*window, QAccessible::Window);
     auto *const layout = new QVBoxLayout(window.get());
     layout->setContentsMargins({});
@@ -67,7 +71,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::openSettings()
 {
     if (!m_settingsWindow)
-        m_settingsWindow = makeSettingsWindow(m_store);
+        m_settingsWindow = makeSettingsWindow(m_platform, m_store);
     m_platform.application.activate(*m_settingsWindow);
 }
 
