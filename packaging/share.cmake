@@ -1,0 +1,69 @@
+# Puts the files by which desktops know Corvane into a data folder, or takes them away again.
+#
+# usage: cmake -D DATA=<such as /usr/share> -D BIN=<the folder of the programs> -P share.cmake
+#        cmake -D DATA=<the same> -D REMOVE=ON -P share.cmake
+
+set(files
+    applications/org.corvane.Corvane.desktop
+    applications/org.corvane.Corvane.Shortcuts.desktop
+    dbus-1/services/org.corvane.Corvane.service
+    icons/hicolor/scalable/apps/org.corvane.Corvane.svg
+    icons/hicolor/symbolic/apps/org.corvane.Corvane-symbolic.svg
+    metainfo/org.corvane.Corvane.metainfo.xml
+)
+
+# By the rule of all texts in such files.
+function(set_escaped variable text)
+    string(REPLACE "\\" "\\\\" text "${text}")
+    set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+
+# As the first word of an Exec line.
+function(set_exec variable program)
+    if(program MATCHES "[^A-Za-z0-9/._+-]")
+        string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" program "${program}")
+        string(REPLACE "%" "%%" program "${program}")
+        set_escaped(program "\"${program}\"")
+        # GIO looks for the first word as it stands.
+        if(program MATCHES "%")
+            string(PREPEND program "env ")
+        endif()
+    endif()
+    set(${variable} "${program}" PARENT_SCOPE)
+endfunction()
+
+# As a word of the shell, which service files have in their Exec lines.
+function(set_service variable program)
+    if(program MATCHES "[^A-Za-z0-9/._+-]")
+        string(REPLACE "'" "'\"'\"'" program "${program}")
+        set_escaped(program "'${program}'")
+    endif()
+    set(${variable} "${program}" PARENT_SCOPE)
+endfunction()
+
+if(BIN STREQUAL "/usr/bin")
+    # Every search path has it.
+    set(folder "")
+else()
+    set(folder "${BIN}/")
+endif()
+set_exec(EXEC_CORVANE "${folder}corvane")
+set_exec(EXEC_SHORTCUTS "${folder}corvane-shortcuts")
+set_escaped(TRY_CORVANE "${folder}corvane")
+set_escaped(TRY_SHORTCUTS "${folder}corvane-shortcuts")
+# The bus does not search.
+set_service(SERVICE_CORVANE "${BIN}/corvane")
+
+foreach(file IN LISTS files)
+    set(template "${CMAKE_CURRENT_LIST_DIR}/share/${file}")
+    if(REMOVE)
+        if(EXISTS "${DATA}/${file}")
+            file(REMOVE "${DATA}/${file}")
+            message(STATUS "Removed ${DATA}/${file}")
+        endif()
+    elseif(EXISTS "${template}")
+        configure_file("${template}" "${DATA}/${file}" COPYONLY)
+    else()
+        configure_file("${template}.in" "${DATA}/${file}" @ONLY)
+    endif()
+endforeach()
