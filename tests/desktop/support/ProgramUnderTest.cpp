@@ -54,6 +54,7 @@ void awaitOrphans()
 
 ProgramUnderTest::ProgramUnderTest()
     : environment(QProcessEnvironment::systemEnvironment())
+    , program(QCoreApplication::applicationDirPath() + u"/corvane"_s)
 {
     // What the program started becomes ours when it ends, so that its end can be awaited.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
@@ -115,8 +116,7 @@ void ProgramUnderTest::start()
 
 void ProgramUnderTest::startAgain()
 {
-    const QStringList command =
-        starter + QStringList(QCoreApplication::applicationDirPath() + u"/corvane"_s);
+    const QStringList command = starter + QStringList(program);
     m_process.start(command.constFirst(), command.sliced(1));
     if (!m_process.waitForStarted())
         qFatal("cannot start the program: %s", qPrintable(m_process.errorString()));

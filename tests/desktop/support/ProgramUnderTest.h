@@ -50,6 +50,9 @@ public:
     QString dataHome() const { return home.filePath(QStringLiteral("data")); }
     QString configHome() const { return home.filePath(QStringLiteral("config")); }
 
+    /// The program's file, the built one by default; to be set before the start.
+    QString program;
+
     /// A program, and its arguments, that starts the program; to be set before the start.
     QStringList starter;
 
