@@ -72,6 +72,25 @@ private:
     pid_t m_group = 0;
 };
 
+/// How systemd, where it starts the session, would start the program; empty if it would not.
+QByteArray startBySystemd(const QProcessEnvironment &environment)
+{
+    const QTemporaryDir units;
+    QProcess generator;
+    generator.setProcessEnvironment(environment);
+    generator.start(u"/usr/lib/systemd/user-generators/systemd-xdg-autostart-generator"_s,
+                    {units.path(), units.path(), units.path()});
+    [&] { QVERIFY(generator.waitForFinished() && generator.exitCode() == 0); }();
+    QFile unit(units.filePath(u"app-org.corvane.Corvane@autostart.service"_s));
+    if (!unit.open(QIODevice::ReadOnly))
+        return {};
+    for (const QByteArray &line : unit.readAll().split('\n')) {
+        if (line.startsWith("ExecStart="))
+            return line;
+    }
+    return {};
+}
+
 /// A home with a program whose path has a blank, and nothing in it that the session starts.
 struct Home {
     Home()
@@ -126,6 +145,16 @@ private Q_SLOTS:
         QTRY_COMPARE(app.starts().size(), 1);
     }
 
+    void isAUnitOfSystemdAsLongAsTheProgramIsThere()
+    {
+        Home home;
+        QVERIFY(!home.loginItem.registerItem());
+        QCOMPARE(startBySystemd(home.program.environment),
+                 "ExecStart=:\"" + home.path.toUtf8() + '"');
+        QVERIFY(QFile::remove(home.path));
+        QCOMPARE(startBySystemd(home.program.environment), QByteArray());
+    }
+
     void doesNotStartAtLogin_data()
     {
         QTest::addColumn<std::function<void(Home &)>>("change");
@@ -136,6 +165,7 @@ private Q_SLOTS:
             home.append(u"org.corvane.Corvane.desktop"_s, "Hidden=true\n");
             QCOMPARE(home.loginItem.status(), LoginItemStatus::requiresApproval);
         });
+        add("after the program was removed", [](Home &home) { QVERIFY(QFile::remove(home.path)); });
         add("after it was unregistered",
             [](Home &home) { QVERIFY(!home.loginItem.unregisterItem()); });
     }
