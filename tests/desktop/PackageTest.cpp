@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QStandardPaths>
 #include <QTest>
 #include <csignal>
 
@@ -115,7 +116,7 @@ public:
     void remove() const
     {
         if (isComplete()) {
-            run(inRoot({u"apt-get"_s, u"-qq"_s, u"purge"_s, u"corvane"_s}));
+            run(inRoot({u"dpkg"_s, u"--purge"_s, u"corvane"_s}));
             return;
         }
         run(dpkg({u"--purge"_s, u"corvane"_s}));
@@ -133,7 +134,9 @@ public:
     /// A command that runs this one in it.
     QStringList inRoot(const QStringList &command = {}) const
     {
-        return isComplete() ? QStringList{u"chroot"_s, path({})} + command : command;
+        return isComplete()
+            ? QStringList{QStandardPaths::findExecutable(u"chroot"_s), path({})} + command
+            : command;
     }
 
     /// All but what a package manager keeps of its own, and what the desktop's tools have noted.
@@ -155,7 +158,8 @@ public:
     {
         program.starter = inRoot();
         program.program = inside(u"/usr/bin/corvane"_s);
-        program.environment.insert(u"PATH"_s, inside(u"/usr/bin"_s) + u":/usr/bin:/bin"_s);
+        program.environment.insert(u"PATH"_s,
+                                   inside(u"/usr/bin"_s) + u':' + qEnvironmentVariable("PATH"));
         program.environment.insert(u"XDG_DATA_DIRS"_s, inside(u"/usr/share"_s) + u":/usr/share"_s);
     }
 
@@ -238,6 +242,52 @@ class PackageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void isKnownToTheDesktopWhereverItIs_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("a plain path") << u"bin"_s;
+        QTest::newRow("with blanks and letters beyond ASCII") << u"my  prögrams 日本"_s;
+        QTest::newRow("with what lines of commands give a meaning")
+            << u"it's \"100%u\" $HOME `id` \\n;#@EXEC_CORVANE@"_s;
+    }
+    void isKnownToTheDesktopWhereverItIs()
+    {
+        QFETCH(const QString, folder);
+        const QTemporaryDir home;
+        const QString programs = home.filePath(folder);
+        const QString data = home.filePath(u"data"_s);
+        for (const QString &name : {u"/corvane"_s, u"/corvane-shortcuts"_s})
+            writeScript(programs + name,
+                        "printf '%s|' \"$0\" \"$@\" > '" + home.filePath(u"new"_s).toUtf8()
+                            + "'; mv '" + home.filePath(u"new"_s).toUtf8() + "' '"
+                            + home.filePath(u"started"_s).toUtf8() + '\'');
+        const auto started = [&] {
+            const QString file = home.filePath(u"started"_s);
+            const bool isThere = QTest::qWaitFor([&] { return QFile::exists(file); });
+            const QString line = QString::fromUtf8(read(file));
+            QFile::remove(file);
+            return isThere ? line : u"nothing"_s;
+        };
+        const QString script = QStringLiteral(CORVANE_SOURCE_DIR) + u"/packaging/share.cmake"_s;
+        run({u"cmake"_s, u"-DDATA="_s + data, u"-DBIN="_s + programs, u"-P"_s, script});
+        run({u"update-desktop-database"_s, data + u"/applications"_s});
+        const QStringList inHome{u"env"_s, u"XDG_DATA_HOME="_s + data};
+
+        run({u"gio"_s, u"launch"_s, data + u"/applications/org.corvane.Corvane.desktop"_s});
+        QCOMPARE(started(), programs + u"/corvane|"_s);
+        run(inHome + QStringList{u"gio"_s, u"open"_s, u"shortcuts://run-shortcut?name=A%20B"_s});
+        QCOMPARE(started(),
+                 programs + u"/corvane-shortcuts|shortcuts://run-shortcut?name=A%20B|"_s);
+        const PrivateBus bus(
+            u"org.corvane.Corvane"_s,
+            valueOf("Exec", data + u"/dbus-1/services/org.corvane.Corvane.service"_s));
+        auto connection = QDBusConnection::connectToBus(bus.address(), folder);
+        connection.send(
+            QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/"_s, {}, u"Call"_s));
+        QCOMPARE(started(), programs + u"/corvane|"_s);
+        QDBusConnection::disconnectFromBus(connection.name());
+    }
+
     void opensWhatTheUserChose()
     {
         const System system;
@@ -261,11 +311,10 @@ private Q_SLOTS:
         const QString command = valueOf(
             "Exec", system.path(u"/usr/share/dbus-1/services/org.corvane.Corvane.service"_s));
         QCOMPARE(command, u"/usr/bin/corvane"_s);
-        for (const QString &name : user.program.environment.keys())
-            qputenv(name.toLatin1(), user.program.environment.value(name).toUtf8());
 
         const PrivateBus bus(u"org.corvane.Corvane"_s,
-                             system.inRoot({system.inside(command)}).join(u' '));
+                             system.inRoot({system.inside(command)}).join(u' '),
+                             user.program.environment);
         auto connection = QDBusConnection::connectToBus(bus.address(), u"caller"_s);
         auto fire =
             QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/org/corvane/Corvane"_s,

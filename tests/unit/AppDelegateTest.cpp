@@ -214,6 +214,7 @@ private Q_SLOTS:
         QCOMPARE(windows.size(), 2);
         QCOMPARE(windows.at(0), windows.at(1));
         QCOMPARE(windows.at(0)->windowTitle(), u"Corvane"_s);
+        QVERIFY(!windows.at(0)->windowIcon().isNull());
     }
 
     void opensTheSettingsWhereNoMenuCanBeOpened()

@@ -15,7 +15,8 @@ void write(const QString &path, const QString &text)
 }
 } // namespace
 
-PrivateBus::PrivateBus(const QString &activatableName, const QString &program)
+PrivateBus::PrivateBus(const QString &activatableName, const QString &program,
+                       const QProcessEnvironment &environment)
 {
     if (!activatableName.isEmpty())
         write(m_folder.filePath(activatableName + u".service"_s),
@@ -28,6 +29,7 @@ PrivateBus::PrivateBus(const QString &activatableName, const QString &program)
           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>"_s.arg(
               m_folder.path()));
 
+    m_daemon.setProcessEnvironment(environment);
     m_daemon.start(
         u"dbus-daemon"_s,
         {u"--config-file"_s, configuration, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});

@@ -2,14 +2,18 @@
 #pragma once
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QTemporaryDir>
 
 class PrivateBus
 {
 public:
-    /// The bus starts the program when somebody calls that name, and no other for any name.
-    explicit PrivateBus(const QString &activatableName = {}, const QString &program = {});
+    /// The bus starts the program, in that environment, when somebody calls that name, and no other
+    /// for any name.
+    explicit PrivateBus(
+        const QString &activatableName = {}, const QString &program = {},
+        const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
     ~PrivateBus();
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
