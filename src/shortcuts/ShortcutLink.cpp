@@ -1,8 +1,8 @@
 #include "shortcuts/ShortcutLink.h"
 
 #include "foundation/Text.h"
+#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
 
-#include <algorithm>
 #include <string_view>
 
 using namespace Qt::StringLiterals;
@@ -17,10 +17,11 @@ bool isHexDigit(char character)
 }
 
 /// What may stand in the value of a link's query as it is, but for &, with which the next begins.
+/// Letters beyond ASCII need no escapes where programs and people write links.
 bool mayStandAsItIs(char character)
 {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
-        || (character >= '0' && character <= '9')
+    return uchar(character) >= 0x80 || (character >= 'a' && character <= 'z')
+        || (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9')
         || std::string_view("-._~!$'()*+,;=:@/?").find(character) != std::string_view::npos;
 }
 
@@ -37,15 +38,6 @@ bool isPercentEncoded(QByteArrayView text)
         i += 2;
     }
     return true;
-}
-
-bool canBeAFile(const QString &name)
-{
-    const auto isControl = [](QChar character) {
-        return character.category() == QChar::Other_Control;
-    };
-    return !name.contains(u'/') && name != u"." && name != u".."
-        && std::ranges::none_of(name, isControl);
 }
 
 Error notALink(const QByteArray &link)
@@ -69,7 +61,7 @@ Result<QString> shortcutName(const QByteArray &link)
         return notALink(link);
     if (name.isEmpty())
         return Error{u"The link names no Shortcut."_s};
-    if (!canBeAFile(name))
+    if (!LinuxShortcutLibrary::canBeName(name))
         return Error{
             u"%1 cannot be the name of a Shortcut."_s.arg(quoted(shortened(onOneLine(name))))};
     return name;

@@ -62,14 +62,15 @@ QStringList folders()
     return folders;
 }
 
-/// Neither what is hidden, nor the former versions that editors leave, nor what is no file.
+/// Neither what is hidden, nor the former versions that editors leave, nor what is no file or has
+/// no name to call it by.
 Folder content(const QString &folder)
 {
     Folder found;
     const auto files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
     for (const QFileInfo &file : files) {
         const QString name = file.fileName();
-        if (file.isFile() && !name.endsWith(u'~'))
+        if (file.isFile() && !name.endsWith(u'~') && LinuxShortcutLibrary::canBeName(name))
             found.push_back({file.filePath(), name, withoutExtension(name),
                              isLauncher(name) || file.isExecutable()});
     }
@@ -170,6 +171,14 @@ QStringList LinuxShortcutLibrary::names()
     names.removeDuplicates();
     sortAsPeopleDo(names);
     return names;
+}
+
+bool LinuxShortcutLibrary::canBeName(const QString &text)
+{
+    const auto isControl = [](QChar character) {
+        return character.category() == QChar::Other_Control;
+    };
+    return !text.contains(u'/') && !text.contains(u".."_s) && std::ranges::none_of(text, isControl);
 }
 
 Result<QString> LinuxShortcutLibrary::find(const QString &name)

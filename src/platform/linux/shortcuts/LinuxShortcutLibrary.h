@@ -11,6 +11,10 @@ class LinuxShortcutLibrary : public ShortcutLibrary
 public:
     QStringList names() override;
 
+    /// Not with a slash, two full stops in a row or a control character, so that a name never leads
+    /// out of the folders.
+    static bool canBeName(const QString &text);
+
     /// The file that runs under that name: its whole name, or that without its extension. The
     /// first folder that has such a file decides, and there, a file of exactly that name; those
     /// that may be executed, and launchers, go before others. The error says why none is run.
