@@ -51,6 +51,15 @@ void write(const QString &path, const QByteArray &text)
     file.write(text);
 }
 
+/// Puts what desktops have to know into the data folder, as script/run does.
+void makeKnown(const QString &data, const QString &programs)
+{
+    const QString packaging = QStringLiteral(CORVANE_SOURCE_DIR) + u"/packaging"_s;
+    run({u"cmake"_s, u"-DDATA="_s + data, u"-DBIN="_s + programs, u"-P"_s,
+         packaging + u"/share.cmake"_s});
+    run({packaging + u"/tell-desktop"_s, data});
+}
+
 void writeScript(const QString &path, const QByteArray &line)
 {
     write(path, "#!/bin/sh\n" + line + '\n');
@@ -188,11 +197,16 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// A user of the installed program, who has an entry of each kind.
+/// A user of the program, who has an entry of each kind.
 struct User {
     explicit User(const System &system)
+        : User()
     {
         system.setUp(program);
+    }
+    /// Of the build.
+    User()
+    {
         const QString application = program.dataHome() + u"/applications/recorder.desktop"_s;
         writeScript(program.home.filePath(u"record"_s),
                     "echo \"$*\" >> '" + program.home.filePath(u"opened"_s).toUtf8() + '\'');
@@ -230,10 +244,20 @@ struct User {
         return isThere ? read(file).trimmed() : QByteArray("nothing");
     }
 
+    void turnOnLaunchAtLogin() const
+    {
+        askForSettings();
+        QVERIFY(Accessible::program(program.processId())
+                    .await(u"check box"_s, u"Launch at login"_s)
+                    .toggle());
+        QTRY_VERIFY(QFile::exists(autostartFile()));
+    }
+    QString autostart() const { return program.configHome() + u"/autostart"_s; }
+    QString autostartFile() const { return autostart() + u"/org.corvane.Corvane.desktop"_s; }
+
     ProgramUnderTest program;
     Keyboard keyboard;
     QString idOnK;
-    QString autostart = program.configHome() + u"/autostart"_s;
 };
 } // namespace
 
@@ -268,9 +292,7 @@ private Q_SLOTS:
             QFile::remove(file);
             return isThere ? line : u"nothing"_s;
         };
-        const QString script = QStringLiteral(CORVANE_SOURCE_DIR) + u"/packaging/share.cmake"_s;
-        run({u"cmake"_s, u"-DDATA="_s + data, u"-DBIN="_s + programs, u"-P"_s, script});
-        run({u"update-desktop-database"_s, data + u"/applications"_s});
+        makeKnown(data, programs);
         const QStringList inHome{u"env"_s, u"XDG_DATA_HOME="_s + data};
 
         run({u"gio"_s, u"launch"_s, data + u"/applications/org.corvane.Corvane.desktop"_s});
@@ -286,6 +308,28 @@ private Q_SLOTS:
             QDBusMessage::createMethodCall(u"org.corvane.Corvane"_s, u"/"_s, {}, u"Call"_s));
         QCOMPARE(started(), programs + u"/corvane|"_s);
         QDBusConnection::disconnectFromBus(connection.name());
+    }
+
+    void needsNoInstallation()
+    {
+        User user;
+        user.program.isAccessible = true;
+        const QString data = user.program.dataHome();
+        makeKnown(data, QCoreApplication::applicationDirPath());
+        user.startProgram();
+        QCOMPARE(user.openedBy(KEY_M), QByteArray("shortcut"));
+        user.turnOnLaunchAtLogin();
+
+        run({u"env"_s, u"XDG_DATA_HOME="_s + data,
+             u"XDG_CONFIG_HOME="_s + user.program.configHome(),
+             QStringLiteral(CORVANE_SOURCE_DIR) + u"/script/uninstall"_s});
+        QCOMPARE(QDir(data).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList({u"applications"_s, u"Corvane"_s, u"shortcuts"_s}));
+        QCOMPARE(QDir(data + u"/applications"_s).entryList(QDir::Files),
+                 QStringList({u"mimeinfo.cache"_s, u"recorder.desktop"_s}));
+        QVERIFY(QFile::exists(data + u"/Corvane/entries.json"_s));
+        QVERIFY(!QFile::exists(user.autostartFile()));
+        QCOMPARE(user.program.stop(), 0);
     }
 
     void opensWhatTheUserChose()
@@ -342,12 +386,8 @@ private Q_SLOTS:
                     .endsWith(u" (deleted)"_s));
         QCOMPARE(user.openedBy(KEY_K), QByteArray("app"));
         QCOMPARE(user.openedBy(KEY_M), QByteArray("shortcut"));
-        askForSettings();
-        QVERIFY(Accessible::program(user.program.processId())
-                    .await(u"check box"_s, u"Launch at login"_s)
-                    .toggle());
-        const QString file = user.autostart + u"/org.corvane.Corvane.desktop"_s;
-        QTRY_COMPARE(valueOf("TryExec", file), system.inside(u"/usr/bin/corvane"_s));
+        user.turnOnLaunchAtLogin();
+        QCOMPARE(valueOf("TryExec", user.autostartFile()), system.inside(u"/usr/bin/corvane"_s));
 
         const QByteArray list = read(user.program.dataHome() + u"/Corvane/entries.json"_s);
         system.remove();
@@ -356,7 +396,7 @@ private Q_SLOTS:
         QCOMPARE(read(user.program.dataHome() + u"/Corvane/entries.json"_s), list);
         QVERIFY(!list.isEmpty());
         // Nor does the desktop try to start what has gone.
-        QCOMPARE(AutostartLoginItem(user.autostart, {}).status(), LoginItemStatus::notFound);
+        QCOMPARE(AutostartLoginItem(user.autostart(), {}).status(), LoginItemStatus::notFound);
     }
 };
 
