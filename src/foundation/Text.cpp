@@ -31,6 +31,14 @@ QString shortened(const QString &text)
     return beginning + u'…';
 }
 
+QString withoutDirections(QString text)
+{
+    return text.removeIf([](QChar character) {
+        return (character >= QChar(0x202A) && character <= QChar(0x202E))
+            || (character >= QChar(0x2066) && character <= QChar(0x2069));
+    });
+}
+
 QString onOneLine(const QString &text)
 {
     QString line = text;

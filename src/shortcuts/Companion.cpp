@@ -30,7 +30,9 @@ using namespace std::chrono_literals;
 
 namespace
 {
-constexpr auto longestWait = 2s;
+constexpr auto longestWaitForBus = 2s;
+/// A host of notifications may have to be started first.
+constexpr auto longestWaitForNotification = 5s;
 
 struct Failure {
     QString title;
@@ -91,7 +93,7 @@ void awaitBus()
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                        u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
     QDBusConnection::sessionBus().call(ping, QDBus::Block,
-                                       int(std::chrono::milliseconds(longestWait).count()));
+                                       int(std::chrono::milliseconds(longestWaitForBus).count()));
 }
 
 std::optional<Error> start(const QString &path, const StartupTokens &tokens)
@@ -131,7 +133,7 @@ void notify(const Failure &failure)
     DBusNotificationCenter center(applicationId, {});
     // Shared with an answer that comes too late.
     const auto loop = std::make_shared<QEventLoop>();
-    QTimer::singleShot(longestWait, loop.get(), &QEventLoop::quit);
+    QTimer::singleShot(longestWaitForNotification, loop.get(), &QEventLoop::quit);
     center.add({.title = failure.title, .body = failure.reason}, [loop] { loop->quit(); });
     loop->exec();
 }

@@ -40,10 +40,15 @@ bool isPercentEncoded(QByteArrayView text)
     return true;
 }
 
+/// As messages show it. What comes from a web page must not turn the words around it.
+QString shown(const QString &text)
+{
+    return quoted(shortened(withoutDirections(onOneLine(text))));
+}
+
 Error notALink(const QByteArray &link)
 {
-    return Error{u"%1 is not a link that runs a Shortcut."_s.arg(
-        quoted(shortened(onOneLine(QString::fromUtf8(link)))))};
+    return Error{u"%1 is not a link that runs a Shortcut."_s.arg(shown(QString::fromUtf8(link)))};
 }
 } // namespace
 
@@ -62,7 +67,6 @@ Result<QString> shortcutName(const QByteArray &link)
     if (name.isEmpty())
         return Error{u"The link names no Shortcut."_s};
     if (!LinuxShortcutLibrary::canBeName(name))
-        return Error{
-            u"%1 cannot be the name of a Shortcut."_s.arg(quoted(shortened(onOneLine(name))))};
+        return Error{u"%1 cannot be the name of a Shortcut."_s.arg(shown(name))};
     return name;
 }

@@ -352,8 +352,10 @@ private Q_SLOTS:
         system.install();
         User user(system);
         user.program.writeFiles();
-        const QString command = valueOf(
-            "Exec", system.path(u"/usr/share/dbus-1/services/org.corvane.Corvane.service"_s));
+        const QString service =
+            system.path(u"/usr/share/dbus-1/services/org.corvane.Corvane.service"_s);
+        QCOMPARE(valueOf("Name", service), u"org.corvane.Corvane"_s);
+        const QString command = valueOf("Exec", service);
         QCOMPARE(command, u"/usr/bin/corvane"_s);
 
         const PrivateBus bus(u"org.corvane.Corvane"_s,
@@ -366,6 +368,7 @@ private Q_SLOTS:
         fire << u"fire"_s << QVariant(QVariantList{user.idOnK}) << QVariantMap();
         QCOMPARE(connection.call(fire).errorMessage(), QString());
         const pid_t process = pid_t(connection.interface()->servicePid(fire.service()));
+        QVERIFY(process > 0);
         const auto end = qScopeGuard([process] { kill(process, SIGTERM); });
         QCOMPARE(user.opened(), QByteArray("app"));
         QCOMPARE(QFile::symLinkTarget(u"/proc/%1/exe"_s.arg(process)), system.path(command));

@@ -4,7 +4,11 @@
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -12,6 +16,27 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+
+void write(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(path));
+    file.write(text);
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+/// One that does so, and the companion that runs it.
+void addShortcut(const ProgramUnderTest &program, const QByteArray &command)
+{
+    write(program.dataHome() + u"/shortcuts/Tidy Up"_s, "#!/bin/sh\n" + command + '\n');
+    const QString companion = QCoreApplication::applicationDirPath() + u"/corvane-shortcuts"_s;
+    const QString applications = program.dataHome() + u"/applications"_s;
+    write(applications + u"/companion.desktop"_s,
+          "[Desktop Entry]\nType=Application\nName=Shortcuts\nExec=" + companion.toUtf8()
+              + " %u\nMimeType=x-scheme-handler/shortcuts;\n");
+    QCOMPARE(QProcess::execute(u"update-desktop-database"_s, {applications}), 0);
+}
 } // namespace
 
 class PrivacyTest : public QObject
@@ -27,13 +52,13 @@ private Q_SLOTS:
         program.starter = {
             u"strace"_s, u"-D"_s, u"-f"_s, u"-qq"_s,
             u"-o"_s,     log,     u"-e"_s, u"trace=socket,socketpair,connect,bind,sendto"_s};
-        app.openByDefault(
-            {"inode/directory", "x-scheme-handler/https", "x-scheme-handler/shortcuts"},
-            program.dataHome(), program.configHome());
+        app.openByDefault({"inode/directory", "x-scheme-handler/https"}, program.dataHome(),
+                          program.configHome());
+        addShortcut(program, "exec " + app.command());
         program.addApp(app.desktopFile(), {0, 0x1800});
         program.addEntry("path", u"/usr"_s, {1, 0x1800});
         program.addEntry("website", u"https://example.com"_s, {2, 0x1800});
-        program.addEntry("shortcut", u"Flow"_s, {3, 0x1800});
+        program.addEntry("shortcut", u"Tidy Up"_s, {3, 0x1800});
         program.addApp(u"/nowhere"_s, {5, 0x1800});
         program.start();
         Keyboard keyboard;
@@ -55,6 +80,7 @@ private Q_SLOTS:
         }
         // The X server and the session bus at the least.
         QVERIFY(localOnes >= 2);
+        QVERIFY2(lines.join().contains("/run/systemd/journal/stdout"), "the companion did not run");
     }
 };
 

@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
+#include <QTimer>
 #include <functional>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -32,6 +33,14 @@ bool host(const QDBusMessage &message, const QDBusConnection &connection)
     if (message.member() == u"GetCapabilities")
         return connection.send(message.createReply(QVariant(QStringList(u"body-markup"_s))));
     return connection.send(message.createReply(QVariant(1u)));
+}
+
+/// One that takes its time, as if it had to be started first.
+bool slowHost(const QDBusMessage &message, const QDBusConnection &connection)
+{
+    QTimer::singleShot(message.member() == u"GetCapabilities" ? 2500 : 0,
+                       [message, connection] { host(message, connection); });
+    return true;
 }
 
 QString ourProgram(const QString &name)
@@ -299,8 +308,16 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         QCOMPARE(desk.run(tidyUp), 1);
-        QVERIFY(timer.elapsed() < 6000);
+        QVERIFY(timer.elapsed() < 9000);
         QVERIFY(desk.errors.startsWith("corvane-shortcuts: “Tidy Up” could not run: "));
+    }
+
+    void waitsForASlowHostOfNotifications()
+    {
+        Desk desk;
+        const RecordedService notifications(desk.bus.address(), service, &slowHost);
+        QCOMPARE(desk.run(tidyUp), 1);
+        QCOMPARE(notifications.calls(u"Notify"_s).size(), 1);
     }
 
     void startsAScriptWithoutABus()

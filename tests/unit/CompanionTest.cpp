@@ -185,6 +185,8 @@ private Q_SLOTS:
         QTest::newRow("a zero byte") << QByteArray("Tidy%00.sh") << cannotBe.arg(u"Tidy .sh"_s);
         QTest::newRow("a line break") << QByteArray("Tidy%0AUp") << cannotBe.arg(u"Tidy Up"_s);
         QTest::newRow("an escape of terminals") << QByteArray("%1B") << cannotBe.arg(u" "_s);
+        QTest::newRow("a turn of direction")
+            << QByteArray("Tidy%E2%80%AEpU%E2%81%A6") << cannotBe.arg(u"TidypU"_s);
         QTest::newRow("a very long one")
             << QByteArray(1000, '/') << cannotBe.arg(QString(299, u'/') + u'…');
     }
@@ -308,6 +310,11 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("because it is none") << QByteArray("#!/bin/sh\n");
         QTest::newRow("because its program is not there") << launcher("/nowhere/at-all");
+        QTest::newRow("because it names no program")
+            << QByteArray("[Desktop Entry]\nType=Application\nName=L\n");
+        QTest::newRow("because it counts as deleted") << launcher("true") + "Hidden=true\n";
+        QTest::newRow("because it is no application's")
+            << QByteArray("[Desktop Entry]\nType=Link\nName=L\nURL=https://example.com\n");
     }
     void saysThatALauncherCannotBeUsed()
     {
@@ -315,7 +322,7 @@ private Q_SLOTS:
         const Folders folders;
         folders.write(u"home/shortcuts/Tidy.desktop"_s, 0755, content);
         QCOMPARE(found(u"Tidy"_s),
-                 u"The launcher cannot be read, or its program is not installed."_s);
+                 u"The launcher starts no program, or one that is not installed."_s);
     }
 
     void takesNoNoticeOfRelativeFolders()
@@ -410,6 +417,11 @@ private Q_SLOTS:
             folders.write(u"bin/S"_s);
             QFile::remove(folders.file(u"S"_s));
             folders.link(u"../../all/../bin/S"_s, u"home/shortcuts/S"_s);
+        });
+        row("the program of a launcher", u"my bin/S"_s, [](const Folders &folders) {
+            const QByteArray program = folders.write(u"my bin/S"_s, 0777).toUtf8();
+            QFile::remove(folders.file(u"S"_s));
+            folders.write(u"home/shortcuts/S.desktop"_s, 0644, launcher('"' + program + '"'));
         });
         row("the place of the folder", u"all"_s, [](const Folders &folders) {
             folders.write(u"all/shortcuts/S"_s);

@@ -6,6 +6,7 @@
 #include "platform/linux/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopAppCache.h"
+#include "platform/linux/x11/StartupNotification.h"
 
 class LinuxWorkspace : public Workspace
 {

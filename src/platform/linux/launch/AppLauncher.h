@@ -5,7 +5,7 @@
 #include "foundation/Result.h"
 #include "platform/linux/StartupTokens.h"
 #include "platform/linux/launch/ChildReaper.h"
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/launch/StartingApp.h"
 
 #include <QString>
 #include <QStringList>

@@ -2,12 +2,14 @@
 
 #include "foundation/Text.h"
 #include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/launch/ExecLine.h"
 #include "platform/linux/shortcuts/TrustedPath.h"
 
 #include <QCollator>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <algorithm>
 #include <vector>
 
@@ -111,6 +113,22 @@ Result<QString> chosen(const QString &name, const Folder &candidates)
     return runnable.front().path;
 }
 
+/// The path of what it runs; empty if there is none.
+QString programOf(const DesktopApp &launcher)
+{
+    const auto command = parseExecLine(launcher.text("Exec"), {});
+    return command ? QStandardPaths::findExecutable(command->constFirst()) : QString();
+}
+
+std::optional<Error> reasonAgainstLauncher(const QString &path)
+{
+    const auto launcher = DesktopApp::fromFile(path);
+    const QString program = launcher ? programOf(*launcher) : QString();
+    if (!program.isEmpty() && !launcher->isTrue("Hidden"))
+        return reasonForDistrust(program);
+    return Error{u"The launcher starts no program, or one that is not installed."_s};
+}
+
 Result<QString> checked(const QString &path)
 {
     // Nobody but this user and root can change what was checked until it is started, because of
@@ -118,8 +136,10 @@ Result<QString> checked(const QString &path)
     // well change the Shortcut for good.
     if (const auto reason = reasonForDistrust(path))
         return *reason;
-    if (isLauncher(path) && !DesktopApp::fromFile(path))
-        return Error{u"The launcher cannot be read, or its program is not installed."_s};
+    if (isLauncher(path)) {
+        if (const auto reason = reasonAgainstLauncher(path))
+            return *reason;
+    }
     return path;
 }
 
@@ -178,7 +198,8 @@ bool LinuxShortcutLibrary::canBeName(const QString &text)
     const auto isControl = [](QChar character) {
         return character.category() == QChar::Other_Control;
     };
-    return !text.contains(u'/') && !text.contains(u".."_s) && std::ranges::none_of(text, isControl);
+    return !text.contains(u'/') && !text.contains(u".."_s) && std::ranges::none_of(text, isControl)
+        && withoutDirections(text) == text;
 }
 
 Result<QString> LinuxShortcutLibrary::find(const QString &name)

@@ -11,8 +11,8 @@ class LinuxShortcutLibrary : public ShortcutLibrary
 public:
     QStringList names() override;
 
-    /// Not with a slash, two full stops in a row or a control character, so that a name never leads
-    /// out of the folders.
+    /// Not with a slash or two full stops in a row, so that a name never leads out of the folders,
+    /// nor with control characters or what turns the direction of a text.
     static bool canBeName(const QString &text);
 
     /// The file that runs under that name: its whole name, or that without its extension. The

@@ -1,18 +1,11 @@
 // How windows of started programs are known on X11 to be what the user asked for.
 #pragma once
 
+#include "platform/linux/launch/StartingApp.h"
+
 #include <QByteArray>
-#include <QString>
 #include <QtGlobal>
 #include <optional>
-
-struct StartingApp {
-    QString name;
-    QString icon;
-    QString program;
-    /// The class of the window to come, as far as it is known.
-    QString windowClass;
-};
 
 namespace StartupNotification
 {
