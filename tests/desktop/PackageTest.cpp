@@ -293,6 +293,9 @@ private Q_SLOTS:
             return isThere ? line : u"nothing"_s;
         };
         makeKnown(data, programs);
+        for (const QString &name : {u"Corvane"_s, u"Corvane.Shortcuts"_s})
+            run({u"desktop-file-validate"_s,
+                 data + u"/applications/org.corvane.%1.desktop"_s.arg(name)});
         const QStringList inHome{u"env"_s, u"XDG_DATA_HOME="_s + data};
 
         run({u"gio"_s, u"launch"_s, data + u"/applications/org.corvane.Corvane.desktop"_s});
