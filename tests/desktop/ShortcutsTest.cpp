@@ -370,15 +370,24 @@ private Q_SLOTS:
         QCOMPARE(desk.program.stop(), 0);
     }
 
+    void makesANewNote_data()
+    {
+        QTest::addColumn<QByteArray>("userFolders");
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("in the folder that the user has for documents")
+            << QByteArray("XDG_DOCUMENTS_DIR=\"$HOME/My Papers\"\n") << u"My Papers"_s;
+        QTest::newRow("in Documents") << QByteArray() << u"Documents"_s;
+    }
     void makesANewNote()
     {
+        QFETCH(const QByteArray, userFolders);
+        QFETCH(const QString, folder);
         Desk desk;
         desk.addSample(u"New Note"_s);
         const RecordedApp editor("%f");
         editor.openByDefault({"text/plain"}, desk.program.dataHome(), desk.program.configHome());
-        desk.write(desk.program.configHome() + u"/user-dirs.dirs"_s,
-                   "XDG_DOCUMENTS_DIR=\"$HOME/My Papers\"\n");
-        const QString note = desk.program.home.filePath(u"My Papers/Note "_s)
+        desk.write(desk.program.configHome() + u"/user-dirs.dirs"_s, userFolders);
+        const QString note = desk.program.home.filePath(folder + u"/Note "_s)
             + QDate::currentDate().toString(Qt::ISODate);
         const QStringList files{note + u".txt"_s, note + u" 2.txt"_s};
         for (qsizetype i = 0; i < files.size(); ++i) {
