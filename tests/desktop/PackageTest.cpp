@@ -7,6 +7,7 @@
 #include "support/PrivateBus.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
+#include "support/SettingsDesk.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -25,7 +26,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 constexpr int controlOption = 0x1800;
 
 void run(const QStringList &command)
@@ -43,14 +43,6 @@ QByteArray read(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void write(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(text);
-}
-
 /// Puts what desktops have to know into the data folder, as script/run does.
 void makeKnown(const QString &data, const QString &programs)
 {
@@ -62,7 +54,7 @@ void makeKnown(const QString &data, const QString &programs)
 
 void writeScript(const QString &path, const QByteArray &line)
 {
-    write(path, "#!/bin/sh\n" + line + '\n');
+    SettingsDesk::write(path, "#!/bin/sh\n" + line + '\n');
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -102,7 +94,7 @@ public:
             return;
         for (const QString &name : {u"info"_s, u"updates"_s})
             QDir().mkpath(m_folder.filePath(u"var/lib/dpkg/"_s + name));
-        write(m_folder.filePath(u"var/lib/dpkg/status"_s), "");
+        SettingsDesk::write(m_folder.filePath(u"var/lib/dpkg/status"_s), "");
     }
     ~System()
     {
@@ -210,12 +202,12 @@ struct User {
         const QString application = program.dataHome() + u"/applications/recorder.desktop"_s;
         writeScript(program.home.filePath(u"record"_s),
                     "echo \"$*\" >> '" + program.home.filePath(u"opened"_s).toUtf8() + '\'');
-        write(application,
-              "[Desktop Entry]\nType=Application\nName=Recorder\nExec=\""
-                  + program.home.filePath(u"record"_s).toUtf8() + "\" app %u\n");
-        write(program.configHome() + u"/mimeapps.list"_s,
-              "[Default Applications]\ninode/directory=recorder.desktop\n"
-              "x-scheme-handler/https=recorder.desktop\n");
+        SettingsDesk::write(application,
+                            "[Desktop Entry]\nType=Application\nName=Recorder\nExec=\""
+                                + program.home.filePath(u"record"_s).toUtf8() + "\" app %u\n");
+        SettingsDesk::write(program.configHome() + u"/mimeapps.list"_s,
+                            "[Default Applications]\ninode/directory=recorder.desktop\n"
+                            "x-scheme-handler/https=recorder.desktop\n");
         writeScript(program.dataHome() + u"/shortcuts/Tidy Up"_s,
                     "exec '" + program.home.filePath(u"record"_s).toUtf8() + "' shortcut");
         idOnK = program.addEntry("app", application, {40, controlOption});

@@ -3,11 +3,10 @@
 #include "support/Keyboard.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
+#include "support/SettingsDesk.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 
@@ -15,26 +14,17 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
-
-void write(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(text);
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-/// One that does so, and the companion that runs it.
+/// A script that runs the command, and the companion to run it with.
 void addShortcut(const ProgramUnderTest &program, const QByteArray &command)
 {
-    write(program.dataHome() + u"/shortcuts/Tidy Up"_s, "#!/bin/sh\n" + command + '\n');
+    const QString script = program.dataHome() + u"/shortcuts/Tidy Up"_s;
+    SettingsDesk::write(script, "#!/bin/sh\n" + command + '\n');
+    QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner));
     const QString companion = QCoreApplication::applicationDirPath() + u"/corvane-shortcuts"_s;
     const QString applications = program.dataHome() + u"/applications"_s;
-    write(applications + u"/companion.desktop"_s,
-          "[Desktop Entry]\nType=Application\nName=Shortcuts\nExec=" + companion.toUtf8()
-              + " %u\nMimeType=x-scheme-handler/shortcuts;\n");
+    SettingsDesk::write(applications + u"/companion.desktop"_s,
+                        "[Desktop Entry]\nType=Application\nName=Shortcuts\nExec="
+                            + companion.toUtf8() + " %u\nMimeType=x-scheme-handler/shortcuts;\n");
     QCOMPARE(QProcess::execute(u"update-desktop-database"_s, {applications}), 0);
 }
 } // namespace

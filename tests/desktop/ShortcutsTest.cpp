@@ -6,6 +6,7 @@
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
+#include "support/SettingsDesk.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -60,11 +61,7 @@ struct Desk {
 
     void write(const QString &path, const QByteArray &text, mode_t mode = 0644) const
     {
-        QFile file(path);
-        if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
-            qFatal("cannot write %s", qPrintable(path));
-        file.write(text);
-        file.close();
+        SettingsDesk::write(path, text);
         chmod(QFile::encodeName(path).constData(), mode);
     }
     void addShortcut(const QString &name, const QByteArray &text, mode_t mode = 0755) const
