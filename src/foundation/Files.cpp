@@ -2,9 +2,13 @@
 
 #include "foundation/Text.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QSaveFile>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -50,4 +54,25 @@ std::optional<Error> replaceContent(const QString &path, const QByteArray &conte
     const bool isWritten = file.open(QIODevice::WriteOnly) && writeAll(file, content)
         && (file.flush() || file.flush()) && file.commit();
     return isWritten ? std::nullopt : std::optional(Error{file.errorString()});
+}
+
+std::optional<Error> makePrivateFolder(const QString &path)
+{
+    const QString folder = QDir::cleanPath(path);
+    if (QFileInfo(folder).isDir())
+        return std::nullopt;
+    if (const QString parent = QFileInfo(folder).path(); parent != folder) {
+        if (auto error = makePrivateFolder(parent))
+            return error;
+    }
+    const QByteArray name = QFile::encodeName(folder);
+    // The umask may take some of the user's own permissions away.
+    if (mkdir(name.constData(), S_IRWXU) == 0 && chmod(name.constData(), S_IRWXU) == 0)
+        return std::nullopt;
+    const int error = errno;
+    // Another program may have made it meanwhile.
+    if (QFileInfo(folder).isDir())
+        return std::nullopt;
+    return Error{u"The folder %1 could not be made: %2"_s.arg(
+        quoted(path), QString::fromLocal8Bit(std::strerror(error)))};
 }

@@ -12,3 +12,7 @@ Result<QByteArray> readWhole(const QString &path, qint64 mostBytes);
 
 /// Replaces the file's content, whole or not at all; makes the file if it is not there.
 std::optional<Error> replaceContent(const QString &path, const QByteArray &content);
+
+/// Makes the folder and those above it, as far as they are not there, for nobody but the user
+/// (mode 0700), whatever the umask is. Folders that are there stay as they are.
+std::optional<Error> makePrivateFolder(const QString &path);

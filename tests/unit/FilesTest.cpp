@@ -119,6 +119,39 @@ private Q_SLOTS:
         QCOMPARE(content.error().description, u"“%1” is not a file."_s.arg(path));
     }
 
+    void makesFoldersForTheUserAlone()
+    {
+        const Folder folder;
+        const QString upper = folder.folder.filePath(u"upper"_s);
+        const mode_t before = umask(0);
+        const auto error = makePrivateFolder(upper + u"/lower/"_s);
+        umask(before);
+        QVERIFY(!error);
+        const auto onlyTheUser = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
+            | QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
+        QCOMPARE(QFile::permissions(upper), onlyTheUser);
+        QCOMPARE(QFile::permissions(upper + u"/lower"_s), onlyTheUser);
+    }
+
+    void leavesFoldersThatAreThereAsTheyAre()
+    {
+        const Folder folder;
+        const auto open = QFile::permissions(folder.folder.path()) | QFile::ReadOther;
+        QVERIFY(QFile::setPermissions(folder.folder.path(), open));
+        QVERIFY(!makePrivateFolder(folder.folder.path()));
+        QCOMPARE(QFile::permissions(folder.folder.path()), open);
+    }
+
+    void saysWhyAFolderCannotBeMade()
+    {
+        const Folder folder;
+        folder.write({});
+        const auto error = makePrivateFolder(folder.path + u"/lower"_s);
+        QVERIFY(error);
+        QCOMPARE(error->description,
+                 u"The folder “%1” could not be made: File exists"_s.arg(folder.path));
+    }
+
     void saysWhyAFileCannotBeRead_data()
     {
         QTest::addColumn<QString>("path");
