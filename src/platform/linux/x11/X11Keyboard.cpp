@@ -120,9 +120,9 @@ void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequen
     for (int i = 0; i < reply->nKeys; ++i)
         m_keysByName.insert(keyName(lists.keyNames[i].name), xcb_keycode_t(reply->firstKey + i));
     for (int i = 0; i < reply->nKeyAliases; ++i) {
-        const auto real = m_keysByName.constFind(keyName(lists.keyAliases[i].real));
-        if (real != m_keysByName.cend())
-            m_keysByName.insert(keyName(lists.keyAliases[i].alias), *real);
+        // A copy: inserting may move what the hash holds. No key has the code 0.
+        if (const xcb_keycode_t real = m_keysByName.value(keyName(lists.keyAliases[i].real)))
+            m_keysByName.insert(keyName(lists.keyAliases[i].alias), real);
     }
 }
 
