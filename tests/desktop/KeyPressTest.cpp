@@ -132,6 +132,13 @@ struct Typing {
         }
     }
 
+    /// Has J run once. A key that is down before the program has taken its keys does not count.
+    void awaitStart()
+    {
+        keyboard.type(controlAltJ);
+        QTRY_COMPARE(onJ.starts().size(), 1);
+    }
+
     /// What K's application keeps the keyboard for, if it was told to.
     QFile reasonToGrab{program.home.filePath(u"reason"_s)};
 
@@ -179,6 +186,22 @@ void giveReasonToGrab(Typing &typing)
 }
 
 using AddRow = std::function<void(const QByteArray &, const Rhythm &)>;
+
+/// The delay before the first repeat, in ms, and the repeats in a second.
+struct RepeatRate {
+    int delay;
+    int repeats;
+
+    void set() const { changeKeyboard(u"xset r rate %1 %2"_s.arg(delay).arg(repeats)); }
+    QByteArray inWords() const
+    {
+        return " with " + QByteArray::number(repeats) + " repeats a second after "
+            + QByteArray::number(delay) + " ms";
+    }
+    /// Long enough for several repeats.
+    int longHold() const { return delay + 300; }
+};
+constexpr RepeatRate repeatRates[] = {{660, 25}, {250, 33}, {200, 100}};
 
 void addPressesAndHolds(const AddRow &add)
 {
@@ -301,6 +324,93 @@ void addEarlierPresses(const AddRow &add)
                      }
                  }
              }});
+}
+
+void addHoldsThatBeganUnseen(const AddRow &add)
+{
+    const auto holdModifiers = [](Typing &typing, int duration) {
+        typing.keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT});
+        typing.wait(duration);
+        typing.keyboard.release(controlAltK);
+    };
+    for (const RepeatRate rate : repeatRates) {
+        for (const int lead : {30, rate.longHold()}) {
+            add("the key goes down " + QByteArray::number(lead) + " ms before the modifiers"
+                    + rate.inWords(),
+                {.keys =
+                     [=](Typing &typing) {
+                         typing.awaitStart();
+                         typing.keyboard.press({KEY_K});
+                         typing.wait(lead);
+                         holdModifiers(typing, rate.longHold());
+                     },
+                 .runsOfK = 1,
+                 .runsOfJ = 1,
+                 .before = [rate](Typing &) { rate.set(); },
+                 .reachesTheWindow = true});
+        }
+        add("the second modifier goes down after the key" + rate.inWords(),
+            {.keys =
+                 [rate](Typing &typing) {
+                     typing.awaitStart();
+                     typing.keyboard.press({KEY_LEFTCTRL, KEY_K});
+                     typing.wait(rate.longHold());
+                     typing.keyboard.press({KEY_LEFTALT});
+                     typing.wait(rate.longHold());
+                     typing.keyboard.release(controlAltK);
+                 },
+             .runsOfK = 1,
+             .runsOfJ = 1,
+             .before = [rate](Typing &) { rate.set(); },
+             .reachesTheWindow = true});
+        add("held while another program has the keyboard and gives it back" + rate.inWords(),
+            {.keys =
+                 [rate](Typing &typing) {
+                     typing.awaitStart();
+                     Keyboard locker;
+                     QVERIFY(locker.grabAll());
+                     typing.keyboard.press(controlAltK);
+                     typing.wait(rate.longHold());
+                     locker.ungrabAll();
+                     typing.wait(rate.longHold());
+                     typing.keyboard.release(controlAltK);
+                 },
+             .runsOfK = 1,
+             .runsOfJ = 1,
+             .before = [rate](Typing &) { rate.set(); }});
+    }
+    add("held since before the modifiers, and pressed again",
+        {.keys =
+             [=](Typing &typing) {
+                 typing.awaitStart();
+                 typing.keyboard.press({KEY_K});
+                 typing.wait(longHold);
+                 holdModifiers(typing, longHold);
+                 typing.wait(30);
+                 typing.keyboard.type(controlAltK);
+             },
+         .runsOfK = 2,
+         .runsOfJ = 1,
+         .reachesTheWindow = true});
+}
+
+void addQuickPresses(const AddRow &add)
+{
+    constexpr int presses = 20;
+    for (const RepeatRate rate : repeatRates) {
+        for (const int pause : {30, 50, 80}) {
+            add("pressed 20 times, " + QByteArray::number(pause) + " ms apart" + rate.inWords(),
+                {.keys =
+                     [pause](Typing &typing) {
+                         for (int i = 0; i < presses; ++i) {
+                             typing.hold(controlAltK, pause / 2);
+                             typing.wait(pause - pause / 2);
+                         }
+                     },
+                 .runsOfK = presses,
+                 .before = [rate](Typing &) { rate.set(); }});
+        }
+    }
 }
 
 void addGrabsByTheApplication(const AddRow &add)
@@ -487,6 +597,8 @@ private Q_SLOTS:
         addPressesAndHolds(add);
         addOrdersOfRelease(add);
         addEarlierPresses(add);
+        addHoldsThatBeganUnseen(add);
+        addQuickPresses(add);
         addGrabsByTheApplication(add);
         addLocks(add);
         addOtherKeyboards(add);

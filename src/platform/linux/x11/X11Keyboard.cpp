@@ -101,7 +101,7 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
 
     keyboard.readKeyNames(connection, names.sequence);
     keyboard.findVirtualKeyCodes();
-    keyboard.readRepeatDelay(connection, controls.sequence);
+    keyboard.readAutoRepeat(connection, controls.sequence);
     keyboard.readModifiers(connection, modifiers.sequence, symbols.sequence);
     return keyboard;
 }
@@ -134,12 +134,13 @@ void X11Keyboard::findVirtualKeyCodes()
     }
 }
 
-void X11Keyboard::readRepeatDelay(xcb_connection_t *connection, unsigned int sequence)
+void X11Keyboard::readAutoRepeat(xcb_connection_t *connection, unsigned int sequence)
 {
     const XcbPointer<xcb_xkb_get_controls_reply_t> reply(
         xcb_xkb_get_controls_reply(connection, {sequence}, nullptr));
     if (reply)
-        m_repeatDelay = std::chrono::milliseconds(reply->repeatDelay);
+        m_autoRepeat = {std::chrono::milliseconds(reply->repeatDelay),
+                        std::chrono::milliseconds(reply->repeatInterval)};
 }
 
 void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSequence,

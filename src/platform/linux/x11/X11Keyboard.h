@@ -1,13 +1,14 @@
 // What the X server says of its keyboard: where the physical keys are, which bit each modifier
-// has, and when a held key begins to repeat.
+// has, and when a held key repeats.
 #pragma once
+
+#include "platform/linux/x11/AutoRepeat.h"
 
 #include <QByteArray>
 #include <QHash>
 #include <QList>
 #include <QtGlobal>
 #include <array>
-#include <chrono>
 #include <optional>
 #include <xcb/xcb.h>
 
@@ -49,12 +50,12 @@ public:
     /// The same as EventFlag bits.
     quint32 eventFlags(quint16 state) const;
 
-    std::chrono::milliseconds repeatDelay() const { return m_repeatDelay; }
+    AutoRepeat autoRepeat() const { return m_autoRepeat; }
 
 private:
     void readKeyNames(xcb_connection_t *connection, unsigned int sequence);
     void findVirtualKeyCodes();
-    void readRepeatDelay(xcb_connection_t *connection, unsigned int sequence);
+    void readAutoRepeat(xcb_connection_t *connection, unsigned int sequence);
     void readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
                        unsigned int keysSequence);
 
@@ -67,5 +68,5 @@ private:
     quint16 m_command = 0;
     quint16 m_option = 0;
     quint16 m_locks = 0;
-    std::chrono::milliseconds m_repeatDelay{660};
+    AutoRepeat m_autoRepeat;
 };
