@@ -24,11 +24,12 @@ public:
     /// however long the keys are held.
     virtual void installHandler(std::function<void(HotkeyId)> handler) = 0;
 
-    /// Registers a virtual key code with a mask of modifiers (KeyModifier bits), until
-    /// the registration is destroyed. Nothing when it is refused at once: keys that we have
-    /// registered already, a key that does not exist. A service that learns of a refusal only
-    /// later does so in silence, and may try again by itself. Ending a registration and making
-    /// it again in one turn of the event loop costs nothing and loses no press.
+    /// Registers a virtual key code with a mask of modifiers (KeyModifier bits), until the
+    /// registration is destroyed. Nothing if there is no such key. A service that learns of a
+    /// refusal later drops the keys silently, and may try again by itself. Of several registrations
+    /// of the same keys the earliest is live; the others wait for it to end, in the order in which
+    /// they were made. Ending a registration and making it again for the same id in one turn of the
+    /// event loop costs nothing, loses no press and keeps its place.
     virtual std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
                                                        HotkeyId id) = 0;
 };

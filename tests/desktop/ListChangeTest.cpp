@@ -26,6 +26,7 @@ namespace
 {
 constexpr Shortcut controlOptionK{40, controlKey | optionKey};
 constexpr Shortcut controlOptionJ{38, controlKey | optionKey};
+constexpr Shortcut controlOptionL{37, controlKey | optionKey};
 const QList<int> controlAltK{KEY_LEFTCTRL, KEY_LEFTALT, KEY_K};
 const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
 
@@ -171,6 +172,9 @@ struct Desk {
         QTRY_COMPARE(runsOf(onJ), runs + 1);
     }
 };
+
+/// What a user does to the list.
+using Change = std::function<void(Desk &desk)>;
 
 /// Somebody who presses Control+Option+K again and again.
 class Typist
@@ -418,31 +422,53 @@ private Q_SLOTS:
         QCOMPARE(cost(entry), none);
     }
 
-    void leavesTheKeysOfTwoEntriesToTheFirst()
+    void leavesTheKeysOfTwoEntriesToTheFirstUntilItGivesThemUp_data()
     {
-        Desk desk(1);
-        desk.start();
-        const LaunchEntry second = desk.store->entries().constLast();
-        desk.setKeys(second, controlOptionK);
-        desk.rename(second);
-        desk.keyboard.type(controlAltK);
-        desk.awaitAllPresses();
-        QCOMPARE(desk.runsOf(desk.onK), 1);
-        QCOMPARE(desk.runsOf(second), 0);
+        QTest::addColumn<QList<Change>>("changes");
+        QTest::addColumn<bool>("secondRuns");
+        const auto add = [](const char *row, const QList<Change> &changes, bool secondRuns) {
+            QTest::newRow(row) << changes << secondRuns;
+        };
+        const Change switchOff = [](Desk &desk) { desk.store->setEnabled(false, desk.onK.id); };
+        const Change switchOn = [](Desk &desk) { desk.store->setEnabled(true, desk.onK.id); };
+        const Change pauseAndResume = [](Desk &desk) {
+            desk.store->setPaused(true);
+            QCoreApplication::processEvents();
+            desk.store->setPaused(false);
+        };
+        const auto record = [](const Shortcut &keys) {
+            return [keys](Desk &desk) { desk.setKeys(desk.onK, keys); };
+        };
+        add("the first stays as it is", {}, false);
+        add("the first is renamed", {[](Desk &desk) { desk.rename(desk.onK); }}, false);
+        add("the second is renamed",
+            {[](Desk &desk) { desk.rename(desk.store->entries().constLast()); }}, false);
+        add("the same keys are recorded for the first", {record(controlOptionK)}, false);
+        add("other keys are recorded for the first", {record(controlOptionL)}, true);
+        add("other keys are recorded for the first, then the same ones again",
+            {record(controlOptionL), record(controlOptionK)}, true);
+        add("the first is deleted", {[](Desk &desk) { desk.store->deleteEntry(desk.onK); }}, true);
+        add("the first is switched off", {switchOff}, true);
+        add("the first is switched off and on", {switchOff, switchOn}, true);
+        add("all are paused and resumed", {pauseAndResume}, false);
     }
-
-    void givesTheKeysOfTwoEntriesToTheSecondWhenTheFirstIsDeleted()
+    void leavesTheKeysOfTwoEntriesToTheFirstUntilItGivesThemUp()
     {
+        QFETCH(const QList<Change>, changes);
+        QFETCH(const bool, secondRuns);
         Desk desk(1);
         desk.start();
         const LaunchEntry second = desk.store->entries().constLast();
         desk.setKeys(second, controlOptionK);
-        desk.store->deleteEntry(desk.onK);
-        desk.rename(second);
+        desk.awaitAllPresses();
+        for (const Change &change : changes) {
+            change(desk);
+            desk.awaitAllPresses();
+        }
         desk.keyboard.type(controlAltK);
         desk.awaitAllPresses();
-        QCOMPARE(desk.runsOf(desk.onK), 0);
-        QCOMPARE(desk.runsOf(second), 1);
+        QCOMPARE(desk.runsOf(desk.onK), secondRuns ? 0 : 1);
+        QCOMPARE(desk.runsOf(second), secondRuns ? 1 : 0);
     }
 };
 

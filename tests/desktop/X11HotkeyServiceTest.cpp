@@ -80,13 +80,62 @@ private Q_SLOTS:
         QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
     }
 
-    void refusesTheSameKeysTwice()
+    void keepsASecondRegistrationOfTheSameKeysWaiting()
     {
         Desk desk;
-        const auto first = desk.registerKey(keyK);
-        QVERIFY(!desk.registerKey(keyK, {0, 2}));
+        QList<HotkeyId> presses;
+        desk.service.installHandler([&presses](HotkeyId id) { presses << id; });
+        auto first = desk.registerKey(keyK, {0, 1});
+        auto second = desk.registerKey(keyK, {0, 2});
+        const auto third = desk.registerKey(keyK, {0, 3});
         desk.service.flush();
-        QVERIFY(desk.keyboard.isGrabbed(KEY_K, xControl));
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
+        QTRY_COMPARE(presses, QList<HotkeyId>({{0, 1}}));
+
+        second.reset();
+        desk.service.flush();
+        first.reset();
+        desk.service.flush();
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
+        QTRY_COMPARE(presses, QList<HotkeyId>({{0, 1}, {0, 3}}));
+    }
+
+    void keepsThePlaceOfARegistrationThatIsMadeAnewInOneTurn()
+    {
+        Desk desk;
+        QList<HotkeyId> presses;
+        desk.service.installHandler([&presses](HotkeyId id) { presses << id; });
+        auto first = desk.registerKey(keyK, {0, 1});
+        const auto second = desk.registerKey(keyK, {0, 2});
+        desk.service.flush();
+        first.reset();
+        first = desk.registerKey(keyK, {0, 1});
+        desk.service.flush();
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
+        QTRY_COMPARE(presses, QList<HotkeyId>({{0, 1}}));
+    }
+
+    void refusesNothingThatWaits()
+    {
+        Desk desk;
+        const auto first = desk.registerKey(keyK, {0, 1});
+        const auto second = desk.registerKey(keyK, {0, 2});
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), false);
+    }
+
+    void refusesAllThatWaitForKeysOfARival()
+    {
+        Desk desk;
+        Keyboard rival;
+        rival.grab(KEY_K, xControl);
+        auto first = desk.registerKey(keyK, {0, 1});
+        const auto second = desk.registerKey(keyK, {0, 2});
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
+        first.reset();
+        desk.service.flush();
+        QCOMPARE(desk.service.isRefused(keyK, control), true);
     }
 
     void refusesKeysThatNoKeyboardHas()

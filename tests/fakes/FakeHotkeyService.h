@@ -1,4 +1,4 @@
-// A hot key service that records what it is asked for, and refuses what it is told to refuse.
+// A hot key service that records what is registered, and refuses what it is told to refuse.
 #pragma once
 
 #include "fakes/CallLog.h"
@@ -33,14 +33,12 @@ public:
                                                HotkeyId id) override
     {
         ++attempts;
-        if (refusedKeyCodes.contains(keyCode) || m_taken.contains({keyCode, modifiers}))
+        if (refusedKeyCodes.contains(keyCode))
             return std::nullopt;
         const Live registered{keyCode, modifiers, id};
-        m_taken.insert({keyCode, modifiers});
         live.append(registered);
         m_log.note(QStringLiteral("register %1").arg(keyCode));
         return Registration([this, registered] {
-            m_taken.remove({registered.keyCode, registered.modifiers});
             live.removeOne(registered);
             m_log.note(QStringLiteral("unregister %1").arg(registered.keyCode));
         });
@@ -48,6 +46,7 @@ public:
 
     void press(HotkeyId id) { m_handler(id); }
 
+    /// What is registered, in the order of registration; the later ones of the same keys wait.
     QList<Live> live;
     QSet<quint32> refusedKeyCodes;
     int attempts = 0;
@@ -55,7 +54,5 @@ public:
 
 private:
     CallLog m_log;
-    /// The keys of those that are live, which may be thousands.
-    QSet<std::pair<quint32, quint32>> m_taken;
     std::function<void(HotkeyId)> m_handler;
 };

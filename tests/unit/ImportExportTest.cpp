@@ -307,12 +307,13 @@ private Q_SLOTS:
         QCOMPARE(home.store->error(), std::nullopt);
     }
 
-    void leavesKeysThatAreUsedTwiceToWhoHadThem()
+    void registersKeysThatAreUsedTwiceBehindThoseOfWhoHadThem()
     {
         Home home;
-        const auto live = home.platform.hotkeys.live;
+        const auto before = home.platform.hotkeys.live;
         QVERIFY(home.store->importData(fileOf({item(u"Maps"_s, 45, 256)})));
-        QCOMPARE(home.platform.hotkeys.live, live);
+        QCOMPARE(home.platform.hotkeys.live.size(), before.size() + 1);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({45, 45}));
     }
 
     // How it does so

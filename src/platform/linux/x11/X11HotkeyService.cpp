@@ -77,25 +77,39 @@ void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
 std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
                                                              HotkeyId id)
 {
-    const KeyCombination combination{keyCode, modifiers & allModifiers};
-    const auto former = m_registered.find(combination);
-    const bool isOurs = former != m_registered.end() && !former->second.isRefused;
-    if (KeyCodes::physicalKeys(keyCode).isEmpty() || isOurs)
+    if (KeyCodes::physicalKeys(keyCode).isEmpty())
         return std::nullopt;
+    const KeyCombination combination{keyCode, modifiers & allModifiers};
+    Registered &registered = m_registered[combination];
+    // All of them, so that the next flush asks for those that were refused too.
+    registered.keys = m_keyboard.keys(keyCode);
+    registered.isRefused = false;
+
     const quint64 token = ++m_lastToken;
-    m_registered.insert_or_assign(combination, Registered{token, id, m_keyboard.keys(keyCode)});
+    const auto isEndedOfSameId = [id](const Claim &claim) {
+        return claim.id == id && !claim.token;
+    };
+    const auto former = std::ranges::find_if(registered.claims, isEndedOfSameId);
+    if (former != registered.claims.end())
+        former->token = token;
+    else
+        registered.claims.append({id, token});
     scheduleFlush();
     return Registration([this, combination, token] { unregister(combination, token); });
 }
 
 void X11HotkeyService::unregister(const KeyCombination &combination, quint64 token)
 {
-    // What was refused may have been registered anew since.
-    const auto found = m_registered.find(combination);
-    if (found == m_registered.end() || found->second.token != token)
-        return;
-    m_registered.erase(found);
+    QList<Claim> &claims = m_registered.at(combination).claims;
+    std::ranges::find(claims, token, &Claim::token)->token.reset();
     scheduleFlush();
+}
+
+void X11HotkeyService::dropEndedClaims()
+{
+    for (auto &[combination, registered] : m_registered)
+        registered.claims.removeIf([](const Claim &claim) { return !claim.token; });
+    std::erase_if(m_registered, [](const auto &item) { return item.second.claims.isEmpty(); });
 }
 
 void X11HotkeyService::scheduleFlush()
@@ -112,6 +126,7 @@ void X11HotkeyService::scheduleFlush()
 void X11HotkeyService::flush()
 {
     m_flushIsDue = false;
+    dropEndedClaims();
     const auto difference = m_grabs.differenceTo(wantedGrabs());
     if (!difference.lacking.empty()) {
         // The keys are looked at before and after: what was down before is no press of ours, and
@@ -136,7 +151,10 @@ void X11HotkeyService::flush()
 std::optional<bool> X11HotkeyService::isRefused(quint32 keyCode, quint32 modifiers) const
 {
     const KeyCombination combination{keyCode, modifiers & allModifiers};
-    if (!m_registered.contains(combination))
+    const auto found = m_registered.find(combination);
+    if (found == m_registered.cend()
+        || std::ranges::none_of(found->second.claims,
+                                [](const Claim &claim) { return claim.token.has_value(); }))
         return std::nullopt;
     // What is given up and taken again in one turn was never asked for in between.
     return m_refused.contains(combination);
@@ -230,7 +248,7 @@ void X11HotkeyService::updateTargets()
     for (const auto &[combination, registered] : m_registered) {
         if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
             for (const xcb_keycode_t key : registered.keys)
-                m_targets.insert({{key, *modifiers}, registered.id});
+                m_targets.insert({{key, *modifiers}, registered.claims.constFirst().id});
         }
     }
 }

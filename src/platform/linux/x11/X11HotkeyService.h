@@ -26,7 +26,9 @@ struct KeyCombination {
 };
 
 /// Registrations are only noted; the grabs follow at the end of the event loop's turn, all in one
-/// batch, so that a combination that is given up and taken again was held all the time.
+/// batch, so that a combination that is given up and taken again was held all the time. Of several
+/// registrations of the same combination the earliest is live and the others wait; one that is made
+/// again for the same id in the same turn keeps its place.
 class X11HotkeyService : public QObject, public HotkeyService
 {
     Q_OBJECT
@@ -71,9 +73,14 @@ Q_SIGNALS:
     void refusalsChanged();
 
 private:
-    struct Registered {
-        quint64 token;
+    struct Claim {
         HotkeyId id;
+        /// Of its Registration; nothing once that has ended, until the next flush.
+        std::optional<quint64> token;
+    };
+    struct Registered {
+        /// Never empty. The first is live.
+        QList<Claim> claims;
         /// Where the key is on the present keyboard, less what another program holds.
         QList<xcb_keycode_t> keys;
         /// Another program holds them all.
@@ -90,6 +97,7 @@ private:
     void selectKeyboardEvents();
     void unregister(const KeyCombination &combination, quint64 token);
     void scheduleFlush();
+    void dropEndedClaims();
     /// One for each mix of the lock modifiers; none while the keyboard lacks a modifier.
     QList<KeyGrab> grabsOf(const KeyCombination &combination, xcb_keycode_t key) const;
     std::set<KeyGrab> wantedGrabs() const;
