@@ -344,8 +344,8 @@ private Q_SLOTS:
         desk.toggle(launchAtLogin);
         QTRY_VERIFY(desk.checkBox(launchAtLogin).is(State::checked));
         const QByteArray file = SettingsDesk::content(desk.autostartFile());
-        const QString path = QCoreApplication::applicationDirPath() + u"/corvane"_s;
-        QVERIFY2(file.contains("\nExec=\"" + QFile::encodeName(path) + "\"\n"), file);
+        const QByteArray program = QFile::encodeName(desk.program.program);
+        QVERIFY2(file.contains("\nExec=\"" + program + "\"\n"), file);
     }
 
     void isNoLongerStartedAtLoginOnceTheUserWantsThat()

@@ -54,7 +54,8 @@ void awaitOrphans()
 
 ProgramUnderTest::ProgramUnderTest()
     : environment(QProcessEnvironment::systemEnvironment())
-    , program(QCoreApplication::applicationDirPath() + u"/corvane"_s)
+    , program(qEnvironmentVariable("CORVANE_PROGRAM",
+                                   QCoreApplication::applicationDirPath() + u"/corvane"_s))
 {
     // What the program started becomes ours when it ends, so that its end can be awaited.
     prctl(PR_SET_CHILD_SUBREAPER, 1);

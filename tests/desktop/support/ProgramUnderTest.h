@@ -50,7 +50,8 @@ public:
     QString dataHome() const { return home.filePath(QStringLiteral("data")); }
     QString configHome() const { return home.filePath(QStringLiteral("config")); }
 
-    /// The program's file, the built one by default; to be set before the start.
+    /// The program's file, to be set before the start. By default that which the variable
+    /// CORVANE_PROGRAM names, or else the one that is built beside the tests.
     QString program;
 
     /// A program, and its arguments, that starts the program; to be set before the start.
