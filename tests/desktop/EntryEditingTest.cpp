@@ -283,6 +283,26 @@ private Q_SLOTS:
         QCOMPARE(sheet.find(field, u"Name"_s).text(), QString());
     }
 
+    void runsOnceForAKeyThatWasTypedHereBeforeItsModifiers()
+    {
+        Desk desk;
+        desk.addApp(storedControlAltK);
+        desk.addApp(storedControlAltJ);
+        desk.open();
+        const Accessible name = desk.addEntry().find(field, u"Name"_s);
+        QVERIFY(name.focus());
+        desk.keyboard.press({KEY_K});
+        QTRY_VERIFY(name.text().startsWith(u"kkk"_s));
+        desk.keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT});
+        // Long enough for many repeats.
+        QTest::qWait(500);
+        desk.keyboard.release({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        desk.keyboard.type(controlAltJ);
+        QTRY_COMPARE(desk.app.starts().size(), 2);
+        QCOMPARE(desk.program.stop(), 0);
+        QCOMPARE(desk.app.starts().size(), 2);
+    }
+
     void swallowsNothingOnceARecordingHasEnded_data()
     {
         QTest::addColumn<Use>("end");
