@@ -5,28 +5,74 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Goes on after what just fits on the disk, because only the rest makes the error.
-bool writeAll(QSaveFile &file, const QByteArray &content)
+/// The path of the file without links, so that a link stays when the file is replaced.
+Result<QByteArray> pathOfFile(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return Error{u"%1 is not a file."_s.arg(quoted(path))};
+    if (!info.exists() && info.isSymLink())
+        return Error{u"%1 is a link to nothing."_s.arg(quoted(path))};
+    return QFile::encodeName(info.exists() ? info.canonicalFilePath() : path);
+}
+
+/// The mode that the new file gets.
+mode_t modeFor(const QByteArray &path, FileAccess access)
+{
+    if (access == FileAccess::userOnly)
+        return S_IRUSR | S_IWUSR;
+    struct stat status = {};
+    if (stat(path.constData(), &status) == 0)
+        return status.st_mode & ACCESSPERMS;
+    // The umask can only be read by setting it; a strict one is safe for files that other threads
+    // create at the same time.
+    const mode_t usual = umask(S_IRWXG | S_IRWXO);
+    umask(usual);
+    return DEFFILEMODE & ~usual;
+}
+
+bool writeAll(int file, const QByteArray &content)
 {
     qsizetype written = 0;
     while (written < content.size()) {
-        const qint64 more = file.write(content.constData() + written, content.size() - written);
+        const ssize_t more =
+            write(file, content.constData() + written, size_t(content.size() - written));
         if (more <= 0)
             return false;
         written += more;
     }
     return true;
 }
+
+/// Makes a rename durable: without this, a loss of power could bring the old file back. Errors are
+/// ignored, because some file systems do not support it.
+void flushFolderOf(const QByteArray &path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(QFile::decodeName(path)).path());
+    const int descriptor = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    fsync(descriptor);
+    close(descriptor);
+}
 } // namespace
+
+Error systemError()
+{
+    return {QString::fromLocal8Bit(std::strerror(errno))};
+}
 
 Result<QByteArray> readWhole(const QString &path, qint64 mostBytes)
 {
@@ -46,14 +92,27 @@ Result<QByteArray> readWhole(const QString &path, qint64 mostBytes)
     return content;
 }
 
-std::optional<Error> replaceContent(const QString &path, const QByteArray &content)
+std::optional<Error> replaceContent(const QString &path, const QByteArray &content,
+                                    FileAccess access)
 {
-    QSaveFile file(path);
-    // Flushed first, because commit() takes no notice of a disk that is too full for the rest; and
-    // twice, because what fits of it is no error yet.
-    const bool isWritten = file.open(QIODevice::WriteOnly) && writeAll(file, content)
-        && (file.flush() || file.flush()) && file.commit();
-    return isWritten ? std::nullopt : std::optional(Error{file.errorString()});
+    const auto place = pathOfFile(path);
+    if (!place)
+        return place.error();
+    QByteArray beside = *place + ".XXXXXX";
+    // The file has mode 0600 until it is complete.
+    const int file = mkostemp(beside.data(), O_CLOEXEC);
+    if (file < 0)
+        return systemError();
+    std::optional<Error> error;
+    if (!writeAll(file, content) || fchmod(file, modeFor(*place, access)) != 0 || fsync(file) != 0
+        || rename(beside.constData(), place->constData()) != 0)
+        error = systemError();
+    close(file);
+    if (error)
+        unlink(beside.constData());
+    else
+        flushFolderOf(*place);
+    return error;
 }
 
 std::optional<Error> makePrivateFolder(const QString &path)
@@ -69,10 +128,9 @@ std::optional<Error> makePrivateFolder(const QString &path)
     // The umask may take some of the user's own permissions away.
     if (mkdir(name.constData(), S_IRWXU) == 0 && chmod(name.constData(), S_IRWXU) == 0)
         return std::nullopt;
-    const int error = errno;
+    const Error error = systemError();
     // Another program may have made it meanwhile.
     if (QFileInfo(folder).isDir())
         return std::nullopt;
-    return Error{u"The folder %1 could not be made: %2"_s.arg(
-        quoted(path), QString::fromLocal8Bit(std::strerror(error)))};
+    return Error{u"The folder %1 could not be made: %2"_s.arg(quoted(path), error.description)};
 }

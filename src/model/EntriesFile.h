@@ -1,6 +1,7 @@
 // The file that holds the user's list between two runs of the program.
 #pragma once
 
+#include "foundation/PrivateFile.h"
 #include "model/LaunchEntry.h"
 
 #include <QList>
@@ -11,7 +12,7 @@ class EntriesFile
 {
 public:
     /// Lies in a folder of its own inside that one, which may be empty where there is none.
-    explicit EntriesFile(QString applicationSupport);
+    explicit EntriesFile(const QString &applicationSupport);
 
     /// The list; empty if there is no file yet. The file stays as it is.
     Result<QList<LaunchEntry>> read();
@@ -21,12 +22,8 @@ public:
     std::optional<Error> write(const QList<LaunchEntry> &entries);
 
 private:
-    /// The path of the file; makes its folder if it is not there.
-    Result<QString> storageURL() const;
-    Result<QList<LaunchEntry>> readFrom(const QString &path) const;
-    static bool keepUnreadFile(const QString &path);
+    Result<QList<LaunchEntry>> readList() const;
 
-    QString m_applicationSupport;
-    /// What may be there was never in a list of ours.
-    bool m_isUnread = false;
+    bool m_hasPlace;
+    PrivateFile m_file;
 };

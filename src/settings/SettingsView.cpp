@@ -334,7 +334,7 @@ void SettingsView::exportList()
 
 void SettingsView::exportTo(const QString &path)
 {
-    if (const auto error = replaceContent(path, m_store.exportData()))
+    if (const auto error = replaceContent(path, m_store.exportData(), FileAccess::asUsual))
         m_store.report(u"The list could not be exported."_s, *error);
 }
 

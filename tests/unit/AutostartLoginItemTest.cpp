@@ -6,10 +6,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
 #include <gio/gio.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -305,12 +307,26 @@ private Q_SLOTS:
         QCOMPARE(Session::read(file), QByteArray(isThere ? "not ours" : ""));
     }
 
+    void isForTheUserAlone()
+    {
+        const Session session;
+        const mode_t usual = umask(0);
+        const auto restored = qScopeGuard([usual] { umask(usual); });
+        QCOMPARE(words(session.loginItem().registerItem()), QString());
+        const auto read = QFile::ReadOwner | QFile::ReadUser;
+        const auto readAndWrite = read | QFile::WriteOwner | QFile::WriteUser;
+        QCOMPARE(QFile::permissions(session.file), readAndWrite);
+        QCOMPARE(QFile::permissions(session.folder),
+                 readAndWrite | QFile::ExeOwner | QFile::ExeUser);
+    }
+
     void saysWhyAFolderInItsPlaceCannotBeReplaced()
     {
         const Session session;
         QVERIFY(QDir().mkpath(session.file));
         QCOMPARE(session.loginItem().status(), LoginItemStatus::notFound);
-        QCOMPARE(words(session.loginItem().registerItem()), u"Filename refers to a directory"_s);
+        QCOMPARE(words(session.loginItem().registerItem()),
+                 u"“%1” is not a file."_s.arg(session.file));
         QCOMPARE(words(session.loginItem().unregisterItem()), u"Is a directory"_s);
     }
 
@@ -320,7 +336,8 @@ private Q_SLOTS:
         QDir().mkpath(session.home.filePath(u"config"_s));
         Session::write(session.folder, "not ours");
         QCOMPARE(session.loginItem().status(), LoginItemStatus::notRegistered);
-        QCOMPARE(words(session.loginItem().registerItem()), u"Not a directory"_s);
+        QCOMPARE(words(session.loginItem().registerItem()),
+                 u"The folder “%1” could not be made: File exists"_s.arg(session.folder));
         QCOMPARE(words(session.loginItem().unregisterItem()), QString());
         QCOMPARE(Session::read(session.folder), QByteArray("not ours"));
     }

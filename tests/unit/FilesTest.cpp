@@ -1,4 +1,5 @@
 #include "foundation/Files.h"
+#include "foundation/PrivateFile.h"
 #include "support/CpuTime.h"
 #include "support/LittleSpace.h"
 
@@ -33,7 +34,7 @@ struct Folder {
     QStringList names() const
     {
         return QDir(folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 };
 } // namespace
@@ -177,7 +178,7 @@ private Q_SLOTS:
     void makesANewFile()
     {
         const Folder folder;
-        QVERIFY(!replaceContent(folder.path, "content"));
+        QVERIFY(!replaceContent(folder.path, "content", FileAccess::asUsual));
         QCOMPARE(folder.read(), QByteArray("content"));
         QCOMPARE(folder.names(), QStringList({u"list.json"_s}));
     }
@@ -186,7 +187,7 @@ private Q_SLOTS:
     {
         const Folder folder;
         folder.write(QByteArray(5000, 'x'));
-        QVERIFY(!replaceContent(folder.path, "content"));
+        QVERIFY(!replaceContent(folder.path, "content", FileAccess::asUsual));
         QCOMPARE(folder.read(), QByteArray("content"));
         QCOMPARE(folder.names(), QStringList({u"list.json"_s}));
     }
@@ -197,37 +198,118 @@ private Q_SLOTS:
         folder.write("older");
         const QString link = folder.folder.filePath(u"link"_s);
         QVERIFY(QFile::link(folder.path, link));
-        QVERIFY(!replaceContent(link, "content"));
+        QVERIFY(!replaceContent(link, "content", FileAccess::userOnly));
         QVERIFY(QFileInfo(link).isSymLink());
         QCOMPARE(folder.read(), QByteArray("content"));
     }
 
-    void keepsWhoMayUseTheFile()
+    void writesWhereALinkToALinkLeads()
     {
         const Folder folder;
         folder.write("older");
-        const auto ownerOnly =
-            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
-        QVERIFY(QFile::setPermissions(folder.path, QFile::ReadOwner | QFile::WriteOwner));
-        QVERIFY(!replaceContent(folder.path, "content"));
-        QCOMPARE(QFile::permissions(folder.path), ownerOnly);
+        const QString link = folder.folder.filePath(u"link"_s);
+        const QString second = folder.folder.filePath(u"second"_s);
+        QVERIFY(QFile::link(folder.path, link) && QFile::link(link, second));
+        QVERIFY(!replaceContent(second, "content", FileAccess::userOnly));
+        QCOMPARE(QFile::symLinkTarget(second), link);
+        QCOMPARE(QFile::symLinkTarget(link), folder.path);
+        QCOMPARE(folder.read(), QByteArray("content"));
     }
 
-    void saysWhyAFileCannotBeWritten_data()
+    void letsThoseUseAFileWhoAreToUseIt_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("its folder is not there")
-            << u"nowhere/list.json"_s << u"No such file or directory"_s;
-        QTest::newRow("a folder is in its place") << u"."_s << u"Filename refers to a directory"_s;
+        QTest::addColumn<FileAccess>("access");
+        QTest::addColumn<mode_t>("mask");
+        QTest::addColumn<std::optional<mode_t>>("before");
+        QTest::addColumn<mode_t>("mode");
+        const auto add = [](const char *row, FileAccess access, mode_t mask,
+                            std::optional<mode_t> before, mode_t mode) {
+            QTest::newRow(row) << access << mask << before << mode;
+        };
+        const std::optional<mode_t> none;
+        add("a new private file", FileAccess::userOnly, 0, none, 0600);
+        add("a new private file, of a user who may write nothing", FileAccess::userOnly, 0277, none,
+            0600);
+        add("a private file that all could use", FileAccess::userOnly, 0, 0666, 0600);
+        add("a new file", FileAccess::asUsual, 0, none, 0666);
+        add("a new file, kept from others", FileAccess::asUsual, 027, none, 0640);
+        add("a file that all could read", FileAccess::asUsual, 077, 0644, 0644);
+        add("a file that only the user could use", FileAccess::asUsual, 0, 0600, 0600);
     }
-    void saysWhyAFileCannotBeWritten()
+    void letsThoseUseAFileWhoAreToUseIt()
     {
-        QFETCH(const QString, name);
+        QFETCH(const FileAccess, access);
+        QFETCH(const mode_t, mask);
+        QFETCH(const std::optional<mode_t>, before);
+        QFETCH(const mode_t, mode);
         const Folder folder;
-        const auto error = replaceContent(folder.folder.filePath(name), "content");
-        QTEST(error.value().description, "reason");
-        QCOMPARE(folder.names(), QStringList());
+        const QByteArray path = QFile::encodeName(folder.path);
+        if (before) {
+            folder.write("older");
+            QCOMPARE(chmod(path.constData(), *before), 0);
+        }
+        const mode_t usual = umask(mask);
+        const auto error = replaceContent(folder.path, "content", access);
+        QCOMPARE(umask(usual), mask);
+        QVERIFY(!error);
+        struct stat status = {};
+        QCOMPARE(stat(path.constData(), &status), 0);
+        QCOMPARE(status.st_mode & ALLPERMS, mode);
+    }
+
+    void leavesWhatIsNoFileInItsPlace_data()
+    {
+        QTest::addColumn<std::function<bool(const Folder &)>>("make");
+        QTest::addColumn<QString>("reason");
+        const auto add = [](const char *row, const QString &reason,
+                            const std::function<bool(const Folder &)> &make) {
+            QTest::newRow(row) << make << reason;
+        };
+        const QString isNoFile = u"“%1” is not a file."_s;
+        const QString leadsNowhere = u"“%1” is a link to nothing."_s;
+        const auto linkTo = [](const QString &target) {
+            return [target](const Folder &it) { return QFile::link(target, it.path); };
+        };
+        add("a folder", isNoFile, [](const Folder &it) { return QDir().mkdir(it.path); });
+        add("a pipe", isNoFile, [](const Folder &it) {
+            return mkfifo(QFile::encodeName(it.path).constData(), 0600) == 0;
+        });
+        add("a link to a folder", isNoFile, linkTo(u"."_s));
+        add("a link to a device", isNoFile, linkTo(u"/dev/null"_s));
+        add("a link to nothing", leadsNowhere, linkTo(u"/nowhere/list.json"_s));
+        add("a link to itself", leadsNowhere, linkTo(u"list.json"_s));
+    }
+    void leavesWhatIsNoFileInItsPlace()
+    {
+        QFETCH(const std::function<bool(const Folder &)>, make);
+        QFETCH(const QString, reason);
+        const Folder folder;
+        QVERIFY(make(folder));
+        struct stat before = {};
+        struct stat after = {};
+        lstat(QFile::encodeName(folder.path).constData(), &before);
+        const auto error = replaceContent(folder.path, "content", FileAccess::userOnly);
+        lstat(QFile::encodeName(folder.path).constData(), &after);
+        QCOMPARE(error.value().description, reason.arg(folder.path));
+        QCOMPARE(after.st_ino, before.st_ino);
+        QCOMPARE(folder.names(), QStringList({u"list.json"_s}));
+    }
+
+    void saysThatTheFolderOfAFileIsNotThere()
+    {
+        const auto error = replaceContent(u"/nowhere/list.json"_s, "content", FileAccess::asUsual);
+        QCOMPARE(error.value().description, u"No such file or directory"_s);
+    }
+
+    void writesNoPrivateFileThatItCouldNotReadAgain()
+    {
+        const Folder folder;
+        PrivateFile file(folder.path, 7);
+        QVERIFY(!file.write("content"));
+        QCOMPARE(file.read().value(), QByteArray("content"));
+        QCOMPARE(file.write("contents").value().description,
+                 u"The file would be larger than 7 bytes."_s);
+        QCOMPARE(folder.read(), QByteArray("content"));
     }
 
     void leavesTheOldContentWhereTheDiskIsFull_data()
@@ -241,7 +323,8 @@ private Q_SLOTS:
         QFETCH(const QByteArray, content);
         const Folder folder;
         folder.write("older");
-        const auto error = withLittleSpace([&] { return replaceContent(folder.path, content); });
+        const auto error = withLittleSpace(
+            [&] { return replaceContent(folder.path, content, FileAccess::userOnly); });
         QCOMPARE(error.value().description, u"File too large"_s);
         QCOMPARE(folder.read(), QByteArray("older"));
         QCOMPARE(folder.names(), QStringList({u"list.json"_s}));

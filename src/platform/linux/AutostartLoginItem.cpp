@@ -8,8 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -91,24 +89,21 @@ std::optional<Error> AutostartLoginItem::registerItem()
 
 std::optional<Error> AutostartLoginItem::write()
 {
-    std::error_code error;
-    std::filesystem::create_directories(QFile::encodeName(m_folder).toStdString(), error);
-    if (error)
-        return Error{QString::fromStdString(error.message())};
+    if (auto error = makePrivateFolder(m_folder))
+        return error;
     // What a link leads to is not ours, such as the file that the menus show.
     if (QFileInfo(m_file).isSymLink()) {
         if (auto failure = unregisterItem())
             return failure;
     }
-    return replaceContent(m_file, content(m_program).toUtf8());
+    return replaceContent(m_file, content(m_program).toUtf8(), FileAccess::userOnly);
 }
 
 std::optional<Error> AutostartLoginItem::unregisterItem()
 {
     const bool isGone =
         unlink(QFile::encodeName(m_file).constData()) == 0 || errno == ENOENT || errno == ENOTDIR;
-    return isGone ? std::nullopt
-                  : std::optional(Error{QString::fromLocal8Bit(std::strerror(errno))});
+    return isGone ? std::nullopt : std::optional(systemError());
 }
 
 QString runningProgram()

@@ -1,0 +1,98 @@
+#include "foundation/PrivateFile.h"
+
+#include "foundation/Files.h"
+#include "foundation/Text.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <cstdio>
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Whether anything has that name. A path that cannot be reached counts, so that it is never taken
+/// for a file that does not exist yet.
+bool isThere(const QString &path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::symlink_status(QFile::encodeName(path).constData(), error);
+    return status.type() != std::filesystem::file_type::not_found;
+}
+
+bool isRegular(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && !info.isSymLink();
+}
+
+bool rename(const QString &from, const QString &to)
+{
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+} // namespace
+
+PrivateFile::PrivateFile(QString path, qint64 mostBytes)
+    : m_path(std::move(path))
+    , m_mostBytes(mostBytes)
+{
+}
+
+std::optional<Error> PrivateFile::makeFolder() const
+{
+    return makePrivateFolder(QFileInfo(m_path).path());
+}
+
+Result<std::optional<QByteArray>> PrivateFile::read() const
+{
+    if (!isThere(m_path))
+        return std::optional<QByteArray>();
+    auto content = readWhole(m_path, m_mostBytes);
+    if (!content)
+        return content.error();
+    return std::optional(std::move(content).value());
+}
+
+std::optional<Error> PrivateFile::write(const QByteArray &content)
+{
+    if (content.size() > m_mostBytes)
+        return Error{u"The file would be larger than %1."_s.arg(
+            QLocale::c().formattedDataSize(m_mostBytes))};
+    if (auto error = makeFolder())
+        return error;
+    const bool isInTheWay = m_isUnread && isThere(m_path);
+    const QString kept = pathToKeep();
+    if (isInTheWay) {
+        if (auto error = keepAt(kept))
+            return error;
+    }
+    auto error = replaceContent(m_path, content, FileAccess::userOnly);
+    if (!error)
+        m_isUnread = false;
+    else if (isInTheWay && !isThere(m_path))
+        rename(kept, m_path);
+    return error;
+}
+
+/// A name that is free, or that of an older kept file, which may be replaced.
+QString PrivateFile::pathToKeep() const
+{
+    const QString path = m_path + u".unreadable"_s;
+    QString free = path;
+    for (int number = 1; isThere(free) && !isRegular(free); ++number)
+        free = path + u'.' + QString::number(number);
+    return free;
+}
+
+std::optional<Error> PrivateFile::keepAt(const QString &path) const
+{
+    // A readable file is copied, so that the original stays until the new file replaces it.
+    if (const auto content = readWhole(m_path, m_mostBytes))
+        return replaceContent(path, *content, FileAccess::userOnly);
+    if (rename(m_path, path))
+        return std::nullopt;
+    return Error{u"The unreadable file %1 could not be kept: %2"_s.arg(quoted(m_path),
+                                                                       systemError().description)};
+}
