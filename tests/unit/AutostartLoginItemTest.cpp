@@ -320,6 +320,14 @@ private Q_SLOTS:
                  readAndWrite | QFile::ExeOwner | QFile::ExeUser);
     }
 
+    void doesNotWaitForAPipeInItsPlace()
+    {
+        const Session session;
+        QVERIFY(QDir().mkpath(session.folder));
+        QCOMPARE(mkfifo(QFile::encodeName(session.file).constData(), 0600), 0);
+        QCOMPARE(session.loginItem().status(), LoginItemStatus::notFound);
+    }
+
     void saysWhyAFolderInItsPlaceCannotBeReplaced()
     {
         const Session session;

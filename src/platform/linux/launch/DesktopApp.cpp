@@ -23,6 +23,9 @@ GAppInfo *handlerOfFile(const QString &path)
 
 std::optional<DesktopApp> DesktopApp::fromFile(const QString &path)
 {
+    // GIO would block on a pipe until somebody writes to it.
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
     auto *const info = g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData());
     return info ? std::optional(DesktopApp(info)) : std::nullopt;
 }
