@@ -8,6 +8,7 @@
 #include "platform/linux/instance/SingleInstance.h"
 #include "platform/linux/x11/StartupNotification.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -48,6 +49,8 @@ std::optional<int> endOfClaim(InstanceClaim claim)
 int main(int argc, char *argv[])
 {
     const auto tokens = StartupTokens::takeFromEnvironment();
+    // Writing beyond the limit of file sizes then fails, instead of ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     TerminationSignals terminationSignals;
     SingleInstance instance;
     if (const auto status = endOfClaim(instance.claim(tokens)))

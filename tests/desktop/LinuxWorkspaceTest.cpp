@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -149,6 +150,8 @@ private Q_SLOTS:
         // What terminals have in common: the command comes last.
         const File terminal(u"xterm"_s, "#!/bin/sh\nshift\nexec \"$@\"\n", true);
         const auto restored = usePath(terminal.folder());
+        // Like the program itself.
+        std::signal(SIGXFSZ, SIG_IGN);
         QCOMPARE(openApplication(app.desktopFile()), QString());
         const auto start = startOf(app);
         QCOMPARE(text(start["arguments"]), QByteArray("[\"two\",\"more words\"]"));

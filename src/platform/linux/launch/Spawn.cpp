@@ -79,10 +79,7 @@ bool enterFolder(const Plan &plan)
 /// signal handler may call, and returns only where it failed.
 void becomeProgram(const Plan &plan)
 {
-    struct sigaction byDefault = {};
-    byDefault.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal)
-        sigaction(signal, &byDefault, nullptr);
+    resetSignals();
     setsid();
     const int nothing = open("/dev/null", O_RDONLY);
     if (nothing < 0 || dup2(nothing, STDIN_FILENO) < 0 || !enterFolder(plan))
@@ -126,6 +123,14 @@ pid_t start(const Plan &plan)
     return -error;
 }
 } // namespace
+
+void resetSignals()
+{
+    struct sigaction byDefault = {};
+    byDefault.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal)
+        sigaction(signal, &byDefault, nullptr);
+}
 
 Result<pid_t> spawn(const SpawnRequest &request)
 {

@@ -21,3 +21,6 @@ struct SpawnRequest {
 /// error, and none of our other descriptors. No shell is involved. The child's process id; the
 /// caller reaps it.
 Result<pid_t> spawn(const SpawnRequest &request);
+
+/// Gives all signals their default handling; for a child that is about to become a program.
+void resetSignals();

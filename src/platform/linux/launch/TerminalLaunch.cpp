@@ -2,6 +2,7 @@
 
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/GLib.h"
+#include "platform/linux/launch/Spawn.h"
 
 #include <unistd.h>
 
@@ -37,6 +38,7 @@ struct Child {
 void prepare(gpointer data)
 {
     const auto *const child = static_cast<Child *>(data);
+    resetSignals();
     setsid();
     [[maybe_unused]] const bool isThere =
         !child->home || chdir(child->home) == 0 || chdir("/") == 0;
