@@ -103,10 +103,12 @@ void ShortcutStore::deleteEntry(const LaunchEntry &entry)
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
     m_center.sync(name);
-    setShortcut(std::nullopt, name);
     Q_EMIT willChange();
     m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
-    save();
+    // Save the list first: a combination without an entry is harmless, but a program that is killed
+    // between the two writes must not leave an entry without its combination.
+    if (save())
+        setShortcut(std::nullopt, name);
 }
 
 void ShortcutStore::setEnabled(bool isEnabled, const QUuid &id)
@@ -278,8 +280,10 @@ void ShortcutStore::applyEnabledState()
     }
 }
 
-void ShortcutStore::save()
+bool ShortcutStore::save()
 {
-    if (const auto error = m_file.write(m_entries))
+    const auto error = m_file.write(m_entries);
+    if (error)
         report(u"Your shortcut list could not be saved."_s, *error);
+    return !error;
 }

@@ -47,7 +47,7 @@ public:
     /// Replaces the entry that has the same id, or adds the entry at the end.
     void upsert(const LaunchEntry &entry);
 
-    /// Removes the entries with the entry's id, and the stored combination.
+    /// Removes the entries with the entry's id, and once the list is saved the stored combination.
     void deleteEntry(const LaunchEntry &entry);
 
     /// Nothing happens if no entry has that id.
@@ -112,7 +112,8 @@ private:
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
-    void save();
+    /// Whether the list is on disk now.
+    bool save();
 
     const Platform &m_platform;
     HotkeyCenter &m_center;

@@ -1,4 +1,5 @@
 #include "model/ShortcutStore.h"
+#include "support/LittleSpace.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
 
@@ -285,6 +286,35 @@ private Q_SLOTS:
         FullStore home;
         home.store->deleteEntry(home.store->entries().constFirst());
         QCOMPARE(home.store->entries(), home.entries.sliced(1));
+    }
+
+    void savesTheListBeforeItRemovesTheKeysOfADeletedEntry()
+    {
+        FullStore home;
+        const LaunchEntry deleted = home.entries.takeAt(1);
+        QByteArrayList lists;
+        const auto observation =
+            home.platform.userDefaults.addObserver([&] { lists << home.read(); });
+        home.store->deleteEntry(deleted);
+        QCOMPARE(lists, QByteArrayList({fileOf(home.entries)}));
+    }
+
+    void leavesTheKeysOfADeletedEntryWhereTheListCannotBeSaved()
+    {
+        FullStore home;
+        const QByteArray list = home.read();
+        QVERIFY(withLittleSpace([&] {
+            home.store->deleteEntry(home.entries[1]);
+            return home.store->error().has_value();
+        }));
+        QCOMPARE(home.store->error()->message, couldNotSave);
+        QCOMPARE(home.store->entries().size(), 2);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+        QCOMPARE(home.read(), list);
+        // As after the next start.
+        home.store.emplace(home.platform.services, home.center);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
     }
 
     void deletesAllEntriesWithOneId()
@@ -705,7 +735,7 @@ private Q_SLOTS:
         add("a deleted entry", [](FullStore &home) {
             const QString keys = home.keysOf(1);
             home.store->deleteEntry(home.entries[1]);
-            return QStringList{u"unregister 40"_s, u"remove "_s + keys, u"notice"_s};
+            return QStringList{u"unregister 40"_s, u"notice"_s, u"remove "_s + keys};
         });
         add("all keys removed", [](FullStore &home) {
             home.store->resetAllShortcuts();
