@@ -66,8 +66,6 @@ int main(int argc, char *argv[])
 
     ShortcutStore &store = ShortcutStore::shared();
     session.flushHotkeys();
-    if (const auto &error = store.error())
-        say(error->message + u' ' + error->details);
 
     CorvaneApp app(argc, argv, session.services(), store);
     session.attachToEventLoop();

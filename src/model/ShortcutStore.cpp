@@ -50,12 +50,18 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
     , m_symbolicHotkeysObserver(
           platform.symbolicHotkeys.addObserver([this] { Q_EMIT willChange(); }))
+    , m_userDefaultsObserver(platform.userDefaults.addObserver([this] {
+        if (const auto &error = m_platform.userDefaults.error())
+            report(u"Your settings could not be saved."_s, *error);
+    }))
 {
     auto entries = m_file.read();
     if (entries)
         m_entries = std::move(entries).value();
     else
         report(u"Your shortcut list could not be loaded."_s, entries.error());
+    if (const auto &error = platform.userDefaults.error())
+        report(u"Your settings could not be loaded."_s, *error);
     for (const LaunchEntry &entry : std::as_const(m_entries))
         registerHandler(entry);
     applyEnabledState();
@@ -75,12 +81,18 @@ void ShortcutStore::setPaused(bool paused)
     applyEnabledState();
 }
 
+std::optional<AppError> ShortcutStore::error() const
+{
+    return m_errors.isEmpty() ? std::nullopt : std::optional(m_errors.constFirst());
+}
+
 void ShortcutStore::clearError(const AppError &seen)
 {
-    if (!m_error || m_error->id != seen.id)
+    const auto found = std::ranges::find(m_errors, seen.id, &AppError::id);
+    if (found == m_errors.end())
         return;
     Q_EMIT willChange();
-    m_error.reset();
+    m_errors.erase(found);
 }
 
 void ShortcutStore::upsert(const LaunchEntry &entry)
@@ -153,7 +165,9 @@ void ShortcutStore::fire(const QUuid &id)
 void ShortcutStore::report(const QString &message, const Error &error)
 {
     Q_EMIT willChange();
-    m_error = AppError{.message = message, .details = error.description};
+    // An error that is repeated while the window is hidden makes one alert.
+    m_errors.removeIf([&message](const AppError &other) { return other.message == message; });
+    m_errors.append(AppError{.message = message, .details = error.description});
 }
 
 void ShortcutStore::resetAllShortcuts()

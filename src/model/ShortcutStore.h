@@ -38,10 +38,10 @@ public:
     bool paused() const { return m_paused; }
     void setPaused(bool paused);
 
-    /// The last error that the user should see.
-    const std::optional<AppError> &error() const { return m_error; }
+    /// The first of the errors that the user has not seen yet.
+    std::optional<AppError> error() const;
 
-    /// The user has seen that error; a later one stays.
+    /// The user has seen that error; the others stay.
     void clearError(const AppError &seen);
 
     /// Replaces the entry that has the same id, or adds the entry at the end.
@@ -63,7 +63,8 @@ public:
     /// store is not paused.
     void fire(const QUuid &id);
 
-    /// Publishes an error: a sentence, and the underlying error's own words.
+    /// Publishes an error behind those that the user has not seen yet: a sentence, and the
+    /// underlying error's own words. It replaces one with the same sentence.
     void report(const QString &message, const Error &error);
 
     /// Removes the stored combination of every entry; the entries stay.
@@ -121,6 +122,7 @@ private:
     QList<LaunchEntry> m_entries;
     mutable ShortcutIndex m_index;
     bool m_paused;
-    std::optional<AppError> m_error;
+    QList<AppError> m_errors;
     Registration m_symbolicHotkeysObserver;
+    Registration m_userDefaultsObserver;
 };

@@ -1,6 +1,7 @@
 // The user's settings: small values under text keys that outlive the program.
 #pragma once
 
+#include "foundation/Result.h"
 #include "platform/Registration.h"
 
 #include <QByteArray>
@@ -8,7 +9,8 @@
 #include <functional>
 #include <optional>
 
-/// A change is on disk when the call returns. What cannot be written holds until the program ends.
+/// A change is on disk when the call returns. A value that cannot be written is kept until
+/// the program ends.
 class UserDefaults
 {
 public:
@@ -25,6 +27,10 @@ public:
     /// Until the returned value ends, changes can be read but are not on disk yet; then all are
     /// written at once.
     virtual Registration writeTogether() = 0;
+
+    /// Why the last change is not on disk; nothing if it is. Before the first change: why the
+    /// values could not be read, or not all of them.
+    virtual const std::optional<Error> &error() const = 0;
 
     /// The observer is called after each change, until the returned value ends.
     virtual Registration addObserver(std::function<void()> observer) = 0;

@@ -82,19 +82,6 @@ private Q_SLOTS:
         QCOMPARE(program.errorOutput(), QByteArray());
     }
 
-    void saysThatItHasNoPlaceForItsList()
-    {
-        ProgramUnderTest program;
-        program.environment.insert(u"HOME"_s, u"/dev/null"_s);
-        program.environment.remove(u"XDG_DATA_HOME"_s);
-        program.environment.remove(u"XDG_CONFIG_HOME"_s);
-        program.start();
-        QTRY_COMPARE(program.errorOutput(),
-                     QByteArray("corvane: Your shortcut list could not be loaded. The folder "
-                                "“/dev/null/.local/share/Corvane” could not be made.\n"));
-        QCOMPARE(program.stop(), 0);
-    }
-
     void leavesWhatItStartedBehind()
     {
         const QTemporaryDir folder;
@@ -109,21 +96,6 @@ private Q_SLOTS:
         int status = 0;
         QCOMPARE(waitpid(process, &status, 0), process);
         QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-    }
-
-    void saysThatTheListCannotBeRead()
-    {
-        ProgramUnderTest program;
-        QVERIFY(QDir().mkpath(program.home.filePath(u"data/Corvane"_s)));
-        QFile list(program.home.filePath(u"data/Corvane/entries.json"_s));
-        QVERIFY(list.open(QIODevice::WriteOnly));
-        list.write("{}");
-        list.close();
-        program.start();
-        QTRY_COMPARE(program.errorOutput(),
-                     QByteArray("corvane: Your shortcut list could not be loaded. "
-                                "The list is not an array of entries.\n"));
-        QCOMPARE(program.stop(), 0);
     }
 };
 

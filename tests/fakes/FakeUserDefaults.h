@@ -46,6 +46,7 @@ public:
             write();
         });
     }
+    const std::optional<Error> &error() const override { return failure; }
     Registration addObserver(std::function<void()> observer) override
     {
         return m_observers.add(std::move(observer));
@@ -53,6 +54,7 @@ public:
     quint64 revision() const override { return m_revision; }
 
     QHash<QString, QVariant> values;
+    std::optional<Error> failure;
     mutable int reads = 0;
     int writes = 0;
 

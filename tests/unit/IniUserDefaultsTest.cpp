@@ -1,11 +1,14 @@
 #include "platform/linux/IniUserDefaults.h"
 #include "support/LittleSpace.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <functional>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -19,11 +22,18 @@ const QByteArray line = "hotkey.corvane-1B4E28BA-2FA1-11D2-883F-0016D3CCA427="
 struct File {
     QTemporaryDir folder;
     QString path = folder.filePath(u"Corvane/Corvane.conf"_s);
+    QString kept = path + u".unreadable"_s;
 
-    QByteArray read() const
+    static QByteArray read(const QString &path)
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QByteArray read() const { return read(path); }
+    QStringList names() const
+    {
+        return QFileInfo(path).dir().entryList(QDir::AllEntries | QDir::System | QDir::Hidden
+                                               | QDir::NoDotAndDotDot);
     }
     void write(const QByteArray &text) const
     {
@@ -262,35 +272,213 @@ private Q_SLOTS:
         QCOMPARE(told, QStringList({u"first"_s, u"second"_s, u"first"_s}));
     }
 
+    // What goes wrong
+
+    void hasNoErrorWhereAllIsWell()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        QVERIFY(!defaults.error());
+        QVERIFY(!QFile::exists(QFileInfo(file.path).path()));
+        defaults.setData(key, value);
+        QVERIFY(!defaults.error());
+        QVERIFY(!IniUserDefaults(file.path).error());
+        QCOMPARE(file.names(), QStringList(u"Corvane.conf"_s));
+    }
+
+    void readsTheFileOnce_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("another file") << QByteArray("[General]\npauseAll=true\nx=5\n");
+        QTest::newRow("no file") << QByteArray();
+    }
+    void readsTheFileOnce()
+    {
+        QFETCH(const QByteArray, text);
+        const File file;
+        file.write("[General]\n" + line + "\n");
+        IniUserDefaults defaults(file.path);
+        QVERIFY(QFile::remove(file.path));
+        if (!text.isEmpty())
+            file.write(text);
+        defaults.setBoolean(u"showRunNotification"_s, false);
+        QCOMPARE(defaults.data(key), value);
+        QCOMPARE(file.read(), "[General]\n" + line + "\nshowRunNotification=false\n");
+    }
+
+    void keepsADamagedFileBesideTheNewOne_data()
+    {
+        QTest::addColumn<QByteArray>("damage");
+        QTest::newRow("a line that is no setting") << QByteArray("garbage\n");
+        QTest::newRow("a heading that does not end") << QByteArray("[Other\n");
+        QTest::newRow("zero bytes") << QByteArray(10, '\0');
+        QTest::newRow("a value that does not end") << QByteArray("x=\"@ByteArray({\\\"carbon");
+        QTest::newRow("a value that takes the next lines with it")
+            << QByteArray("x=\"abc\ny=\"def\"\n");
+    }
+    void keepsADamagedFileBesideTheNewOne()
+    {
+        QFETCH(const QByteArray, damage);
+        const File file;
+        const QByteArray text = "[General]\n" + line + "\n" + damage;
+        file.write(text);
+        IniUserDefaults defaults(file.path);
+        QCOMPARE(defaults.error().value().description,
+                 u"The file “%1” is damaged."_s.arg(file.path));
+        QCOMPARE(defaults.data(key), value);
+        QCOMPARE(file.read(), text);
+        QVERIFY(!QFile::exists(file.kept));
+
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QVERIFY(!defaults.error());
+        QCOMPARE(File::read(file.kept), text);
+        QVERIFY(file.read().contains(line + "\npauseAll=true\n"));
+        QVERIFY(!IniUserDefaults(file.path).error());
+        defaults.setBoolean(u"pauseAll"_s, false);
+        QCOMPARE(File::read(file.kept), text);
+    }
+
+    void readsWhatIsOddButNotDamaged_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("no heading") << line + '\n';
+        QTest::newRow("no end of the last line") << "[General]\n" + line;
+        QTest::newRow("line ends of other systems") << "[General]\r\n" + line + "\r\n";
+        QTest::newRow("comments and empty lines") << "; mine\n\n[General]\n\n" + line + "\n";
+        QTest::newRow("a line without a key") << "[General]\n=5\n" + line + "\n";
+    }
+    void readsWhatIsOddButNotDamaged()
+    {
+        QFETCH(const QByteArray, text);
+        const File file;
+        file.write(text);
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        IniUserDefaults defaults(file.path);
+        QVERIFY(!defaults.error());
+        QCOMPARE(defaults.data(key).has_value(), text.contains(line));
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QVERIFY(!defaults.error());
+        QVERIFY(!QFile::exists(file.kept));
+    }
+
+    void takesWhatIsNoFileForEmptyAndMovesItAside_data()
+    {
+        using Make = std::function<bool(const File &)>;
+        QTest::addColumn<Make>("make");
+        const auto add = [](const char *row, const Make &make) { QTest::newRow(row) << make; };
+        const auto linkTo = [](const QString &target) {
+            return [target](const File &it) { return QFile::link(target, it.path); };
+        };
+        add("a folder", [](const File &it) { return QDir().mkdir(it.path); });
+        add("a pipe", [](const File &it) {
+            return mkfifo(QFile::encodeName(it.path).constData(), 0600) == 0;
+        });
+        add("a link to a folder", linkTo(u".."_s));
+        add("a link to a device without an end", linkTo(u"/dev/zero"_s));
+        add("a link to nothing", linkTo(u"/nowhere/Corvane.conf"_s));
+        add("a file that is too large", [](const File &it) {
+            it.write({});
+            return QFile::resize(it.path, 16LL * 1024 * 1024 + 1);
+        });
+    }
+    void takesWhatIsNoFileForEmptyAndMovesItAside()
+    {
+        QFETCH(const std::function<bool(const File &)>, make);
+        const File file;
+        QVERIFY(QDir().mkpath(QFileInfo(file.path).path()) && make(file));
+        IniUserDefaults defaults(file.path);
+        QVERIFY(defaults.error());
+        QCOMPARE(defaults.data(key), std::nullopt);
+        defaults.setData(key, value);
+        QVERIFY(!defaults.error());
+        QCOMPARE(file.read(), "[General]\n" + line + "\n");
+        QCOMPARE(file.names(), QStringList({u"Corvane.conf"_s, u"Corvane.conf.unreadable"_s}));
+    }
+
+    void replacesTheFileThatALinkLeadsTo()
+    {
+        const File file;
+        const QString elsewhere = file.folder.filePath(u"elsewhere"_s);
+        file.write("[General]\n" + line + "\n");
+        QVERIFY(QFile::rename(file.path, elsewhere) && QFile::link(elsewhere, file.path));
+        IniUserDefaults defaults(file.path);
+        QCOMPARE(defaults.data(key), value);
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QCOMPARE(QFile::symLinkTarget(file.path), elsewhere);
+        QCOMPARE(File::read(elsewhere), "[General]\n" + line + "\npauseAll=true\n");
+    }
+
+    void isForTheUserAlone()
+    {
+        const File file;
+        const mode_t usual = umask(0);
+        const auto restored = qScopeGuard([usual] { umask(usual); });
+        IniUserDefaults(file.path).setData(key, value);
+        const auto readAndWrite =
+            QFile::ReadOwner | QFile::ReadUser | QFile::WriteOwner | QFile::WriteUser;
+        QCOMPARE(QFile::permissions(file.path), readAndWrite);
+        QCOMPARE(QFile::permissions(QFileInfo(file.path).path()),
+                 readAndWrite | QFile::ExeOwner | QFile::ExeUser);
+        QVERIFY(QFile::setPermissions(file.path, readAndWrite | QFile::WriteOther));
+        IniUserDefaults(file.path).setBoolean(u"pauseAll"_s, true);
+        QCOMPARE(QFile::permissions(file.path), readAndWrite);
+    }
+
+    void leavesTheOldFileWhereTheNewOneHasNoSpace_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::newRow("a little more than fits") << 1;
+        QTest::newRow("much more than fits") << 100'000;
+    }
     void leavesTheOldFileWhereTheNewOneHasNoSpace()
     {
+        QFETCH(const int, length);
         const File file;
         IniUserDefaults defaults(file.path);
         defaults.setData(key, value);
         const QByteArray before = file.read();
-        const auto complaint = "corvane: the settings cannot be written to " + file.path.toUtf8();
-        QTest::ignoreMessage(QtWarningMsg, complaint.constData());
+        QTest::failOnWarning(QRegularExpression(u"."_s));
         withLittleSpace([&] {
-            defaults.setBoolean(u"pauseAll"_s, true);
+            defaults.setData(u"x"_s, QByteArray(length, 'x'));
             QCoreApplication::processEvents();
         });
+        QVERIFY(defaults.error());
         QCOMPARE(file.read(), before);
+        QCOMPARE(file.names(), QStringList(u"Corvane.conf"_s));
 
         defaults.remove(u"absent"_s);
-        QCOMPARE(file.read(), before + "pauseAll=true\n");
+        QVERIFY(!defaults.error());
+        QCOMPARE(file.read(), before + "x=@ByteArray(" + QByteArray(length, 'x') + ")\n");
     }
 
-    void saysOnceWhatItCannotWriteAndKeepsItUntilTheEnd()
+    void tellsOfEachWriteThatFailsAndKeepsTheValues()
     {
         IniUserDefaults defaults(u"/dev/null/Corvane/Corvane.conf"_s);
-        QTest::ignoreMessage(
-            QtWarningMsg,
-            "corvane: the settings cannot be written to /dev/null/Corvane/Corvane.conf");
+        int failures = 0;
+        const auto observation =
+            defaults.addObserver([&] { failures += defaults.error() ? 1 : 0; });
         QTest::failOnWarning(QRegularExpression(u"."_s));
         defaults.setData(key, value);
-        defaults.setBoolean(u"pauseAll"_s, true);
+        {
+            const auto together = defaults.writeTogether();
+            defaults.setBoolean(u"pauseAll"_s, true);
+            defaults.remove(u"x"_s);
+        }
+        QCOMPARE(failures, 2);
         QCOMPARE(defaults.data(key), value);
         QCOMPARE(defaults.boolean(u"pauseAll"_s), true);
+    }
+
+    void writesNothingWhereNothingHasChanged()
+    {
+        const File file;
+        file.write("garbage");
+        IniUserDefaults defaults(file.path);
+        QVERIFY(defaults.error());
+        defaults.remove(key);
+        QVERIFY(!defaults.error());
+        QCOMPARE(file.read(), QByteArray("garbage"));
     }
 };
 

@@ -182,18 +182,23 @@ private Q_SLOTS:
         QVERIFY(seenText(SettingsWindow::sheet(wrong), u"Meanwhile."_s));
     }
 
-    void tellsThatTheListCouldNotBeLoadedBefore()
+    void tellsThatTheListAndTheSettingsCouldNotBeLoadedBefore()
     {
         StoreHome home({website(u"News"_s)});
         QFile file(home.platform.applicationSupport.filePath(u"Corvane/entries.json"_s));
         QVERIFY(file.open(QFile::WriteOnly));
         file.write("{");
         file.close();
+        home.platform.userDefaults.failure = Error{u"why"_s};
         ShortcutStore store(home.platform.services, home.center);
         SettingsView view(store);
         view.show();
-        QVERIFY(
-            seenText(SettingsWindow::sheet(wrong), u"Your shortcut list could not be loaded."_s));
+        for (const QString &what : {u"shortcut list"_s, u"settings"_s}) {
+            QVERIFY(seenText(SettingsWindow::sheet(wrong),
+                             u"Your %1 could not be loaded."_s.arg(what)));
+            SettingsWindow::clickInSheet(u"OK"_s);
+        }
+        QTRY_VERIFY(sheets().isEmpty());
     }
 
     void beginsWithTheButtonThatDoesNoHarm()

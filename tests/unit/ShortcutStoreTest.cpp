@@ -1,10 +1,11 @@
 #include "model/ShortcutStore.h"
-#include "support/LittleSpace.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "support/LittleSpace.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -174,6 +175,51 @@ private Q_SLOTS:
         QVERIFY(store.entries().isEmpty());
         QCOMPARE(store.error().value().message, couldNotLoad);
         QCOMPARE(store.error()->details, u"The list is not an array of entries."_s);
+    }
+
+    void reportsSettingsThatCannotBeLoadedAfterTheList()
+    {
+        Home home;
+        home.write("{}");
+        home.platform.userDefaults.failure = Error{u"It is damaged."_s};
+        ShortcutStore store(home.platform.services, home.center);
+        QCOMPARE(store.error().value().message, couldNotLoad);
+        store.clearError(*store.error());
+        QCOMPARE(store.error().value().message, u"Your settings could not be loaded."_s);
+        QCOMPARE(store.error()->details, u"It is damaged."_s);
+        store.clearError(*store.error());
+        QCOMPARE(store.error(), std::nullopt);
+    }
+
+    void reportsSettingsThatCannotBeSaved_data()
+    {
+        using Change = std::function<void(FullStore &)>;
+        QTest::addColumn<Change>("change");
+        const auto add = [](const char *row, const Change &change) {
+            QTest::newRow(row) << change;
+        };
+        add("the pause", [](FullStore &it) { it.store->setPaused(true); });
+        add("new keys", [](FullStore &it) {
+            it.store->setShortcut(KeyboardShortcuts::Shortcut{3, 256},
+                                  it.entries[0].shortcutName());
+        });
+        add("no keys", [](FullStore &it) { it.store->resetAllShortcuts(); });
+        add("a deleted entry", [](FullStore &it) { it.store->deleteEntry(it.entries[0]); });
+        add("what only a view knows",
+            [](FullStore &it) { it.platform.userDefaults.setBoolean(u"hasSeenWelcome"_s, true); });
+    }
+    void reportsSettingsThatCannotBeSaved()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        home.platform.userDefaults.failure = Error{u"No space"_s};
+        QSet<QUuid> errors;
+        const auto observation = home.platform.userDefaults.addObserver(
+            [&] { errors.insert(home.store->error().value().id); });
+        change(home);
+        QCOMPARE(home.store->error().value().message, u"Your settings could not be saved."_s);
+        QCOMPARE(home.store->error()->details, u"No space"_s);
+        QCOMPARE(errors.size(), 1);
     }
 
     void replacesAListThatCannotBeLoadedWithTheFirstChange()
@@ -773,17 +819,39 @@ private Q_SLOTS:
         QVERIFY(home.store->error()->id != first->id);
     }
 
+    void tellsErrorsOneAfterTheOther()
+    {
+        FullStore home;
+        home.store->report(u"It failed."_s, {u"Why"_s});
+        home.store->report(u"It failed again."_s, {u"Why"_s});
+        QCOMPARE(home.store->error().value().message, u"It failed."_s);
+        home.store->clearError(*home.store->error());
+        QCOMPARE(home.store->error().value().message, u"It failed again."_s);
+        QVERIFY(home.seen.hasError);
+        home.store->clearError(*home.store->error());
+        QCOMPARE(home.store->error(), std::nullopt);
+    }
+
     void clearsOnlyTheErrorThatWasSeen()
     {
         FullStore home;
         home.store->report(u"It failed."_s, {u"Why"_s});
-        const AppError first = *home.store->error();
-        home.store->report(u"It failed again."_s, {u"Why"_s});
-        home.store->clearError(first);
-        QCOMPARE(home.store->error().value().message, u"It failed again."_s);
+        const AppError seen = *home.store->error();
+        home.store->report(u"It failed."_s, {u"Why now"_s});
+        home.notices = 0;
+        home.store->clearError(seen);
+        QCOMPARE(home.notices, 0);
+        QCOMPARE(home.store->error().value().details, u"Why now"_s);
+    }
+
+    void tellsOfEqualErrorsOnlyTheLatest()
+    {
+        FullStore home;
+        for (const QString &reason : {u"first"_s, u"second"_s, u"third"_s})
+            home.store->report(u"It failed."_s, {reason});
+        QCOMPARE(home.store->error().value().details, u"third"_s);
         home.store->clearError(*home.store->error());
         QCOMPARE(home.store->error(), std::nullopt);
-        QVERIFY(home.seen.hasError);
     }
 };
 

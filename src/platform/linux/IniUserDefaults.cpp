@@ -1,35 +1,86 @@
 #include "platform/linux/IniUserDefaults.h"
 
-#include <QDir>
-#include <QEvent>
-#include <QFileInfo>
-#include <QTemporaryFile>
-#include <fcntl.h>
+#include "foundation/Files.h"
+#include "foundation/Text.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// No character takes more than that in the file, and no line more in addition.
-constexpr qint64 bytesPerCharacter = 6;
-constexpr qint64 bytesPerLine = 64;
-} // namespace
+/// A hundred thousand combinations take less.
+constexpr qint64 mostBytes = 16LL * 1024 * 1024;
 
-// By path: by organisation and name QSettings would also read fall-back files, whose values
-// cannot be removed.
-IniUserDefaults::IniUserDefaults(const QString &path)
-    : m_settings(path, QSettings::IniFormat)
+/// As QSettings writes them.
+const QString trueWord = u"true"_s;
+const QString falseWord = u"false"_s;
+
+/// Whether a quoted value does not end on its line. QSettings does not report that; it takes the
+/// following lines for a part of the value.
+bool hasOpenQuotation(const QByteArray &text)
 {
+    bool isQuoted = false;
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        const char character = text[place];
+        if (character == '\\')
+            ++place;
+        else if (character == '"')
+            isQuoted = !isQuoted;
+        else if (character == '\n' && isQuoted)
+            return true;
+    }
+    return isQuoted;
 }
 
-bool IniUserDefaults::Settings::event(QEvent *event)
+struct Content {
+    QVariantMap values;
+    /// Whether each line could be read.
+    bool isWhole;
+};
+
+// By path: by organisation and name QSettings would also read fall-back files.
+Content contentOf(const QString &path)
 {
-    return event->type() == QEvent::UpdateRequest || QSettings::event(event);
+    const QSettings settings(path, QSettings::IniFormat);
+    Content content;
+    for (const QString &key : settings.allKeys()) {
+        // QSettings reads a line without a key, but does not write one.
+        if (!key.isEmpty())
+            content.values.insert(key, settings.value(key));
+    }
+    // Only now has it parsed all sections.
+    content.isWhole = settings.status() == QSettings::NoError;
+    return content;
+}
+} // namespace
+
+IniUserDefaults::IniUserDefaults(const QString &path)
+    : m_file(path, mostBytes)
+    , m_error(read())
+{
+    if (m_error)
+        m_file.keepBeforeWriting();
+}
+
+std::optional<Error> IniUserDefaults::read()
+{
+    const auto text = m_file.read();
+    if (!text)
+        return text.error();
+    if (!*text)
+        return std::nullopt;
+    const Content content = contentOf(m_file.path());
+    m_values = content.values;
+    if (content.isWhole && !hasOpenQuotation(**text))
+        return std::nullopt;
+    return Error{u"The file %1 is damaged."_s.arg(quoted(m_file.path()))};
 }
 
 std::optional<QByteArray> IniUserDefaults::data(const QString &key) const
 {
-    const QVariant value = m_settings.value(key);
+    const QVariant value = m_values.value(key);
     if (value.typeId() != QMetaType::QByteArray)
         return std::nullopt;
     return value.toByteArray();
@@ -37,12 +88,10 @@ std::optional<QByteArray> IniUserDefaults::data(const QString &key) const
 
 std::optional<bool> IniUserDefaults::boolean(const QString &key) const
 {
-    const QVariant value = m_settings.value(key);
-    // It is a Boolean until it is read from the file, where it is a word.
-    const bool isBoolean = value.typeId() == QMetaType::Bool;
-    const bool isWord = value.typeId() == QMetaType::QString
-        && (value.toString() == u"true" || value.toString() == u"false");
-    return isBoolean || isWord ? std::optional(value.toBool()) : std::nullopt;
+    const QVariant value = m_values.value(key);
+    if (value == trueWord)
+        return true;
+    return value == falseWord ? std::optional(false) : std::nullopt;
 }
 
 void IniUserDefaults::setData(const QString &key, const QByteArray &value)
@@ -52,12 +101,13 @@ void IniUserDefaults::setData(const QString &key, const QByteArray &value)
 
 void IniUserDefaults::setBoolean(const QString &key, bool value)
 {
-    set(key, value);
+    set(key, value ? trueWord : falseWord);
 }
 
 void IniUserDefaults::remove(const QString &key)
 {
-    m_settings.remove(key);
+    if (m_values.remove(key) > 0)
+        m_isUnsaved = true;
     changed();
 }
 
@@ -72,8 +122,8 @@ Registration IniUserDefaults::writeTogether()
 
 void IniUserDefaults::set(const QString &key, const QVariant &value)
 {
-    m_settings.setValue(key, value);
-    m_growth += bytesPerCharacter * (key.size() + value.toByteArray().size()) + bytesPerLine;
+    m_values.insert(key, value);
+    m_isUnsaved = true;
     changed();
 }
 
@@ -82,29 +132,43 @@ void IniUserDefaults::changed()
     ++m_revision;
     if (m_delays > 0)
         return;
-    write();
+    m_error = m_isUnsaved ? write() : std::nullopt;
+    m_isUnsaved = m_error.has_value();
     m_observers.tell();
 }
 
-void IniUserDefaults::write()
+std::optional<Error> IniUserDefaults::write()
 {
-    if (hasSpace()) {
-        m_settings.sync();
-        if (m_settings.status() != QSettings::AccessError) {
-            m_growth = 0;
-            return;
-        }
-    }
-    if (!std::exchange(m_hasComplained, true))
-        qWarning("corvane: the settings cannot be written to %s",
-                 qUtf8Printable(m_settings.fileName()));
+    if (auto error = m_file.makeFolder())
+        return error;
+    const auto text = this->text();
+    return text ? m_file.write(*text) : text.error();
 }
 
-/// QSettings takes no notice of a full disk, and would put the first half of the file in its place.
-bool IniUserDefaults::hasSpace() const
+/// The new content of the file. QSettings can only write to a file, so it writes one in a temporary
+/// folder that only the user may enter.
+Result<QByteArray> IniUserDefaults::text() const
 {
-    const QFileInfo file(m_settings.fileName());
-    QTemporaryFile trial(file.filePath());
-    return QDir().mkpath(file.path()) && trial.open()
-        && posix_fallocate(trial.handle(), 0, file.size() + m_growth + 1) == 0;
+    if (m_values.isEmpty())
+        return QByteArray();
+    const QTemporaryDir folder(m_file.path() + u".XXXXXX"_s);
+    if (!folder.isValid())
+        return Error{folder.errorString()};
+    const QString written = folder.filePath(u"written"_s);
+    QSettings settings(written, QSettings::IniFormat);
+    for (auto value = m_values.cbegin(); value != m_values.cend(); ++value)
+        settings.setValue(value.key(), value.value());
+    settings.sync();
+    const Error notWhole{u"The file could not be written whole. The disk may be full."_s};
+    if (settings.status() != QSettings::NoError)
+        return notWhole;
+    auto text = readWhole(written, mostBytes);
+    if (!text)
+        return text;
+    // QSettings does not notice a full disk, so the file is parsed again. It has another name then,
+    // because QSettings caches files by their names.
+    const QString checked = folder.filePath(u"checked"_s);
+    const bool isWhole = text->endsWith('\n') && QFile::rename(written, checked)
+        && QSettings(checked, QSettings::IniFormat).allKeys() == settings.allKeys();
+    return isWhole ? text : notWhole;
 }

@@ -1,11 +1,14 @@
 // User defaults in an INI file.
 #pragma once
 
+#include "foundation/PrivateFile.h"
 #include "platform/Observers.h"
 #include "platform/UserDefaults.h"
 
-#include <QSettings>
+#include <QVariant>
 
+/// Reads the file once and holds the values in memory, with those that it does not know. Each write
+/// replaces the whole file.
 class IniUserDefaults : public UserDefaults
 {
 public:
@@ -17,6 +20,7 @@ public:
     void setBoolean(const QString &key, bool value) override;
     void remove(const QString &key) override;
     Registration writeTogether() override;
+    const std::optional<Error> &error() const override { return m_error; }
     Registration addObserver(std::function<void()> observer) override
     {
         return m_observers.add(std::move(observer));
@@ -24,26 +28,17 @@ public:
     quint64 revision() const override { return m_revision; }
 
 private:
-    /// Writes when it is told to, and not by itself as well.
-    class Settings : public QSettings
-    {
-    public:
-        using QSettings::QSettings;
-
-    protected:
-        bool event(QEvent *event) override;
-    };
-
+    std::optional<Error> read();
     void set(const QString &key, const QVariant &value);
     void changed();
-    void write();
-    bool hasSpace() const;
+    std::optional<Error> write();
+    Result<QByteArray> text() const;
 
-    Settings m_settings;
-    /// The most by which the file may have grown since it was written.
-    qint64 m_growth = 0;
+    PrivateFile m_file;
+    QVariantMap m_values;
+    std::optional<Error> m_error;
+    bool m_isUnsaved = false;
     Observers m_observers;
     int m_delays = 0;
     quint64 m_revision = 0;
-    bool m_hasComplained = false;
 };
