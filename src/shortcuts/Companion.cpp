@@ -14,8 +14,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QEventLoop>
-#include <QFile>
-#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
@@ -45,30 +43,6 @@ void writeTo(int stream)
         dup2(stream, output);
     if (stream > STDERR_FILENO)
         close(stream);
-}
-
-/// Why the system starts no such script, as far as its first line tells; else what it says itself.
-Error inWords(const Error &error, const QString &script)
-{
-    QFile file(script);
-    if (!file.open(QIODevice::ReadOnly))
-        return error;
-    const QByteArray line = file.readLine(256);
-    if (line.startsWith("\x7f"
-                        "ELF"))
-        return error;
-    const QByteArray command = line.startsWith("#!") ? line.sliced(2).trimmed() : QByteArray();
-    if (command.isEmpty())
-        return {
-            u"The script does not begin with a line that says what runs it, such as “#!/bin/sh”."_s};
-    if (line.endsWith("\r\n"))
-        return {
-            u"The lines of the script end as on Windows. Save it with the line ends of Linux."_s};
-    const QString interpreter = QFile::decodeName(command.simplified().split(' ').constFirst());
-    if (!QFileInfo(interpreter).isExecutable())
-        return {u"The script is to be run by %1, which is not there or is not a program."_s.arg(
-            quoted(onOneLine(interpreter)))};
-    return error;
 }
 
 /// Returns when the answer is there.
@@ -104,7 +78,7 @@ std::optional<Error> start(const QString &path, const StartupTokens &tokens)
         app ? launch(launcher, *app, tokens) : launcher.launchProgram({path}, tokens);
     if (!error)
         awaitBus();
-    return error && !app ? inWords(*error, path) : error;
+    return error;
 }
 
 /// The failure, if it could not be started. Our own output goes where the Shortcut's goes from then

@@ -65,6 +65,18 @@ QByteArray text(const nlohmann::json &value)
     return QByteArray::fromStdString(value.dump());
 }
 
+/// This program, but that another loader has to load it.
+QByteArray programWithLoader(const QByteArray &path)
+{
+    QFile file(QCoreApplication::applicationFilePath());
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    QByteArray content = file.readAll();
+    const QByteArray loader = "/lib64/ld-linux-x86-64.so.2";
+    return content.replace(content.indexOf(loader), loader.size(),
+                           path.leftJustified(loader.size(), '\0'));
+}
+
 /// Has programs looked for in that folder only, until the end of the returned value.
 auto usePath(const QString &folder)
 {
@@ -210,20 +222,48 @@ private Q_SLOTS:
                                << reason;
         };
         const QString notStarted = u"The app could not be started."_s;
-        addDesktopFile("a program that is not there", "Exec=/nowhere/program\n", notStarted);
+        addDesktopFile("a program that is not there", "Exec=/nowhere/program --new %U\n",
+                       u"The program “/nowhere/program” is not installed."_s);
+        addDesktopFile("a program that is not in the path", "Exec=\"my program\"\n",
+                       u"The program “my program” is not installed."_s);
+        addDesktopFile("a program to be tried that is not there", "Exec=true\nTryExec=trier\n",
+                       u"The program “trier” is not installed."_s);
         addDesktopFile("an Exec line that is none", "Exec=\"record\n", notStarted);
         addDesktopFile("a folder that is not there", "Exec=true\nPath=/nowhere\n",
-                       u"No such file or directory"_s);
+                       u"The folder “/nowhere”, in which “true” should run, cannot be opened."_s);
         addDesktopFile("a terminal where there is none", "Exec=true\nTerminal=true\n",
                        u"Unable to find terminal required for application"_s);
         addDesktopFile("a service that is not there", "Exec=true\nDBusActivatable=true\n",
                        u"The name org.example.X was not provided by any .service files"_s);
         QTest::newRow("no desktop file")
             << u"x.desktop"_s << QByteArray("hello") << false << notStarted;
-        QTest::newRow("a file that is no program")
-            << u"x"_s << QByteArray("hello") << true << u"Exec format error"_s;
-        QTest::newRow("a program for nobody") << u"x"_s << QByteArray("#!/bin/sh\n") << false
-                                              << u"“%1” is not an executable program."_s;
+        const auto addProgram = [](const char *row, const QByteArray &content,
+                                   const QString &reason, bool isExecutable = true) {
+            QTest::newRow(row) << u"x"_s << content << isExecutable << reason;
+        };
+        const QString noProgram =
+            u"“x” is not a program, or a script without a first line such as #!/bin/sh."_s;
+        addProgram("a file that is no program", "hello", noProgram);
+        addProgram("an empty file", "", noProgram);
+        addProgram("a script whose first line names nothing", "#!\n", noProgram);
+        addProgram("a program for nobody", "#!/bin/sh\n", u"“%1” is not an executable program."_s,
+                   false);
+        addProgram("a script without its interpreter", "#! /nowhere/foo -w\n",
+                   u"The program “/nowhere/foo”, which “x” needs, is not installed."_s);
+        addProgram("a script of one line without its interpreter", "#!/nowhere/foo",
+                   u"The program “/nowhere/foo”, which “x” needs, is not installed."_s);
+        addProgram("a script whose interpreter is no program", "#!/etc/passwd\n",
+                   u"“/etc/passwd”, which “x” needs, is not an executable program."_s);
+        addProgram("a script of Windows", "#!/bin/sh\r\necho\r\n",
+                   u"The lines of the script end as on Windows. Save it with the line ends of "
+                   "Linux."_s);
+        addProgram("a program of another computer",
+                   QByteArray("\x7f"
+                              "ELF",
+                              4),
+                   u"“x” is not a program for this kind of computer."_s);
+        addProgram("a program without its loader", programWithLoader("/nowhere/ld.so"),
+                   u"The program “/nowhere/ld.so”, which “x” needs, is not installed."_s);
     }
     void saysWhyItCannotOpenAnApplication()
     {
@@ -237,6 +277,27 @@ private Q_SLOTS:
         const auto restored = usePath(program.folder());
         QCOMPARE(openApplication(file.path()),
                  reason.contains(u"%1"_s) ? reason.arg(file.path()) : reason);
+    }
+
+    void saysThatAProgramHasGoneSinceItWasStarted()
+    {
+        const QTemporaryDir folder;
+        const QString program = folder.filePath(u"program"_s);
+        QVERIFY(QFile::copy(u"/bin/true"_s, program));
+        const File app(u"org.example.X.desktop"_s,
+                       "[Desktop Entry]\nType=Application\nName=X\nExec=" + program.toUtf8()
+                           + '\n');
+        UserActivation activation;
+        LinuxWorkspace workspace(activation);
+        QStringList outcomes;
+        const auto note = [&outcomes](const std::optional<Error> &error) {
+            outcomes << (error ? error->description : QString());
+        };
+        workspace.openApplication(app.path(), note);
+        QVERIFY(QFile::remove(program));
+        workspace.openApplication(app.path(), note);
+        QCOMPARE(outcomes,
+                 QStringList({QString(), u"The program “%1” is not installed."_s.arg(program)}));
     }
 
     void saysThatAFolderIsNoProgram()

@@ -247,19 +247,9 @@ private Q_SLOTS:
             "properties."_s,
             0644);
         row("a script without a first line", "echo\n",
-            u"The script does not begin with a line that says what runs it, such as "
-            "“#!/bin/sh”."_s);
-        row("an empty file", "",
-            u"The script does not begin with a line that says what runs it, such as "
-            "“#!/bin/sh”."_s);
+            u"“Tidy Up” is not a program, or a script without a first line such as #!/bin/sh."_s);
         row("a script without its interpreter", "#! /no/perl -w\n",
-            u"The script is to be run by “/no/perl”, which is not there or is not a program."_s);
-        row("a script of Windows", "#!/bin/sh\r\necho\r\n",
-            u"The lines of the script end as on Windows. Save it with the line ends of Linux."_s);
-        row("a program of another computer",
-            "\x7f"
-            "ELF",
-            u"Exec format error"_s);
+            u"The program “/no/perl”, which “Tidy Up” needs, is not installed."_s);
     }
     void saysWhyNothingWasStarted()
     {

@@ -37,7 +37,7 @@ void LinuxWorkspace::openApplication(const QString &path,
     }
     const DesktopApp *const app = m_apps.find(absolute(path));
     if (!app) {
-        completion(inWords(Error{}));
+        completion(DesktopApp::reasonForNone(absolute(path)));
         return;
     }
     m_launcher.launch(

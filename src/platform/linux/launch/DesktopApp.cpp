@@ -1,7 +1,12 @@
 #include "platform/linux/launch/DesktopApp.h"
 
+#include "platform/linux/launch/ExecError.h"
+#include "platform/linux/launch/ExecLine.h"
+
 #include <QFile>
 #include <QFileInfo>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -19,6 +24,28 @@ GAppInfo *handlerOfFile(const QString &path)
     g_object_unref(file);
     return handler;
 }
+/// A value of the file's main group as it is written there, empty if there is none.
+QString rawValue(GKeyFile *file, const char *key)
+{
+    return takeText(g_key_file_get_string(file, G_KEY_FILE_DESKTOP_GROUP, key, nullptr));
+}
+
+bool isInstalled(const QString &program)
+{
+    return !takeText(g_find_program_in_path(QFile::encodeName(program).constData())).isEmpty();
+}
+
+/// The program that GIO looks for in vain; empty if it is there, or the lines name none.
+QString missingProgram(GKeyFile *file)
+{
+    const auto command = parseExecLine(rawValue(file, G_KEY_FILE_DESKTOP_KEY_EXEC), {});
+    for (const QString &program : {rawValue(file, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC),
+                                   command ? command->constFirst() : QString()}) {
+        if (!program.isEmpty() && !isInstalled(program))
+            return program;
+    }
+    return {};
+}
 } // namespace
 
 std::optional<DesktopApp> DesktopApp::fromFile(const QString &path)
@@ -28,6 +55,17 @@ std::optional<DesktopApp> DesktopApp::fromFile(const QString &path)
         return std::nullopt;
     auto *const info = g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData());
     return info ? std::optional(DesktopApp(info)) : std::nullopt;
+}
+
+Error DesktopApp::reasonForNone(const QString &path)
+{
+    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),
+                                                                      &g_key_file_unref);
+    QString program;
+    if (g_key_file_load_from_file(file.get(), QFile::encodeName(path).constData(), G_KEY_FILE_NONE,
+                                  nullptr))
+        program = missingProgram(file.get());
+    return program.isEmpty() ? Error{u"The app could not be started."_s} : notInstalled(program);
 }
 
 std::vector<DesktopApp> DesktopApp::allShown()

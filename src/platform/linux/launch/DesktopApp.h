@@ -1,6 +1,7 @@
 // An application as its .desktop file describes it, as GIO reads it.
 #pragma once
 
+#include "foundation/Result.h"
 #include "platform/linux/launch/GLib.h"
 
 #include <QString>
@@ -15,6 +16,9 @@ class DesktopApp
 public:
     /// Nothing if the file is none, is malformed, or its program is not there: GIO does not tell.
     static std::optional<DesktopApp> fromFile(const QString &path);
+
+    /// Why fromFile() gives nothing for that file.
+    static Error reasonForNone(const QString &path);
 
     /// Those that the menus of this desktop show to this user. GIO reads the files anew after they
     /// have changed, but hears of that only a moment later.

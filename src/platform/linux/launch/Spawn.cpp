@@ -1,6 +1,7 @@
 #include "platform/linux/launch/Spawn.h"
 
 #include "foundation/Text.h"
+#include "platform/linux/launch/ExecError.h"
 
 #include <QByteArrayList>
 #include <QFile>
@@ -19,9 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// An error number of our own, for what a folder that may not be entered is not to be mistaken for.
-constexpr int notExecutable = 10000;
-
 /// Pointers to texts as C functions take them, with a null at the end. The texts must outlive them.
 std::vector<char *> pointersTo(QByteArrayList &texts)
 {
@@ -68,6 +66,18 @@ struct Plan {
     const char *home;
 };
 
+/// What a child does before it is the program. Any of it may fail with the same error numbers.
+enum class Step {
+    start,
+    enterFolder,
+    execute,
+};
+
+struct Failure {
+    Step step = Step::start;
+    int error = 0;
+};
+
 bool enterFolder(const Plan &plan)
 {
     if (plan.folder)
@@ -76,28 +86,29 @@ bool enterFolder(const Plan &plan)
 }
 
 /// In the child, which borrows our memory until it becomes the program: so it only calls what a
-/// signal handler may call, and returns only where it failed.
-void becomeProgram(const Plan &plan)
+/// signal handler may call. Returns the step that failed.
+Step becomeProgram(const Plan &plan)
 {
     resetSignals();
     setsid();
     const int nothing = open("/dev/null", O_RDONLY);
-    if (nothing < 0 || dup2(nothing, STDIN_FILENO) < 0 || !enterFolder(plan))
-        return;
+    if (nothing < 0 || dup2(nothing, STDIN_FILENO) < 0)
+        return Step::start;
+    if (!enterFolder(plan))
+        return Step::enterFolder;
     // Ours close by themselves; these are what libraries may have forgotten.
     close_range(STDERR_FILENO + 1, ~0U, 0);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
     execve(plan.program, plan.arguments, plan.environment);
-    if (errno == EACCES)
-        errno = notExecutable;
+    return Step::execute;
 }
 
-/// The child's process id, or the negative error number. By vfork, because posix_spawn lengthens
-/// the whole way from the press to the program by a tenth. The analyzer goes by POSIX; Linux allows
-/// behind vfork what a signal handler may call.
-pid_t start(const Plan &plan)
+/// The child's process id, if nothing failed. By vfork, because posix_spawn lengthens the whole way
+/// from the press to the program by a tenth. The analyzer goes by POSIX; Linux allows behind vfork
+/// what a signal handler may call.
+pid_t start(const Plan &plan, Failure &failure)
 {
     sigset_t all;
     sigfillset(&all);
@@ -105,10 +116,11 @@ pid_t start(const Plan &plan)
     // So that no handler of ours runs in the child.
     pthread_sigmask(SIG_BLOCK, &all, &before);
     volatile int error = 0;
+    volatile Step step = Step::start;
     // NOLINTBEGIN(clang-analyzer-security.insecureAPI.vfork,clang-analyzer-unix.Vfork)
     const pid_t child = vfork();
     if (child == 0) {
-        becomeProgram(plan);
+        step = becomeProgram(plan);
         error = errno;
         _exit(EXIT_FAILURE);
     }
@@ -116,11 +128,23 @@ pid_t start(const Plan &plan)
     if (child < 0)
         error = errno;
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (error == 0)
-        return child;
-    if (child > 0)
+    failure = {step, error};
+    if (error != 0 && child > 0)
         waitpid(child, nullptr, 0);
-    return -error;
+    return child;
+}
+
+Error inWords(const Failure &failure, const SpawnRequest &request, const QString &program)
+{
+    const QString name = request.arguments.constFirst();
+    if (failure.step == Step::execute)
+        return execError(failure.error, program, name);
+    if (failure.step == Step::enterFolder)
+        return {u"The folder %1, in which %2 should run, cannot be opened."_s.arg(
+            quoted(request.workingFolder), quoted(name.section(u'/', -1)))};
+    if (failure.error == EAGAIN)
+        return {u"Too many programs are running."_s};
+    return {QString::fromLocal8Bit(std::strerror(failure.error))};
 }
 } // namespace
 
@@ -138,7 +162,7 @@ Result<pid_t> spawn(const SpawnRequest &request)
     const QString name = request.arguments.constFirst();
     const QString program = name.contains(u'/') ? name : QStandardPaths::findExecutable(name);
     if (program.isEmpty())
-        return Error{u"%1 is not an executable program."_s.arg(quoted(name))};
+        return notInstalled(name);
     const QByteArray path = QFile::encodeName(program);
     const QByteArray folder = QFile::encodeName(request.workingFolder);
     const QByteArray home = qgetenv("HOME");
@@ -147,17 +171,18 @@ Result<pid_t> spawn(const SpawnRequest &request)
         arguments.append(QFile::encodeName(argument));
     QByteArrayList tokens = variablesOf(request.tokens);
 
-    const pid_t child = start({
-        .program = path.constData(),
-        .arguments = pointersTo(arguments).data(),
-        .environment = environmentWith(tokens).data(),
-        .folder = folder.isEmpty() ? nullptr : folder.constData(),
-        .home = home.constData(),
-    });
-    if (child == -notExecutable)
-        return Error{u"%1 is not an executable program."_s.arg(quoted(name))};
-    if (child < 0)
-        return Error{QString::fromLocal8Bit(std::strerror(-child))};
+    Failure failure;
+    const pid_t child = start(
+        {
+            .program = path.constData(),
+            .arguments = pointersTo(arguments).data(),
+            .environment = environmentWith(tokens).data(),
+            .folder = folder.isEmpty() ? nullptr : folder.constData(),
+            .home = home.constData(),
+        },
+        failure);
+    if (failure.error != 0)
+        return inWords(failure, request, program);
     // The child goes first where it shares our processor.
     sched_yield();
     return child;
