@@ -36,7 +36,8 @@ Recorder::Recorder(ShortcutStore &store, const Name &name,
     , m_onChange(std::move(onChange))
     , m_current(store.getShortcut(name))
 {
-    const Item mainButton = button([this] { return label(); }, [this] { toggleRecording(); });
+    const Item mainButton =
+        announcedChanges(button([this] { return label(); }, [this] { toggleRecording(); }));
     m_button = mainButton.widget;
     m_button->setMinimumWidth(minimumLabelWidth);
     setBody(Row{
@@ -44,10 +45,11 @@ Recorder::Recorder(ShortcutStore &store, const Name &name,
         mainButton,
         shownWhen([this] { return m_current.has_value(); },
                   button(u"Clear"_s, [this] { clear(); })),
-        shownWhen([this] { return m_hint.has_value(); },
-                  announced(inked(
-                      Ink::secondary,
-                      text(TextStyle::caption, [this] { return m_hint.value_or(QString()); })))),
+        shownWhen(
+            [this] { return m_hint.has_value(); },
+            stretched(announced(inked(
+                Ink::secondary,
+                paragraph(TextStyle::caption, [this] { return m_hint.value_or(QString()); }))))),
         Spacer{},
     });
 }

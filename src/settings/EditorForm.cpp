@@ -56,6 +56,8 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
     , m_isNew(!store.contains(entry.id))
     , m_originalShortcut(store.getShortcut(entry.shortcutName()))
 {
+    const Item confirmButton = defaultButton(m_isNew ? u"Add"_s : u"Save"_s, [this] { save(); });
+    m_confirmButton = confirmButton.widget;
     setMinimumWidth(formWidth);
     setBody(Column{
         padding(20),
@@ -71,8 +73,8 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
         Row{
             spacing(8),
             text(TextStyle::body, u"Keys"_s),
-            stretched(part(new KeyboardShortcuts::Recorder(m_store, m_draft.shortcutName(),
-                                                           [this](const auto &) { recorded(); }))),
+            stretched(part(new KeyboardShortcuts::Recorder(
+                m_store, m_draft.shortcutName(), [this](const auto &keys) { keysChanged(keys); }))),
         },
         announcedWarningLines(TextStyle::callout, [this] { return warnings(); }),
         inked(
@@ -87,7 +89,7 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
             spacing(8),
             Spacer{},
             button(u"Cancel"_s, [this] { cancel(); }),
-            defaultButton(m_isNew ? u"Add"_s : u"Save"_s, [this] { save(); }),
+            confirmButton,
         },
     });
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
@@ -176,8 +178,11 @@ QString EditorForm::displayName(const QString &path) const
     return nameOfFile(path);
 }
 
-void EditorForm::recorded()
+void EditorForm::keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys)
 {
+    // On some desktops Return presses the button that has the focus, which would record again.
+    if (keys)
+        m_confirmButton->setFocus();
     // The list behind the sheet and the menu show the combination too.
     m_store.announceChange();
 }

@@ -34,7 +34,7 @@ private:
     void choose();
     void chosen(const QString &path);
     QString displayName(const QString &path) const;
-    void recorded();
+    void keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys);
     std::optional<QString> validate() const;
     void save();
     void finish();
@@ -44,6 +44,7 @@ private:
     const std::function<void()> m_onClose;
     LaunchEntry m_draft;
     std::optional<QString> m_message;
+    QWidget *m_confirmButton = nullptr;
     bool m_isClosed = false;
     const bool m_isNew;
     const std::optional<KeyboardShortcuts::Shortcut> m_originalShortcut;

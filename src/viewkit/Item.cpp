@@ -94,6 +94,16 @@ QLabel *paragraphLabel()
     return label;
 }
 
+/// Screen readers say its name when it appears, whatever the role of the widget itself.
+QWidget *noticeOn(QWidget *widget)
+{
+    auto *const notice = new QWidget(widget);
+    setAccessibleRole(*notice, QAccessible::Notification);
+    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+    notice->resize(1, 1);
+    return notice;
+}
+
 /// Deaf to the repeats of a key that is still held from a dialog before.
 class Button : public QPushButton
 {
@@ -428,14 +438,24 @@ Item announced(Item item)
 {
     auto *const label = qobject_cast<QLabel *>(item.widget);
     Q_ASSERT(label);
-    // Screen readers say what appears in that role, and look for texts in that of the label.
-    auto *const notice = new QWidget(label);
-    setAccessibleRole(*notice, QAccessible::Notification);
-    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
-    notice->resize(1, 1);
-    item.rules.append([label, notice] {
+    item.rules.append([label, notice = noticeOn(label)] {
         if (notice->accessibleName() != label->text())
             notice->setAccessibleName(label->text());
+    });
+    return item;
+}
+
+Item announcedChanges(Item item)
+{
+    auto *const button = qobject_cast<QAbstractButton *>(item.widget);
+    Q_ASSERT(button);
+    item.rules.append([button, notice = noticeOn(button)] {
+        if (notice->accessibleName() == button->text())
+            return;
+        // Hidden first, because only what appears is said.
+        notice->hide();
+        notice->setAccessibleName(button->text());
+        notice->setVisible(button->isVisible() && !button->hasFocus());
     });
     return item;
 }

@@ -119,6 +119,9 @@ Item inked(Ink ink, Item item);
 Item styled(TextStyle style, Item item);
 /// A text that screen readers say when it appears.
 Item announced(Item item);
+/// A button whose label screen readers say when it changes, as they do by themselves for the button
+/// that has the focus.
+Item announcedChanges(Item item);
 /// On a rounded rectangle in a pale accent colour.
 Item card(Item item);
 Item shownWhen(Predicate isShown, Item item);

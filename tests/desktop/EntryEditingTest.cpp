@@ -324,8 +324,40 @@ private Q_SLOTS:
         end(desk, sheet);
         QTRY_VERIFY(!sheet.find(button, u"Press the keys…"_s).isThere());
         desk.verifyThatKeysRunTheApp(controlAltK);
-        desk.keyboard.type({KEY_X});
-        QTRY_COMPARE(sheet.find(field, u"Name"_s).text(), u"x"_s);
+        desk.keyboard.type({KEY_ESC});
+        desk.awaitNoSheet();
+    }
+
+    void savesNothingByKeysThatAreStillHeldOnceTheyAreRecorded_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("Return") << KEY_ENTER << u"⌃⌥↩"_s;
+        QTest::newRow("Space") << KEY_SPACE << u"⌃⌥Space"_s;
+    }
+    void savesNothingByKeysThatAreStillHeldOnceTheyAreRecorded()
+    {
+        QFETCH(const int, key);
+        QFETCH(const QString, text);
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"XFCE"_s);
+        desk.addApp(storedControlAltK);
+        desk.open();
+        const Accessible sheet = desk.edit(u"App"_s);
+        desk.press(sheet, u"⌃⌥K"_s);
+        QVERIFY(sheet.await(button, u"Press the keys…"_s).isThere());
+        const QList<int> keys{KEY_LEFTCTRL, KEY_LEFTALT, key};
+        desk.keyboard.press(keys);
+        QVERIFY(sheet.await(button, text).isThere());
+        QTRY_VERIFY(sheet.find(button, u"Save"_s).is(State::focused));
+        // First with the modifiers, and then without.
+        QTest::qWait(1500);
+        desk.keyboard.release({KEY_LEFTCTRL, KEY_LEFTALT});
+        QTest::qWait(500);
+        desk.keyboard.release({key});
+        desk.keyboard.type({KEY_F9});
+        QVERIFY(sheet.is(State::active));
+        QVERIFY(sheet.find(button, text).isThere());
     }
 
     void swallowsNothingOnceTheRecorderHasLeftTheScreen_data()

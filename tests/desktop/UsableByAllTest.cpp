@@ -6,6 +6,7 @@
 #include "support/SettingsDesk.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTest>
 #include <algorithm>
 #include <functional>
@@ -173,7 +174,7 @@ struct Desk : SettingsDesk {
         QVERIFY(form.await(button, u"Press the keys…"_s).isThere());
         keyboard.type(keys);
         QVERIFY(form.await(button, text).isThere());
-        user->verifyPlace(text);
+        user->verifyPlace(u"Add"_s);
     }
 
     void confirm(const Accessible &form, const QString &name) const
@@ -327,6 +328,19 @@ private Q_SLOTS:
         // Now that all that was started has ended.
         QCOMPARE(desk.program.stop(), 0);
         QCOMPARE(desk.app.starts().size(), 3);
+    }
+
+    void savesByReturnOnceKeysAreRecordedWhereReturnPressesTheButtonInFocus()
+    {
+        const auto restored = qScopeGuard([desktop = qgetenv("XDG_CURRENT_DESKTOP")] {
+            qputenv("XDG_CURRENT_DESKTOP", desktop);
+        });
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        Desk desk(make<KeyboardUser>());
+        const Accessible form = desk.addWebsite(u"News"_s);
+        desk.record(form, controlAltJ, u"⌃⌥J"_s);
+        desk.confirm(form, u"Add"_s);
+        desk.awaitHeld(KEY_J);
     }
 
     /// What the first story leaves out.

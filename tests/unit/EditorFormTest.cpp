@@ -435,6 +435,56 @@ private Q_SLOTS:
         QCOMPARE(notices.size(), 2);
     }
 
+    void movesTheFocusToItsButtonOnceKeysAreRecorded_data()
+    {
+        QTest::addColumn<bool>("isInList");
+        QTest::addColumn<QString>("button");
+        QTest::newRow("of a new entry") << false << u"Add"_s;
+        QTest::newRow("of an entry of the list") << true << u"Save"_s;
+    }
+    void movesTheFocusToItsButtonOnceKeysAreRecorded()
+    {
+        QFETCH(const bool, isInList);
+        QFETCH(const QString, button);
+        const LaunchEntry entry = website();
+        Editor editor(entry, {}, isInList ? QList({entry}) : QList<LaunchEntry>());
+        editor.button(u"Record Shortcut"_s)->setFocus();
+        editor.record(40, commandEventFlag);
+        QVERIFY(editor.button(button)->hasFocus());
+    }
+
+    void leavesTheFocusOnTheRecorderOtherwise_data()
+    {
+        using End = void (*)(Editor &, QPushButton & recorder);
+        QTest::addColumn<End>("end");
+        QTest::newRow("after Escape") << End([](Editor &editor, QPushButton &recorder) {
+            recorder.click();
+            editor.platform.eventMonitor.press(53, {});
+        });
+        QTest::newRow("after a second press of the button")
+            << End([](Editor &, QPushButton &recorder) {
+                   recorder.click();
+                   recorder.click();
+               });
+        QTest::newRow("after keys that cannot be recorded")
+            << End([](Editor &editor, QPushButton &recorder) {
+                   recorder.click();
+                   editor.platform.eventMonitor.press(40, shiftEventFlag);
+               });
+        QTest::newRow("after the keys were cleared")
+            << End([](Editor &editor, QPushButton &) { editor.button(u"Clear"_s)->click(); });
+    }
+    void leavesTheFocusOnTheRecorderOtherwise()
+    {
+        using End = void (*)(Editor &, QPushButton & recorder);
+        QFETCH(const End, end);
+        Editor editor(website(), commandK);
+        QPushButton &recorder = *editor.button(u"⌘K"_s);
+        recorder.setFocus();
+        end(editor, recorder);
+        QVERIFY(recorder.hasFocus());
+    }
+
     void undoesWhatWasRecordedWhenItIsCancelled_data()
     {
         QTest::addColumn<void (*)(Editor &)>("cancel");
