@@ -5,6 +5,7 @@
 #include "viewkit/Card.h"
 #include "viewkit/FocusRing.h"
 #include "viewkit/Layouts.h"
+#include "viewkit/Paragraph.h"
 #include "viewkit/ShortenedLabel.h"
 #include "viewkit/Suggestions.h"
 #include "viewkit/Switch.h"
@@ -85,13 +86,6 @@ Rule coloured(QWidget *widget, QPalette::ColorRole role, Ink ink)
 TextSource always(const QString &text)
 {
     return [text] { return text; };
-}
-
-QLabel *paragraphLabel()
-{
-    auto *const label = new QLabel;
-    label->setWordWrap(true);
-    return label;
 }
 
 /// Screen readers say its name when it appears, whatever the role of the widget itself.
@@ -232,12 +226,12 @@ Item text(TextStyle style, TextSource source)
 
 Item paragraph(TextStyle style, const QString &text)
 {
-    return labelled(style, paragraphLabel(), always(text));
+    return labelled(style, new Paragraph, always(text));
 }
 
 Item paragraph(TextStyle style, TextSource source)
 {
-    return labelled(style, paragraphLabel(), std::move(source));
+    return labelled(style, new Paragraph, std::move(source));
 }
 
 Item shortenedText(TextStyle style, TextSource source)

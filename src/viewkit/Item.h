@@ -64,7 +64,7 @@ Item divider();
 Item text(TextStyle style, const QString &text);
 Item text(TextStyle style, TextSource source);
 
-/// On as many lines as it takes.
+/// On as many lines as it takes; words that are too long for a line break anywhere.
 Item paragraph(TextStyle style, const QString &text);
 Item paragraph(TextStyle style, TextSource source);
 

@@ -9,6 +9,7 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTemporaryDir>
 #include <functional>
 
@@ -92,6 +93,7 @@ QList<LaunchEntry> everything()
          .kind = ActionKind::website,
          .target = u"https://example.org/"_s + u"long"_s.repeated(90)},
         {.name = u"two\nlines"_s, .kind = ActionKind::website, .isEnabled = false},
+        {.name = u"W"_s.repeated(200), .kind = ActionKind::website},
     };
 }
 
@@ -214,6 +216,45 @@ private Q_SLOTS:
         settle();
         const QStringList found = flaws(sheet);
         QVERIFY2(found.isEmpty(), qPrintable(found.join(u", "_s)));
+    }
+
+    void keepsSheetsAtTheirWidth_data()
+    {
+        QTest::addColumn<Open>("open");
+        QTest::addColumn<int>("width");
+        QTest::newRow("an editor with warnings that quote a name without blanks")
+            << Open([](Window &window) {
+                   window.edit(u"a"_s);
+                   return sheets().constFirst();
+               })
+            << 460;
+        QTest::newRow("an editor that was given keys which cannot be recorded")
+            << Open([](Window &window) {
+                   window.edit(u"a"_s);
+                   SettingsWindow::clickInSheet(allModifiersF12.description());
+                   window.platform.eventMonitor.press(40, shiftEventFlag);
+                   return sheets().constFirst();
+               })
+            << 460;
+        QTest::newRow("an editor with a message") << Open([](Window &window) {
+            window.click(u"Add"_s);
+            SettingsWindow::clickInSheet(u"Add"_s);
+            return sheets().constFirst();
+        }) << 460;
+        QTest::newRow("an error that quotes a name without blanks") << Open([](Window &window) {
+            window.store->report(u"“%1” could not be read."_s.arg(u"W"_s.repeated(200)), {});
+            return &SettingsWindow::sheet(u"Something went wrong"_s);
+        }) << 400;
+    }
+    void keepsSheetsAtTheirWidth()
+    {
+        QFETCH(const Open, open);
+        QFETCH(const int, width);
+        Window window;
+        // A scroll bar of a high sheet lies beside it.
+        const QWidget *const content = open(window)->findChild<QScrollArea *>()->widget();
+        settle();
+        QCOMPARE(content->width(), width);
     }
 
 private:

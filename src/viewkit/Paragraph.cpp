@@ -1,0 +1,71 @@
+#include "viewkit/Paragraph.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QTextLayout>
+#include <QtMath>
+
+namespace
+{
+/// In characters of the usual width: longer words break where there is no room. No word of our own
+/// texts is longer.
+constexpr int longestWholeWord = 16;
+
+/// What QLabel takes for the longest line that reads well, in the same measure.
+constexpr int longestLine = 80;
+} // namespace
+
+Paragraph::Paragraph()
+{
+    // The lines themselves are ours, because QLabel's break only between words.
+    setWordWrap(true);
+}
+
+QSize Paragraph::sizeHint() const
+{
+    const int widest = fontMetrics().averageCharWidth() * longestLine;
+    return QLabel::sizeHint().boundedTo({widest, QWIDGETSIZE_MAX});
+}
+
+QSize Paragraph::minimumSizeHint() const
+{
+    const int widest = fontMetrics().averageCharWidth() * longestWholeWord;
+    return QLabel::minimumSizeHint().boundedTo({widest, QWIDGETSIZE_MAX});
+}
+
+int Paragraph::heightForWidth(int width) const
+{
+    QTextLayout layout;
+    return layOut(layout, width);
+}
+
+/// Fills the layout, and returns its height.
+int Paragraph::layOut(QTextLayout &layout, int width) const
+{
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()));
+    option.setTextDirection(layoutDirection());
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setText(QString(text()).replace(u'\n', QChar::LineSeparator));
+    layout.setFont(font());
+    layout.setTextOption(option);
+    layout.beginLayout();
+    qreal height = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLeadingIncluded(true);
+        line.setLineWidth(width);
+        line.setPosition({0, height});
+        height += line.height();
+    }
+    layout.endLayout();
+    return qCeil(height);
+}
+
+void Paragraph::paintEvent(QPaintEvent *)
+{
+    QTextLayout layout;
+    const int unused = height() - layOut(layout, width());
+    const bool isTop = alignment() & Qt::AlignTop;
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    layout.draw(&painter, {0, isTop ? 0. : unused / 2.});
+}
