@@ -59,6 +59,38 @@ void startOnceMore()
     second.start();
     QCOMPARE(second.exitStatus(), 0);
 }
+
+void openFromTheMenu()
+{
+    chooseInTray(u"Open Settings"_s);
+}
+
+/// Two of them, and the first in use, until the end of the scope.
+class Workspaces
+{
+public:
+    Workspaces()
+    {
+        setWorkspaces(2);
+        use(0);
+    }
+    ~Workspaces() { use(0); }
+    Q_DISABLE_COPY_MOVE(Workspaces)
+
+    /// Goes to the second one, on which the window is not.
+    void leave() const
+    {
+        use(1);
+        QTRY_VERIFY(!windowOnScreen(title));
+    }
+
+private:
+    static void use(int workspace)
+    {
+        switchToWorkspace(workspace);
+        QTRY_COMPARE(currentWorkspace(), workspace);
+    }
+};
 } // namespace
 
 class SettingsWindowTest : public QObject
@@ -104,18 +136,17 @@ private Q_SLOTS:
 
     void opensAlsoWithoutABus()
     {
-        const QTemporaryDir runtime;
-        const auto noBus = [&runtime](ProgramUnderTest &program) {
+        const auto noBus = [](ProgramUnderTest &program) {
             program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
-            program.environment.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
-            program.addApp(u"/usr/bin/true"_s, {40, 0x1800});
             program.start();
         };
         const Keyboard keyboard;
         ProgramUnderTest first;
+        first.addApp(u"/usr/bin/true"_s, {40, 0x1800});
         noBus(first);
         QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
         ProgramUnderTest second;
+        second.environment.insert(u"XDG_DATA_HOME"_s, first.dataHome());
         noBus(second);
         QTRY_COMPARE(activeTitle(), title);
         QCOMPARE(second.exitStatus(), 0);
@@ -145,6 +176,60 @@ private Q_SLOTS:
         QTRY_VERIFY(!windowOnScreen(title));
         startOnceMore();
         QCOMPARE(started.window(), window);
+    }
+
+    void comesToTheWorkspaceInUse_data()
+    {
+        QTest::addColumn<void (*)()>("ask");
+        QTest::addColumn<bool>("isMinimized");
+        using Ask = void (*)();
+        const auto row = [](const char *name, Ask ask, bool isMinimized) {
+            QTest::newRow(name) << ask << isMinimized;
+        };
+        row("by a second start", &startOnceMore, false);
+        row("by a second start, minimized", &startOnceMore, true);
+        row("over the bus", &askForSettings, false);
+        row("from the menu", &openFromTheMenu, false);
+        row("from the menu, minimized", &openFromTheMenu, true);
+    }
+    void comesToTheWorkspaceInUse()
+    {
+        using Ask = void (*)();
+        QFETCH(const Ask, ask);
+        QFETCH(const bool, isMinimized);
+        const Workspaces workspaces;
+        Program started(Program::User::knowsIt);
+        askForSettings();
+        const xcb_window_t window = started.window();
+        const QRect place = geometryOf(window);
+        if (isMinimized) {
+            minimizeWindow(window);
+            QTRY_VERIFY(!windowOnScreen(title));
+        }
+        workspaces.leave();
+        ask();
+        QCOMPARE(started.window(), window);
+        QCOMPARE(workspaceOf(window), 1);
+        QCOMPARE(currentWorkspace(), 1);
+        QTRY_COMPARE(geometryOf(window), place);
+    }
+
+    void bringsItsSheetToTheWorkspaceInUse()
+    {
+        const Workspaces workspaces;
+        Program started(Program::User::knowsIt);
+        askForSettings();
+        const xcb_window_t window = started.window();
+        // By way of Add.
+        started.keyboard.type({KEY_SPACE});
+        const QString sheet = u"New shortcut"_s;
+        QTRY_COMPARE(activeTitle(), sheet);
+        workspaces.leave();
+        askForSettings();
+        QTRY_COMPARE(activeTitle(), sheet);
+        QCOMPARE(workspaceOf(activeWindow().value_or(XCB_NONE)), 1);
+        QTRY_COMPARE(workspaceOf(window), 1);
+        QVERIFY(windowOnScreen(title));
     }
 };
 

@@ -24,6 +24,18 @@ QWidget &frontOf(QWidget &window)
     }
     return window;
 }
+
+/// With all sheets that are between the two.
+void moveToCurrentWorkspace(const QWidget &window, const QWidget &front)
+{
+    for (const QWidget *widget = &front; widget; widget = widget->parentWidget()) {
+        // What is not on the screen yet appears on the workspace that the user is on.
+        if (widget->isWindow() && widget->isVisible())
+            moveToCurrentWorkspace(*widget->windowHandle());
+        if (widget == &window)
+            return;
+    }
+}
 } // namespace
 
 LinuxApplication::LinuxApplication(UserActivation &activation)
@@ -39,6 +51,7 @@ void LinuxApplication::activate(QWidget &window)
     const bool mustBeNew = isWayland() && token.isEmpty() && !front.isActiveWindow();
     if (mustBeNew)
         front.hide();
+    moveToCurrentWorkspace(window, front);
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     front.show();

@@ -23,12 +23,14 @@ QString output(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-/// Sends a message about the window to the window manager.
+/// Sends a message about the window, or about none, to the window manager.
 void tellWindowManager(xcb_window_t window, const QByteArray &messageName,
                        const std::array<uint32_t, 5> &values)
 {
     auto *const connection = xcb_connect(nullptr, nullptr);
     const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    if (window == XCB_NONE)
+        window = root;
     auto *const name = xcb_intern_atom_reply(
         connection,
         xcb_intern_atom(connection, false, uint16_t(messageName.size()), messageName.constData()),
@@ -59,6 +61,15 @@ QStringList rootWindows(const QString &property)
 QString titleOf(const QString &window)
 {
     return output(u"xprop"_s, {u"-id"_s, window, u"WM_NAME"_s}).section(u'"', 1, 1);
+}
+
+/// -1 if it does not have the property.
+int cardinal(const QStringList &window, const QString &property)
+{
+    const QString text = output(u"xprop"_s, window + QStringList(property));
+    bool isNumber = false;
+    const int value = text.section(u"= "_s, 1).trimmed().toInt(&isNumber);
+    return isNumber ? value : -1;
 }
 
 int number(const QString &text, const QString &label)
@@ -121,4 +132,24 @@ void minimizeWindow(xcb_window_t window)
 {
     constexpr uint32_t iconicState = 3;
     tellWindowManager(window, "WM_CHANGE_STATE", {iconicState});
+}
+
+void setWorkspaces(int count)
+{
+    tellWindowManager(XCB_NONE, "_NET_NUMBER_OF_DESKTOPS", {uint32_t(count)});
+}
+
+void switchToWorkspace(int workspace)
+{
+    tellWindowManager(XCB_NONE, "_NET_CURRENT_DESKTOP", {uint32_t(workspace), XCB_CURRENT_TIME});
+}
+
+int currentWorkspace()
+{
+    return cardinal({u"-root"_s}, u"_NET_CURRENT_DESKTOP"_s);
+}
+
+int workspaceOf(xcb_window_t window)
+{
+    return cardinal({u"-id"_s, QString::number(window)}, u"_NET_WM_DESKTOP"_s);
 }

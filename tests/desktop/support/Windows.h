@@ -22,6 +22,14 @@ void moveWindow(xcb_window_t window, const QPoint &place);
 /// Gives its content that size, as far as it lets be done with it.
 void resizeWindow(xcb_window_t window, const QSize &size);
 
+/// Workspaces are counted from 0.
+void setWorkspaces(int count);
+void switchToWorkspace(int workspace);
+int currentWorkspace();
+
+/// The one that the window is on; -1 if the window manager does not tell.
+int workspaceOf(xcb_window_t window);
+
 /// Asks for what a click on the button of the frame asks for.
 void closeWindow(xcb_window_t window);
 void minimizeWindow(xcb_window_t window);

@@ -1,4 +1,4 @@
-// Which window has the focus on X11.
+// What window managers of X11 are asked for, to get a window before the user's eyes.
 #pragma once
 
 #include <QtGlobal>
@@ -9,3 +9,8 @@ class QWindow;
 /// that time of the X server. Qt would name the time at which it last heard of the user itself.
 /// Nothing happens where the program is not on X11.
 void requestActiveWindow(const QWindow &window, quint32 userTime);
+
+/// Moves the window to the workspace that the user is on, if it is on another. Most window managers
+/// only mark a window of another workspace that asks for the focus. Nothing happens where the
+/// program is not on X11.
+void moveToCurrentWorkspace(const QWindow &window);
