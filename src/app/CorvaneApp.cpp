@@ -2,6 +2,9 @@
 
 #include "platform/Platform.h"
 
+#include <QPixmapCache>
+#include <QThreadPool>
+
 using namespace Qt::StringLiterals;
 
 CorvaneApp::CorvaneApp(int &argc, char **argv, const Platform &platform, ShortcutStore &store)
@@ -11,4 +14,8 @@ CorvaneApp::CorvaneApp(int &argc, char **argv, const Platform &platform, Shortcu
 {
     setDesktopFileName(platform.bundleIdentifier);
     setQuitOnLastWindowClosed(false);
+    // Qt would go on for minutes after the window was closed: its cache of images is emptied bit by
+    // bit, and the threads that help with painting end after a while.
+    QPixmapCache::setCacheLimit(0);
+    QThreadPool::globalInstance()->setExpiryTimeout(-1);
 }
