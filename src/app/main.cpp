@@ -4,10 +4,11 @@
 #include "hotkeys/HotkeyCenter.h"
 #include "model/ShortcutStore.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/ProcessSignals.h"
 #include "platform/linux/instance/SingleInstance.h"
 #include "platform/linux/x11/StartupNotification.h"
 
+#include <QStandardPaths>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -38,9 +39,9 @@ std::optional<int> endOfClaim(InstanceClaim claim)
     case InstanceClaim::unanswered:
         say(u"it runs already, but does not answer"_s);
         return EXIT_FAILURE;
-    case InstanceClaim::impossible:
-        say(u"without a session bus and a folder for a lock file it may run more than once"_s);
-        return std::nullopt;
+    case InstanceClaim::elsewhere:
+        say(u"it runs already, in another session"_s);
+        return EXIT_FAILURE;
     }
     Q_UNREACHABLE();
 }
@@ -51,8 +52,10 @@ int main(int argc, char *argv[])
     const auto tokens = StartupTokens::takeFromEnvironment();
     // Writing beyond the limit of file sizes then fails, instead of ending the program.
     std::signal(SIGXFSZ, SIG_IGN);
-    TerminationSignals terminationSignals;
-    SingleInstance instance;
+    // Before the claim: the signal of another start would find no handler.
+    ProcessSignals signals;
+    SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+                            + u"/Corvane/entries.json.lock"_s);
     if (const auto status = endOfClaim(instance.claim(tokens)))
         return *status;
     const auto &platform = LinuxPlatform::shared();
@@ -69,7 +72,7 @@ int main(int argc, char *argv[])
 
     CorvaneApp app(argc, argv, session.services(), store);
     session.attachToEventLoop();
-    terminationSignals.attachToEventLoop();
+    signals.attachToEventLoop([&instance] { instance.handleSignal(); });
     instance.attachToEventLoop(
         session.userActivation(),
         {.activate = [&app] { app.appDelegate.openSettings(); }, .fire = fire});

@@ -10,8 +10,10 @@
 #include "support/Windows.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 #include <algorithm>
@@ -19,13 +21,13 @@
 #include <csignal>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr StoredKeys controlOptionJ{38, 0x1800};
 constexpr StoredKeys controlOptionK{40, 0x1800};
 constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 const QString name = u"org.corvane.Corvane"_s;
@@ -50,17 +52,21 @@ public:
     QString busAddress() const { return m_bus ? m_bus->address() : u"unix:path=/nowhere"_s; }
     void endBus() { m_bus.reset(); }
 
-    QString lockFile() const
-    {
-        const QString display = qEnvironmentVariable("DISPLAY").replace(u':', u'_');
-        return m_folder.filePath(u"org.corvane.Corvane-%1.lock"_s.arg(display));
-    }
+    pid_t busProcess() const { return m_bus->processId(); }
 
     void start(ProgramUnderTest &program) const
     {
         program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, busAddress());
         program.environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
         program.start();
+    }
+
+    /// The same, on the list and the settings that the other program has.
+    void startBeside(const ProgramUnderTest &other, ProgramUnderTest &program) const
+    {
+        program.environment.insert(u"XDG_DATA_HOME"_s, other.dataHome());
+        program.environment.insert(u"XDG_CONFIG_HOME"_s, other.configHome());
+        start(program);
     }
 
     /// Calls the instance that has the name; its answer.
@@ -74,6 +80,20 @@ public:
         QDBusConnection::disconnectFromBus(caller);
         return answer;
     }
+    /// Calls Activate so many times in a row and awaits nothing but that the bus has the calls.
+    void flood(int times) const
+    {
+        const QString caller = u"flood"_s;
+        auto connection = QDBusConnection::connectToBus(busAddress(), caller);
+        auto call = QDBusMessage::createMethodCall(name, u"/org/corvane/Corvane"_s,
+                                                   u"org.freedesktop.Application"_s, u"Activate"_s);
+        call << QVariantMap();
+        for (int i = 0; i < times; ++i)
+            connection.send(call);
+        connection.interface()->isServiceRegistered(name);
+        QDBusConnection::disconnectFromBus(caller);
+    }
+
     QDBusMessage fire(const QVariantList &parameters, const QVariantMap &platformData = {}) const
     {
         return call(u"ActivateAction"_s, {u"fire"_s, QVariant(parameters), platformData});
@@ -98,6 +118,7 @@ struct Instance {
         session.start(program);
         QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
     }
+    QString lockFile() const { return program.dataHome() + u"/Corvane/entries.json.lock"_s; }
     void verifyThatItsKeysWork() const
     {
         const qsizetype before = onK.starts().size();
@@ -126,7 +147,7 @@ void askInVain(const Instance &first, const Session &session)
 {
     QCOMPARE(kill(first.program.processId(), SIGSTOP), 0);
     ProgramUnderTest second;
-    session.start(second);
+    session.startBeside(first.program, second);
     verifyThatItEnds(second, 1, noAnswer);
 }
 } // namespace
@@ -144,7 +165,7 @@ private Q_SLOTS:
         Instance first;
         first.startIn(session);
         ProgramUnderTest second;
-        session.start(second);
+        session.startBeside(first.program, second);
         verifyThatItEnds(second, 0, "");
         first.verifyThatItsKeysWork();
         QCOMPARE(first.program.stop(), 0);
@@ -181,11 +202,9 @@ private Q_SLOTS:
                  QStringList(u"/org/corvane/Corvane | "_s + platformData));
     }
 
-    void tellsTheDesktopThatTheSecondStartIsOver_data() { addRoads(); }
     void tellsTheDesktopThatTheSecondStartIsOver()
     {
-        QFETCH(const bool, hasBus);
-        const Session session(hasBus);
+        const Session session;
         Instance first;
         first.startIn(session);
         StartupMessages messages;
@@ -213,12 +232,11 @@ private Q_SLOTS:
         const Session session(hasBus);
         Instance first;
         first.startIn(session);
-        RecordedApp app;
         ProgramUnderTest second;
-        second.addApp(app.desktopFile(), controlOptionJ);
         QCOMPARE(kill(first.program.processId(), SIGKILL), 0);
-        session.start(second);
-        QTRY_VERIFY(Keyboard().isGrabbed(KEY_J, controlAlt));
+        QTRY_VERIFY(!Keyboard().isGrabbed(KEY_K, controlAlt));
+        session.startBeside(first.program, second);
+        QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
         QCOMPARE(second.stop(), 0);
         QCOMPARE(second.errorOutput(), QByteArray());
     }
@@ -231,10 +249,10 @@ private Q_SLOTS:
             const Session session(hasBus);
             const RecordedApp app;
             std::array<ProgramUnderTest, 8> programs;
-            for (ProgramUnderTest &program : programs) {
-                program.addApp(app.desktopFile(), controlOptionK);
-                session.start(program);
-            }
+            programs.front().addApp(app.desktopFile(), controlOptionK);
+            programs.front().writeFiles();
+            for (ProgramUnderTest &program : programs)
+                session.startBeside(programs.front(), program);
             QTRY_COMPARE(std::ranges::count_if(programs, &ProgramUnderTest::isRunning), 1);
             QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
             Keyboard().type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
@@ -304,68 +322,192 @@ private Q_SLOTS:
     void takesThePlaceOfOneThatLeavesTheLockWhenItIsAsked()
     {
         const Session session(false);
+        Instance second;
+        QVERIFY(QDir().mkpath(second.program.dataHome() + u"/Corvane"_s));
         const int file =
-            open(QFile::encodeName(session.lockFile()).constData(), O_RDWR | O_CREAT, 0600);
+            open(QFile::encodeName(second.lockFile()).constData(), O_RDWR | O_CREAT, 0600);
         struct flock whole = {};
         whole.l_type = F_WRLCK;
         QCOMPARE(fcntl(file, F_SETLK, &whole), 0);
-        Instance second;
+        static volatile std::sig_atomic_t isAsked;
+        isAsked = 0;
+        const auto former = std::signal(SIGURG, [](int) { isAsked = 1; });
         session.start(second.program);
-        QTRY_VERIFY(QFileInfo(session.lockFile()).size() > 0);
+        QTRY_VERIFY(isAsked);
+        std::signal(SIGURG, former);
         QVERIFY(!Keyboard().isGrabbed(KEY_K, controlAlt));
         close(file);
         QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
         second.verifyThatItsKeysWork();
     }
 
-    void keepsItsLockFileToItself()
+    void runsInOneSessionOfTheUserOnly_data() { addRoads(); }
+    void runsInOneSessionOfTheUserOnly()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        ProgramUnderTest second;
+        second.environment.insert(u"DISPLAY"_s, u":9999"_s);
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 1, "corvane: it runs already, in another session\n");
+        first.verifyThatItsKeysWork();
+        QVERIFY(!windowOnScreen(u"Corvane"_s));
+    }
+
+    void isAskedFromWhereThereIsNoDisplay_data() { addRoads(); }
+    void isAskedFromWhereThereIsNoDisplay()
+    {
+        QFETCH(const bool, hasBus);
+        const Session session(hasBus);
+        Instance first;
+        first.startIn(session);
+        ProgramUnderTest second;
+        second.environment.remove(u"DISPLAY"_s);
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 0, "");
+        QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
+    }
+
+    void forgetsTheDisplayOfAnInstanceThatDied()
     {
         const Session session(false);
         Instance first;
+        QVERIFY(QDir().mkpath(first.program.dataHome() + u"/Corvane"_s));
+        QFile former(first.lockFile());
+        QVERIFY(former.open(QIODevice::WriteOnly));
+        former.write(":9999");
+        former.close();
         first.startIn(session);
-        QCOMPARE(QFile::permissions(session.lockFile()) & ~(QFile::ReadUser | QFile::WriteUser),
+        ProgramUnderTest second;
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 0, "");
+    }
+
+    void keepsItsLockFileToItself()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(QFile::permissions(first.lockFile()) & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
     }
 
-    void followsNoLinkInThePlaceOfItsLockFile()
+    void leavesAloneWhatIsInThePlaceOfItsLockFile_data()
     {
-        const Session session(false);
-        const QTemporaryDir elsewhere;
-        QVERIFY(QFile::link(elsewhere.filePath(u"target"_s), session.lockFile()));
-        Instance first;
-        first.program.environment.insert(u"TMPDIR"_s, elsewhere.path());
-        first.startIn(session);
-        ProgramUnderTest second;
-        second.environment.insert(u"TMPDIR"_s, elsewhere.path());
-        session.start(second);
-        verifyThatItEnds(second, 0, "");
-        QVERIFY(!QFile::exists(elsewhere.filePath(u"target"_s)));
+        QTest::addColumn<void (*)(const QString &)>("make");
+        const auto row = [](const char *title, void (*make)(const QString &)) {
+            QTest::newRow(title) << make;
+        };
+        row("a folder", [](const QString &path) { QVERIFY(QDir().mkdir(path)); });
+        row("a link", [](const QString &path) { QVERIFY(QFile::link(path + u".target"_s, path)); });
+        row("a pipe", [](const QString &path) {
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        });
     }
-
-    void runsWithoutABusAndAFolder()
+    void leavesAloneWhatIsInThePlaceOfItsLockFile()
     {
+        using Make = void (*)(const QString &);
+        QFETCH(const Make, make);
         const Session session(false);
-        QVERIFY(QDir().mkdir(session.lockFile()));
         Instance first;
-        first.program.environment.insert(u"TMPDIR"_s, u"/proc"_s);
+        QVERIFY(QDir().mkpath(first.program.dataHome() + u"/Corvane"_s));
+        make(first.lockFile());
         first.startIn(session);
         first.verifyThatItsKeysWork();
-        QCOMPARE(first.program.errorOutput(),
-                 QByteArray("corvane: without a session bus and a folder for a lock file it may "
-                            "run more than once\n"));
+        QVERIFY(!QFile::exists(first.lockFile() + u".target"_s));
+        QCOMPARE(first.program.stop(), 0);
+        QCOMPARE(first.program.errorOutput(), QByteArray());
     }
 
+    void outlivesTheBus_data()
+    {
+        QTest::addColumn<bool>("hasNewBus");
+        QTest::newRow("for good") << false;
+        QTest::newRow("which is started anew") << true;
+    }
     void outlivesTheBus()
     {
+        QFETCH(const bool, hasNewBus);
         Session session;
         Instance first;
+        // Where GIO, too, has a connection to the bus once the window is open.
+        first.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"GNOME"_s);
+        first.program.environment.insert(u"GSETTINGS_BACKEND"_s, u"dconf"_s);
         first.startIn(session);
-        // It answers when its start is over, in which libdbus ends a program that waits for the
-        // bus.
-        QCOMPARE(session.fire({}).type(), QDBusMessage::ErrorMessage);
+        session.call(u"Activate"_s, {QVariantMap()});
+        QTRY_VERIFY(first.program.hasThread("gdbus"));
         session.endBus();
         first.verifyThatItsKeysWork();
+
+        const Session next(hasNewBus);
+        ProgramUnderTest second;
+        next.startBeside(first.program, second);
+        verifyThatItEnds(second, 0, "");
+        first.verifyThatItsKeysWork();
         QCOMPARE(first.program.stop(), 0);
+    }
+
+    void hasItsKeysThoughTheBusHangs()
+    {
+        const Session session;
+        QCOMPARE(kill(session.busProcess(), SIGSTOP), 0);
+        Instance first;
+        session.start(first.program);
+        QTRY_VERIFY_WITH_TIMEOUT(Keyboard().isGrabbed(KEY_K, controlAlt), 3000);
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.onK.starts().constFirst()["busAddress"].get<std::string>(),
+                 session.busAddress().toStdString());
+
+        ProgramUnderTest second;
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 0, "");
+        QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.program.stop(), 0);
+        QCOMPARE(first.program.errorOutput(), QByteArray());
+    }
+
+    void givesUpAfterFiveSeconds()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(kill(session.busProcess(), SIGSTOP), 0);
+        QCOMPARE(kill(first.program.processId(), SIGSTOP), 0);
+        ProgramUnderTest second;
+        const QDeadlineTimer limit(6000);
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 1, noAnswer);
+        QVERIFY(!limit.hasExpired());
+    }
+
+    void runsEntriesWhileTheBusHangs()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        QCOMPARE(session.fire({}).type(), QDBusMessage::ErrorMessage);
+        QCOMPARE(kill(session.busProcess(), SIGSTOP), 0);
+        first.verifyThatItsKeysWork();
+        first.verifyThatItsKeysWork();
+        QCOMPARE(first.program.stop(), 0);
+    }
+
+    void hearsKeysInAFloodOfCalls()
+    {
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        session.call(u"Activate"_s, {QVariantMap()});
+        QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
+        session.flood(5000);
+        QElapsedTimer sincePress;
+        sincePress.start();
+        first.verifyThatItsKeysWork();
+        qInfo("the press ran its entry after %lld ms", sincePress.elapsed());
+        QVERIFY(sincePress.elapsed() < 500);
     }
 
     void firesEntries_data()

@@ -78,6 +78,27 @@ private Q_SLOTS:
 
     void knowsNoDesktopWithoutItsVariable() { QVERIFY(!currentDesktop(environment({}))); }
 
+    void tellsDisplaysApart_data()
+    {
+        QTest::addColumn<QStringList>("variables");
+        QTest::addColumn<QString>("name");
+        const auto add = [](const char *row, const QStringList &variables, const QString &name) {
+            QTest::newRow(row) << variables << name;
+        };
+        add("of X11", {u"DISPLAY=:1"_s}, u":1"_s);
+        add("with its screen", {u"DISPLAY=:1.0"_s}, u":1"_s);
+        add("on another machine", {u"DISPLAY=10.0.0.1:0.1"_s}, u"10.0.0.1:0"_s);
+        add("of Wayland",
+            {u"DISPLAY=:1"_s, u"WAYLAND_DISPLAY=wayland-1"_s, u"XDG_RUNTIME_DIR=/run/user/1"_s},
+            u"/run/user/1/wayland-1"_s);
+        add("none", {}, QString());
+    }
+    void tellsDisplaysApart()
+    {
+        QFETCH(const QStringList, variables);
+        QTEST(displayName(environment(variables)), "name");
+    }
+
     void findsTheCompositor_data()
     {
         QTest::addColumn<QStringList>("variables");

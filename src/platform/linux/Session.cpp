@@ -1,11 +1,12 @@
 #include "platform/linux/Session.h"
 
+#include "platform/linux/LocalSocket.h"
+
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QHash>
-#include <cstring>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <QRegularExpression>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +35,15 @@ std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment)
     return std::nullopt;
 }
 
+QString displayName(const QProcessEnvironment &environment)
+{
+    if (sessionType(environment) == SessionType::wayland)
+        return waylandSocketPath(environment);
+    // The screen of an X display is of no account.
+    static const QRegularExpression screen(u"(:[0-9]+)\\.[0-9]+\\z"_s);
+    return environment.value(u"DISPLAY"_s).replace(screen, u"\\1"_s);
+}
+
 QString waylandSocketPath(const QProcessEnvironment &environment)
 {
     QString name = environment.value(u"WAYLAND_DISPLAY"_s);
@@ -44,15 +54,7 @@ QString waylandSocketPath(const QProcessEnvironment &environment)
 
 bool acceptsConnections(const QString &socketPath)
 {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    const QByteArray path = QFile::encodeName(socketPath);
-    if (size_t(path.size()) >= sizeof address.sun_path)
-        return false;
-    std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
-    const int socketDescriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool accepted =
-        connect(socketDescriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
-    close(socketDescriptor);
-    return accepted;
+    constexpr std::chrono::seconds patience(2);
+    const LocalSocket server(QFile::encodeName(socketPath), QDeadlineTimer(patience));
+    return server.state() == LocalSocket::State::connected;
 }

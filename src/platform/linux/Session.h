@@ -31,6 +31,9 @@ enum class Desktop {
 /// The first that we know of those that the session calls itself; nothing if we know none.
 std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment);
 
+/// By what name the session's display is told from others of the user; empty if there is none.
+QString displayName(const QProcessEnvironment &environment);
+
 /// Where the session's Wayland compositor listens.
 QString waylandSocketPath(const QProcessEnvironment &environment);
 

@@ -5,6 +5,7 @@
 #include <QProcessEnvironment>
 #include <QString>
 #include <QTemporaryDir>
+#include <sys/types.h>
 
 class PrivateBus
 {
@@ -19,6 +20,9 @@ public:
 
     /// As DBUS_SESSION_BUS_ADDRESS has it.
     QString address() const { return m_address; }
+
+    /// Of the bus's own process.
+    pid_t processId() const { return pid_t(m_daemon.processId()); }
 
 private:
     QTemporaryDir m_folder;

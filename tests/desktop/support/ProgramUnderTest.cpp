@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QSet>
 #include <QUuid>
+#include <algorithm>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -128,6 +129,15 @@ void ProgramUnderTest::startAgain()
 QList<pid_t> ProgramUnderTest::children() const
 {
     return childrenOf(m_process.processId());
+}
+
+bool ProgramUnderTest::hasThread(const QByteArray &name) const
+{
+    const QDir threads(u"/proc/%1/task"_s.arg(processId()));
+    const QStringList numbers = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return std::ranges::any_of(numbers, [&](const QString &number) {
+        return read(threads.filePath(number + u"/comm"_s)).trimmed() == name;
+    });
 }
 
 int ProgramUnderTest::end()

@@ -67,6 +67,9 @@ public:
 
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
+    /// Whether one of its threads has that name.
+    bool hasThread(const QByteArray &name) const;
+
     pid_t processId() const { return pid_t(m_process.processId()); }
 
     /// What it has started that has not ended, or that it has not taken notice of.

@@ -124,6 +124,7 @@ int main(int argc, char *argv[])
             {"process", getpid()},
             {"startupId", variable("DESKTOP_STARTUP_ID")},
             {"activationToken", variable("XDG_ACTIVATION_TOKEN")},
+            {"busAddress", variable("DBUS_SESSION_BUS_ADDRESS")},
             {"descriptors", descriptors},
             {"leadsItsSession", getsid(0) == getpid()},
             {"hasDefaultSignals", hasDefaultSignals()},

@@ -8,7 +8,6 @@
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
-#include <QDeadlineTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +15,7 @@ namespace
 {
 const QString objectPath = u"/org/corvane/Corvane"_s;
 
-QDBusError activateOther(const StartupTokens &tokens, const QDeadlineTimer &deadline)
+QDBusError errorOfActivating(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
     auto call = QDBusMessage::createMethodCall(applicationId, objectPath,
                                                u"org.freedesktop.Application"_s, u"Activate"_s);
@@ -36,27 +35,29 @@ bool mayHaveGone(const QDBusError &error)
 }
 } // namespace
 
-InstanceClaim DBusApplication::claim(const StartupTokens &tokens)
+InstanceClaim DBusApplication::claim(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
     auto bus = QDBusConnection::sessionBus();
     // The object first: whoever finds the name expects it.
     if (!bus.isConnected()
         || !bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
-        return InstanceClaim::impossible;
-    const QDeadlineTimer deadline(instancePatience);
+        return InstanceClaim::first;
     do {
         const auto request = bus.interface()->registerService(applicationId);
-        if (!request.isValid())
-            return InstanceClaim::impossible;
-        if (request == QDBusConnectionInterface::ServiceRegistered)
+        if (!request.isValid() || request == QDBusConnectionInterface::ServiceRegistered)
             return InstanceClaim::first;
-        const QDBusError error = activateOther(tokens, deadline);
+        const QDBusError error = errorOfActivating(tokens, deadline);
         if (!error.isValid())
             return InstanceClaim::handedOver;
         if (!mayHaveGone(error))
             return InstanceClaim::unanswered;
     } while (!deadline.hasExpired());
     return InstanceClaim::unanswered;
+}
+
+bool DBusApplication::activateOther(const StartupTokens &tokens, const QDeadlineTimer &deadline)
+{
+    return !errorOfActivating(tokens, deadline).isValid();
 }
 
 void DBusApplication::Activate(const QVariantMap &platformData)

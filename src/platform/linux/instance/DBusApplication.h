@@ -6,6 +6,7 @@
 #include "platform/linux/instance/InstanceClaim.h"
 
 #include <QDBusContext>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QUuid>
 #include <QVariantMap>
@@ -22,9 +23,14 @@ public:
     /// Tells whether there is an entry with that id.
     std::function<bool(const QUuid &, const StartupTokens &)> fire;
 
-    /// Waits for the bus, and for another instance to take over our tokens. Impossible without a
-    /// bus; one that comes or goes later changes nothing. Needs no QApplication yet.
-    InstanceClaim claim(const StartupTokens &tokens);
+    /// Claims the name; waits for another instance that has it to take over our tokens. Without a
+    /// bus there is no other; one that comes or goes later changes nothing. Needs no QApplication
+    /// yet.
+    InstanceClaim claim(const StartupTokens &tokens, const QDeadlineTimer &deadline);
+
+    /// Hands our tokens over to the instance that has the name. False if there is none, or no
+    /// answer until the deadline.
+    static bool activateOther(const StartupTokens &tokens, const QDeadlineTimer &deadline);
 
 public Q_SLOTS:
     // The interface; the bus knows them by these names.

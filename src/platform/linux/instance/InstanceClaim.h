@@ -1,7 +1,5 @@
-// What comes of claiming the session's one place for the program.
+// What comes of claiming the one place for the program.
 #pragma once
-
-#include <chrono>
 
 enum class InstanceClaim {
     /// It is ours, until the program ends, however it ends.
@@ -10,9 +8,6 @@ enum class InstanceClaim {
     handedOver,
     /// Another instance has it, and does not answer.
     unanswered,
-    /// Nobody can claim it in this way here.
-    impossible,
+    /// Another instance has it, in another session of the user.
+    elsewhere,
 };
-
-/// How long the other instance may take to answer: it may be busy with its own start.
-inline constexpr std::chrono::seconds instancePatience(5);

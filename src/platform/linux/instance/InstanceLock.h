@@ -1,44 +1,54 @@
-// The session's one place for the program where there is no session bus: a locked file, through
-// which a second instance also hands over what it was started for.
+// The one place for the program that may write the list: a locked file beside it.
 #pragma once
 
-#include "platform/linux/StartupTokens.h"
-#include "platform/linux/instance/InstanceClaim.h"
-
-#include <QSocketNotifier>
-#include <QStringList>
-#include <functional>
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QString>
 #include <optional>
+#include <sys/types.h>
 
-/// The kernel lets go of the lock when the program ends, however it ends. What a second instance
-/// writes into the file is a request; the first one takes it out, which is the answer. Both watch
-/// the file for changes. There is one lock in a program, until it ends.
+/// The kernel lets go of the lock when the program ends, however it ends. The file holds the name
+/// of the display that the holder serves. How many bytes are locked tells the rest: one while the
+/// holder is still to write that name, two then, and one more for each request that it has
+/// answered.
 class InstanceLock
 {
 public:
-    /// The first of the files that can be opened, or made, serves; impossible if none does. Waits
-    /// for another instance to take over our tokens. Needs no QApplication yet.
-    InstanceClaim claim(const QStringList &paths, const StartupTokens &tokens);
+    enum class State {
+        ours,
+        /// Another instance has it, for the same display as far as can be told.
+        heldHere,
+        heldElsewhere,
+        /// The file cannot be made or locked.
+        impossible,
+    };
 
-    /// Calls the handler with the tokens of each request, also of one that came before. To be
-    /// called once, by the first instance, when QApplication exists.
-    void attachToEventLoop(std::function<void(const StartupTokens &)> handler);
+    /// Opens the file, or makes it. There is one lock in a program, until it ends.
+    explicit InstanceLock(const QString &path);
+
+    /// Takes the lock for a display, if nobody has it. The name may be empty.
+    State take(const QByteArray &display);
+
+    /// Asks the holder by a signal to open its window. False if there is no holder (any more), or
+    /// no answer until the deadline.
+    bool ask(const QDeadlineTimer &deadline) const;
+
+    /// Tells whoever waits that what it asked for is being done. To be called by the holder.
+    void answer();
 
 private:
-    bool open(const QString &path);
-    bool tryLock() const;
-    InstanceClaim takePlace() const;
-    bool request(const StartupTokens &tokens) const;
-    std::optional<StartupTokens> takeRequest() const;
-    void handleChange() const;
+    struct Holder {
+        /// 0 or less if it is not among the processes that we see.
+        pid_t process;
+        off_t lockedBytes;
+    };
+
+    bool lock(off_t bytes) const;
+    std::optional<Holder> holder() const;
+    void write(const QByteArray &display) const;
+    bool isHeldFor(const QByteArray &display) const;
 
     // Never closed, because closing any descriptor of the file would give up the lock.
-    int m_file = -1;
-    int m_changes = -1;
-    std::optional<QSocketNotifier> m_notifier;
-    std::function<void(const StartupTokens &)> m_handler;
+    int m_file;
+    off_t m_lockedBytes = 0;
 };
-
-/// Where the session's lock file is to be: in its runtime folder, or else in the one for temporary
-/// files. Each display has one of its own.
-QStringList instanceLockPaths();

@@ -1,31 +1,74 @@
 #include "platform/linux/instance/SingleInstance.h"
 
+#include "platform/linux/Session.h"
+#include "platform/linux/SessionBus.h"
 #include "platform/linux/UserActivation.h"
 #include "platform/linux/x11/StartupNotification.h"
 
+#include <QDeadlineTimer>
+#include <chrono>
+
+namespace
+{
+/// How long the other instance may take to answer: it may be busy with its own start.
+constexpr std::chrono::seconds patience(5);
+} // namespace
+
+SingleInstance::SingleInstance(const QString &lockFile)
+    : m_lock(lockFile)
+{
+    m_activation.setSingleShot(true);
+    m_activation.setInterval(0);
+}
+
 InstanceClaim SingleInstance::claim(const StartupTokens &tokens)
 {
-    const InstanceClaim onBus = m_bus.claim(tokens);
-    if (onBus != InstanceClaim::impossible)
-        return onBus;
-    const InstanceClaim byLock = m_lock.claim(instanceLockPaths(), tokens);
-    m_isLocked = byLock == InstanceClaim::first;
-    return byLock;
+    const QByteArray display = displayName(QProcessEnvironment::systemEnvironment()).toUtf8();
+    const QDeadlineTimer deadline(patience);
+    avoidHangingSessionBus();
+    do {
+        switch (m_lock.take(display)) {
+        case InstanceLock::State::ours:
+        case InstanceLock::State::impossible:
+            return m_bus.claim(tokens, deadline);
+        case InstanceLock::State::heldElsewhere:
+            return InstanceClaim::elsewhere;
+        case InstanceLock::State::heldHere:
+            // The signal reaches also one that has lost its bus, but hands over no tokens.
+            if (m_bus.activateOther(tokens, deadline) || m_lock.ask(deadline))
+                return InstanceClaim::handedOver;
+        }
+    } while (!deadline.hasExpired());
+    return InstanceClaim::unanswered;
 }
 
 void SingleInstance::attachToEventLoop(UserActivation &activation, const InstanceHandlers &handlers)
 {
-    m_bus.activate = [&activation, activate = handlers.activate](const StartupTokens &tokens) {
-        activation.handedOver(tokens);
+    m_activation.callOnTimeout([this, &activation, activate = handlers.activate] {
+        activation.handedOver(m_latestTokens);
         activate();
-        StartupNotification::finish(tokens.startupId);
-    };
+        StartupNotification::finish(m_latestTokens.startupId);
+        m_latestTokens = {};
+    });
+    m_bus.activate = [this](const StartupTokens &tokens) { queueActivation(tokens); };
     m_bus.fire = [&activation, fire = handlers.fire](const QUuid &id, const StartupTokens &tokens) {
         activation.handedOver(tokens);
         const bool isKnown = fire(id);
         StartupNotification::finish(tokens.startupId);
         return isKnown;
     };
-    if (m_isLocked)
-        m_lock.attachToEventLoop(m_bus.activate);
+}
+
+void SingleInstance::handleSignal()
+{
+    queueActivation({});
+    m_lock.answer();
+}
+
+void SingleInstance::queueActivation(const StartupTokens &tokens)
+{
+    // The start that is passed over is over too.
+    StartupNotification::finish(m_latestTokens.startupId);
+    m_latestTokens = tokens;
+    m_activation.start();
 }

@@ -2,6 +2,7 @@
 
 #include "foundation/Text.h"
 #include "platform/linux/launch/ExecError.h"
+#include "platform/linux/SessionBus.h"
 
 #include <QByteArrayList>
 #include <QFile>
@@ -30,10 +31,12 @@ std::vector<char *> pointersTo(QByteArrayList &texts)
     return pointers;
 }
 
-/// The variables that programs find the tokens in.
-QByteArrayList variablesOf(const StartupTokens &tokens)
+/// The variables that programs find the session bus and the tokens in.
+QByteArrayList variablesWith(const StartupTokens &tokens)
 {
     QByteArrayList variables;
+    if (const QByteArray bus = sessionBusAddressForPrograms(); !bus.isEmpty())
+        variables << "DBUS_SESSION_BUS_ADDRESS=" + bus;
     if (!tokens.startupId.isEmpty())
         variables << "DESKTOP_STARTUP_ID=" + tokens.startupId;
     if (!tokens.activationToken.isEmpty())
@@ -41,13 +44,14 @@ QByteArrayList variablesOf(const StartupTokens &tokens)
     return variables;
 }
 
-/// Our environment and more variables, without what we ourselves were once started with.
+/// Our environment and more variables, without what is meant for us alone.
 std::vector<char *> environmentWith(QByteArrayList &more)
 {
     std::vector<char *> pointers;
     for (char **variable = environ; *variable; ++variable) {
         const std::string_view text(*variable);
-        if (!text.starts_with("DESKTOP_STARTUP_ID=") && !text.starts_with("XDG_ACTIVATION_TOKEN="))
+        if (!text.starts_with("DESKTOP_STARTUP_ID=") && !text.starts_with("XDG_ACTIVATION_TOKEN=")
+            && !text.starts_with("DBUS_SESSION_BUS_ADDRESS="))
             pointers.push_back(*variable);
     }
     for (QByteArray &variable : more)
@@ -169,14 +173,14 @@ Result<pid_t> spawn(const SpawnRequest &request)
     QByteArrayList arguments;
     for (const QString &argument : request.arguments)
         arguments.append(QFile::encodeName(argument));
-    QByteArrayList tokens = variablesOf(request.tokens);
+    QByteArrayList variables = variablesWith(request.tokens);
 
     Failure failure;
     const pid_t child = start(
         {
             .program = path.constData(),
             .arguments = pointersTo(arguments).data(),
-            .environment = environmentWith(tokens).data(),
+            .environment = environmentWith(variables).data(),
             .folder = folder.isEmpty() ? nullptr : folder.constData(),
             .home = home.constData(),
         },

@@ -1,5 +1,6 @@
 #include "platform/linux/launch/TerminalLaunch.h"
 
+#include "platform/linux/SessionBus.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/GLib.h"
 #include "platform/linux/launch/Spawn.h"
@@ -10,7 +11,7 @@ namespace
 {
 using LaunchContext = GObjectPointer<GAppLaunchContext>;
 
-/// None of our own is handed on where there is none.
+/// An empty value unsets the variable.
 void set(const LaunchContext &context, const char *variable, const QByteArray &value)
 {
     if (value.isEmpty())
@@ -22,6 +23,7 @@ void set(const LaunchContext &context, const char *variable, const QByteArray &v
 LaunchContext contextWith(const StartupTokens &tokens)
 {
     LaunchContext context(g_app_launch_context_new());
+    set(context, "DBUS_SESSION_BUS_ADDRESS", sessionBusAddressForPrograms());
     set(context, "DESKTOP_STARTUP_ID", tokens.startupId);
     set(context, "XDG_ACTIVATION_TOKEN", tokens.activationToken);
     return context;
