@@ -1,8 +1,8 @@
 #include "platform/linux/launch/Spawn.h"
 
 #include "foundation/Text.h"
-#include "platform/linux/launch/ExecError.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/launch/ExecError.h"
 
 #include <QByteArrayList>
 #include <QFile>

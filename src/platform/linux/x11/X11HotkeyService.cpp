@@ -11,8 +11,8 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// How often a held key is looked at, until it is up. Shorter than the fastest usual repeat interval,
-/// 10 ms, and than the time for which a key is up between two presses.
+/// How often a held key is looked at, until it is up. Shorter than the fastest usual repeat
+/// interval, 10 ms, and than the time for which a key is up between two presses.
 constexpr auto heldKeysInterval = 5ms;
 /// One change of the keyboard comes as several events.
 constexpr auto keyboardSettlingTime = 50ms;
