@@ -10,6 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <csignal>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -298,6 +299,14 @@ private Q_SLOTS:
         workspace.openApplication(app.path(), note);
         QCOMPARE(outcomes,
                  QStringList({QString(), u"The program “%1” is not installed."_s.arg(program)}));
+    }
+
+    void waitsForNoPipeInPlaceOfADesktopFile()
+    {
+        const QTemporaryDir folder;
+        const QString pipe = folder.filePath(u"x.desktop"_s);
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), S_IRWXU), 0);
+        QCOMPARE(openApplication(pipe), u"The app could not be started."_s);
     }
 
     void saysThatAFolderIsNoProgram()

@@ -24,6 +24,7 @@ GAppInfo *handlerOfFile(const QString &path)
     g_object_unref(file);
     return handler;
 }
+
 /// A value of the file's main group as it is written there, empty if there is none.
 QString rawValue(GKeyFile *file, const char *key)
 {
@@ -62,8 +63,10 @@ Error DesktopApp::reasonForNone(const QString &path)
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),
                                                                       &g_key_file_unref);
     QString program;
-    if (g_key_file_load_from_file(file.get(), QFile::encodeName(path).constData(), G_KEY_FILE_NONE,
-                                  nullptr))
+    // Opening a pipe would wait for its writer.
+    if (QFileInfo(path).isFile()
+        && g_key_file_load_from_file(file.get(), QFile::encodeName(path).constData(),
+                                     G_KEY_FILE_NONE, nullptr))
         program = missingProgram(file.get());
     return program.isEmpty() ? Error{u"The app could not be started."_s} : notInstalled(program);
 }
