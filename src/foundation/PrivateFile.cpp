@@ -13,19 +13,26 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// What has that name; links are not followed. "none" if the path cannot be reached.
+std::filesystem::file_type typeOf(const QString &path)
+{
+    std::error_code error;
+    return std::filesystem::symlink_status(QFile::encodeName(path).constData(), error).type();
+}
+
 /// Whether anything has that name. A path that cannot be reached counts, so that it is never taken
 /// for a file that does not exist yet.
 bool isThere(const QString &path)
 {
-    std::error_code error;
-    const auto status = std::filesystem::symlink_status(QFile::encodeName(path).constData(), error);
-    return status.type() != std::filesystem::file_type::not_found;
+    return typeOf(path) != std::filesystem::file_type::not_found;
 }
 
-bool isRegular(const QString &path)
+/// Whether the name belongs to something that is no file, such as a folder or a link.
+bool isTakenByOther(const QString &path)
 {
-    const QFileInfo info(path);
-    return info.isFile() && !info.isSymLink();
+    using Type = std::filesystem::file_type;
+    const Type type = typeOf(path);
+    return type != Type::not_found && type != Type::none && type != Type::regular;
 }
 
 bool rename(const QString &from, const QString &to)
@@ -63,7 +70,7 @@ std::optional<Error> PrivateFile::write(const QByteArray &content)
     if (auto error = makeFolder())
         return error;
     const bool isInTheWay = m_isUnread && isThere(m_path);
-    const QString kept = pathToKeep();
+    const QString kept = isInTheWay ? pathToKeep() : QString();
     if (isInTheWay) {
         if (auto error = keepAt(kept))
             return error;
@@ -81,7 +88,7 @@ QString PrivateFile::pathToKeep() const
 {
     const QString path = m_path + u".unreadable"_s;
     QString free = path;
-    for (int number = 1; isThere(free) && !isRegular(free); ++number)
+    for (int number = 1; isTakenByOther(free); ++number)
         free = path + u'.' + QString::number(number);
     return free;
 }

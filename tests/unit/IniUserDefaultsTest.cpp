@@ -346,6 +346,8 @@ private Q_SLOTS:
         QTest::newRow("no end of the last line") << "[General]\n" + line;
         QTest::newRow("line ends of other systems") << "[General]\r\n" + line + "\r\n";
         QTest::newRow("comments and empty lines") << "; mine\n\n[General]\n\n" + line + "\n";
+        QTest::newRow("a quotation mark in a comment") << "; a 5\" disk\n[General]\n" + line + "\n";
+        QTest::newRow("one in a comment at the end") << "[General]\n" + line + "\n; a 5\" disk";
         QTest::newRow("a line without a key") << "[General]\n=5\n" + line + "\n";
     }
     void readsWhatIsOddButNotDamaged()
@@ -360,6 +362,22 @@ private Q_SLOTS:
         defaults.setBoolean(u"pauseAll"_s, true);
         QVERIFY(!defaults.error());
         QVERIFY(!QFile::exists(file.kept));
+    }
+
+    void savesNothingWhereADamagedFileCannotBeKept()
+    {
+        const QTemporaryDir folder;
+        // No longer name is possible on most file systems.
+        const QString path = folder.filePath(QString(250, u'x'));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.write("damaged") > 0 && file.flush());
+        IniUserDefaults defaults(path);
+        QVERIFY(defaults.error());
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QVERIFY(defaults.error());
+        QVERIFY(file.seek(0));
+        QCOMPARE(file.readAll(), QByteArray("damaged"));
     }
 
     void takesWhatIsNoFileForEmptyAndMovesItAside_data()

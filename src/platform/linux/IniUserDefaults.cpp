@@ -24,12 +24,19 @@ bool hasOpenQuotation(const QByteArray &text)
     bool isQuoted = false;
     for (qsizetype place = 0; place < text.size(); ++place) {
         const char character = text[place];
-        if (character == '\\')
-            ++place;
-        else if (character == '"')
-            isQuoted = !isQuoted;
-        else if (character == '\n' && isQuoted)
+        const bool startsLine = place == 0 || text[place - 1] == '\n';
+        if (character == '\n' && isQuoted)
             return true;
+        if (character == ';' && startsLine) {
+            // A comment, up to the end of its line.
+            place = text.indexOf('\n', place);
+            if (place < 0)
+                break;
+        } else if (character == '\\') {
+            ++place;
+        } else if (character == '"') {
+            isQuoted = !isQuoted;
+        }
     }
     return isQuoted;
 }
