@@ -69,9 +69,9 @@ void flushFolderOf(const QByteArray &path)
 }
 } // namespace
 
-Error systemError()
+Error systemError(int number)
 {
-    return {QString::fromLocal8Bit(std::strerror(errno))};
+    return {QString::fromLocal8Bit(std::strerror(number))};
 }
 
 Result<QByteArray> readWhole(const QString &path, qint64 mostBytes)
@@ -99,12 +99,14 @@ std::optional<Error> replaceContent(const QString &path, const QByteArray &conte
     if (!place)
         return place.error();
     QByteArray beside = *place + ".XXXXXX";
-    // The file has mode 0600 until it is complete.
+    // With mode 0600 at most.
     const int file = mkostemp(beside.data(), O_CLOEXEC);
     if (file < 0)
         return systemError();
+    // It may fail: some file systems have no modes.
+    fchmod(file, modeFor(*place, access));
     std::optional<Error> error;
-    if (!writeAll(file, content) || fchmod(file, modeFor(*place, access)) != 0 || fsync(file) != 0
+    if (!writeAll(file, content) || fsync(file) != 0
         || rename(beside.constData(), place->constData()) != 0)
         error = systemError();
     close(file);

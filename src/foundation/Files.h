@@ -5,10 +5,11 @@
 
 #include <QByteArray>
 #include <QString>
+#include <cerrno>
 #include <optional>
 
-/// The system's own words for what went wrong last (errno).
-Error systemError();
+/// The system's own words for an error number.
+Error systemError(int number = errno);
 
 /// The file's content. What is no regular file, or larger than that many bytes, is an error.
 Result<QByteArray> readWhole(const QString &path, qint64 mostBytes);

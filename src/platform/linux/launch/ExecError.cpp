@@ -1,5 +1,6 @@
 #include "platform/linux/launch/ExecError.h"
 
+#include "foundation/Files.h"
 #include "foundation/Text.h"
 
 #include <QByteArray>
@@ -72,12 +73,6 @@ bool isExecutableFile(const QString &path)
 {
     const QFileInfo file(path);
     return file.isFile() && file.isExecutable();
-}
-
-/// As the system says it.
-Error systemError(int number)
-{
-    return {QString::fromLocal8Bit(std::strerror(number))};
 }
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "platform/linux/launch/Spawn.h"
 
+#include "foundation/Files.h"
 #include "foundation/Text.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/launch/ExecError.h"
@@ -9,7 +10,6 @@
 #include <QStandardPaths>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <sched.h>
 #include <string_view>
@@ -148,7 +148,7 @@ Error inWords(const Failure &failure, const SpawnRequest &request, const QString
             quoted(request.workingFolder), quoted(name.section(u'/', -1)))};
     if (failure.error == EAGAIN)
         return {u"Too many programs are running."_s};
-    return {QString::fromLocal8Bit(std::strerror(failure.error))};
+    return systemError(failure.error);
 }
 } // namespace
 
