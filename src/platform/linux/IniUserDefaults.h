@@ -7,8 +7,8 @@
 
 #include <QVariant>
 
-/// Reads the file once and holds the values in memory, with those that it does not know. Each write
-/// replaces the whole file.
+/// Reads the file once and holds all its values in memory, including those that it does not know.
+/// Each write replaces the whole file.
 class IniUserDefaults : public UserDefaults
 {
 public:
