@@ -94,7 +94,7 @@ void Recorder::handle(const KeyEvent &event)
     }
     const quint32 modifiers = modifierFlagsToCarbon(event.modifierFlags);
     if (!(modifiers & (commandKey | optionKey | controlKey))) {
-        // Away first, or screen readers would say it of the first such keys only.
+        // Hide it first: screen readers announce a message only when it appears.
         m_hint.reset();
         refresh();
         m_hint = u"Include ⌘, ⌥ or ⌃"_s;

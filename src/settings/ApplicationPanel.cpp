@@ -189,7 +189,7 @@ void ApplicationPanel::browsed(const QString &path)
         choose(path);
         return;
     }
-    // Away first, or screen readers would say it of the first such file only.
+    // Hide it first: screen readers announce a message only when it appears.
     for (const bool isShown : {false, true}) {
         m_isRejected = isShown;
         m_body->refresh();

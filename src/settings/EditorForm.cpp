@@ -209,7 +209,7 @@ void EditorForm::save()
 {
     if (m_isClosed)
         return;
-    // Away first, or screen readers would not say again what has not changed.
+    // Hide it first: screen readers announce a message only when it appears.
     m_message.reset();
     refresh();
     m_message = validate();

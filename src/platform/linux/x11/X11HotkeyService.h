@@ -126,7 +126,7 @@ private:
     std::map<KeyCombination, Registered> m_registered;
     /// Those that were refused at the last flush.
     std::set<KeyCombination> m_refused;
-    /// Whose a press is, by key and modifiers without locks.
+    /// The registration that a press belongs to, by key and modifiers without locks.
     std::map<KeyGrab, HotkeyId> m_targets;
     std::function<void(HotkeyId)> m_handler;
     quint64 m_lastToken = 0;
