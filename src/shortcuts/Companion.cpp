@@ -3,9 +3,12 @@
 #include "foundation/Text.h"
 #include "platform/linux/ApplicationId.h"
 #include "platform/linux/DBusNotificationCenter.h"
+#include "platform/linux/SessionBus.h"
 #include "platform/linux/StartupTokens.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/launch/Spawn.h"
+#include "platform/linux/launch/SystemdScope.h"
 #include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
 #include "shortcuts/JournalStream.h"
 #include "shortcuts/ShortcutLink.h"
@@ -46,9 +49,11 @@ void writeTo(int stream)
 }
 
 /// Returns when the answer is there.
-std::optional<Error> launch(AppLauncher &launcher, const DesktopApp &app,
-                            const StartupTokens &tokens)
+std::optional<Error> launch(const DesktopApp &app, const StartupTokens &tokens)
 {
+    // It may be started over the bus.
+    avoidHangingSessionBus();
+    AppLauncher launcher;
     std::optional<std::optional<Error>> outcome;
     QEventLoop loop;
     launcher.launch(app, {}, tokens, [&outcome, &loop](const std::optional<Error> &error) {
@@ -58,6 +63,17 @@ std::optional<Error> launch(AppLauncher &launcher, const DesktopApp &app,
     if (!outcome)
         loop.exec();
     return *outcome;
+}
+
+std::optional<Error> runScript(const QString &path, const StartupTokens &tokens)
+{
+    const auto child = spawn({{path}, {}, tokens});
+    if (!child)
+        return child.error();
+    // Not earlier, so that a bus that hangs does not delay the script.
+    avoidHangingSessionBus();
+    moveToScopeOfItsOwn(*child, path.section(u'/', -1));
+    return std::nullopt;
 }
 
 /// What was sent on the session bus would else end with us.
@@ -72,10 +88,8 @@ void awaitBus()
 
 std::optional<Error> start(const QString &path, const StartupTokens &tokens)
 {
-    AppLauncher launcher;
     const auto app = path.endsWith(u".desktop"_s) ? DesktopApp::fromFile(path) : std::nullopt;
-    const auto error =
-        app ? launch(launcher, *app, tokens) : launcher.launchProgram({path}, tokens);
+    const auto error = app ? launch(*app, tokens) : runScript(path, tokens);
     if (!error)
         awaitBus();
     return error;
@@ -104,6 +118,7 @@ std::optional<Failure> run(const QByteArray &link, const StartupTokens &tokens,
 /// Returns when the desktop has it, or soon if it does not answer.
 void notify(const Failure &failure)
 {
+    avoidHangingSessionBus();
     DBusNotificationCenter center(applicationId, {});
     // Shared with an answer that comes too late.
     const auto loop = std::make_shared<QEventLoop>();

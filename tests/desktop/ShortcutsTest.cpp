@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QTest>
 #include <QTimer>
+#include <csignal>
 #include <functional>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -68,10 +69,13 @@ struct Desk {
     {
         write(program.dataHome() + u"/shortcuts/"_s + name, text, mode);
     }
-    /// A script whose starts are recorded.
+    /// A script or a launcher whose starts are recorded.
     void addRecorded(const QString &name) const
     {
-        addShortcut(name, "#!/bin/sh\nexec " + app.command() + " \"$@\"\n");
+        addShortcut(name,
+                    name.endsWith(u".desktop"_s)
+                        ? app.content()
+                        : "#!/bin/sh\nexec " + app.command() + " \"$@\"\n");
     }
     void addSample(const QString &name) const
     {
@@ -150,7 +154,17 @@ QString notification(const QString &title, const QString &body)
            "{suppress-sound: true} | -1"_s.arg(title, body);
 }
 
-using Preparation = std::function<void(const Desk &)>;
+using Preparation = std::function<void(Desk &)>;
+
+void removeBus(Desk &desk)
+{
+    desk.program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+}
+
+void stopBus(Desk &desk)
+{
+    QCOMPARE(kill(desk.bus.processId(), SIGSTOP), 0);
+}
 } // namespace
 
 Q_DECLARE_METATYPE(Preparation)
@@ -281,17 +295,17 @@ private Q_SLOTS:
 
     void endsWhereNobodyShowsNotifications_data()
     {
-        QTest::addColumn<bool>("hasBus");
-        QTest::newRow("because their host hangs") << true;
-        QTest::newRow("because there is no bus") << false;
+        QTest::addColumn<Preparation>("prepare");
+        QTest::newRow("because their host hangs") << Preparation([](const Desk &) {});
+        QTest::newRow("because the bus hangs") << Preparation(stopBus);
+        QTest::newRow("because there is no bus") << Preparation(removeBus);
     }
     void endsWhereNobodyShowsNotifications()
     {
-        QFETCH(const bool, hasBus);
+        QFETCH(const Preparation, prepare);
         Desk desk;
         const RecordedService notifications(desk.bus.address(), service, RecordedService::silence);
-        if (!hasBus)
-            desk.program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+        prepare(desk);
         QElapsedTimer timer;
         timer.start();
         QCOMPARE(desk.run(tidyUp), 1);
@@ -307,13 +321,36 @@ private Q_SLOTS:
         QCOMPARE(notifications.calls(u"Notify"_s).size(), 1);
     }
 
-    void startsAScriptWithoutABus()
+    void needsNoBus_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<Preparation>("prepare");
+        QTest::newRow("for a script") << u"Tidy Up"_s << Preparation(removeBus);
+        QTest::newRow("for a script, though it hangs") << u"Tidy Up"_s << Preparation(stopBus);
+        QTest::newRow("for a launcher, though it hangs")
+            << u"Tidy Up.desktop"_s << Preparation(stopBus);
+    }
+    void needsNoBus()
+    {
+        QFETCH(const QString, file);
+        QFETCH(const Preparation, prepare);
+        Desk desk;
+        prepare(desk);
+        desk.addRecorded(file);
+        QCOMPARE(desk.run(tidyUp), 0);
+        QCOMPARE(QString::fromStdString(desk.start()["busAddress"]),
+                 desk.program.environment.value(u"DBUS_SESSION_BUS_ADDRESS"_s));
+    }
+
+    void startsAScriptBeforeItWaitsForTheBus()
     {
         Desk desk;
+        stopBus(desk);
         desk.addRecorded(u"Tidy Up"_s);
-        desk.program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+        qsizetype earlyStarts = 0;
+        QTimer::singleShot(1500, [&] { earlyStarts = desk.app.starts().size(); });
         QCOMPARE(desk.run(tidyUp), 0);
-        QVERIFY(!desk.start().empty());
+        QCOMPARE(earlyStarts, 1);
     }
 
     void asksSystemdForAScopeBeforeItEnds()
