@@ -1,6 +1,7 @@
 #include "platform/linux/ProcessSignals.h"
 
 #include <QCoreApplication>
+#include <cerrno>
 #include <cstdint>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -19,8 +20,10 @@ void wake(int signal, siginfo_t *info, void *)
     // Raised by GDBus when the session bus goes away. The session may live on without it.
     if (info->si_code == SI_TKILL && info->si_pid == getpid())
         return;
+    const int interruptedError = errno;
     const std::uint64_t value = signal == activationSignal ? activation : termination;
     [[maybe_unused]] const auto written = write(wakeDescriptor, &value, sizeof value);
+    errno = interruptedError;
 }
 } // namespace
 
