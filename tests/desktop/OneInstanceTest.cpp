@@ -1,11 +1,14 @@
 // The program runs once in a session: what a second start does, and how others reach the first.
 
+#include "platform/linux/UserActivation.h"
+#include "platform/linux/instance/SingleInstance.h"
 #include "platform/linux/x11/ServerTime.h"
 #include "support/Keyboard.h"
 #include "support/PrivateBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
+#include "support/SettingsDesk.h"
 #include "support/StartupMessages.h"
 #include "support/Windows.h"
 
@@ -28,8 +31,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr StoredKeys controlOptionK{40, 0x1800};
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 const QString name = u"org.corvane.Corvane"_s;
 
 /// On the session bus, or without one.
@@ -104,10 +105,12 @@ private:
     QTemporaryDir m_folder;
 };
 
+using Moment = void (*)(const Session &);
+
 /// The program, with an app on Control+Option+K and one that has no keys.
 struct Instance {
     Instance()
-        : idOnK(program.addApp(onK.desktopFile(), controlOptionK))
+        : idOnK(program.addApp(onK.desktopFile(), storedControlAltK))
         , idWithoutKeys(program.addEntry("app", withoutKeys.desktopFile()))
     {
     }
@@ -122,7 +125,7 @@ struct Instance {
     void verifyThatItsKeysWork() const
     {
         const qsizetype before = onK.starts().size();
-        Keyboard().type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+        Keyboard().type(controlAltK);
         QTRY_COMPARE(onK.starts().size(), before + 1);
     }
 
@@ -141,6 +144,7 @@ void verifyThatItEnds(ProgramUnderTest &program, int status, const QByteArray &w
 }
 
 const QByteArray noAnswer("corvane: it runs already, but does not answer\n");
+const QByteArray otherSession("corvane: it runs already, in another session\n");
 
 /// Stops the process of the first, so that a second start gets no answer.
 void askInVain(const Instance &first, const Session &session)
@@ -249,13 +253,13 @@ private Q_SLOTS:
             const Session session(hasBus);
             const RecordedApp app;
             std::array<ProgramUnderTest, 8> programs;
-            programs.front().addApp(app.desktopFile(), controlOptionK);
+            programs.front().addApp(app.desktopFile(), storedControlAltK);
             programs.front().writeFiles();
             for (ProgramUnderTest &program : programs)
                 session.startBeside(programs.front(), program);
             QTRY_COMPARE(std::ranges::count_if(programs, &ProgramUnderTest::isRunning), 1);
             QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
-            Keyboard().type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+            Keyboard().type(controlAltK);
             QTRY_COMPARE(app.starts().size(), 1);
             for (ProgramUnderTest &program : programs) {
                 QCOMPARE(program.isRunning() ? program.end() : program.exitStatus(), 0);
@@ -324,11 +328,13 @@ private Q_SLOTS:
         const Session session(false);
         Instance second;
         QVERIFY(QDir().mkpath(second.program.dataHome() + u"/Corvane"_s));
-        const int file =
-            open(QFile::encodeName(second.lockFile()).constData(), O_RDWR | O_CREAT, 0600);
-        struct flock whole = {};
-        whole.l_type = F_WRLCK;
-        QCOMPARE(fcntl(file, F_SETLK, &whole), 0);
+        const int file = open(QFile::encodeName(second.lockFile()).constData(),
+                              O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        QVERIFY(dprintf(file, "%d", getpid()) > 0);
+        struct flock firstBytes = {};
+        firstBytes.l_type = F_WRLCK;
+        firstBytes.l_len = 2;
+        QCOMPARE(fcntl(file, F_OFD_SETLK, &firstBytes), 0);
         static volatile std::sig_atomic_t isAsked;
         isAsked = 0;
         const auto former = std::signal(SIGURG, [](int) { isAsked = 1; });
@@ -351,9 +357,30 @@ private Q_SLOTS:
         ProgramUnderTest second;
         second.environment.insert(u"DISPLAY"_s, u":9999"_s);
         session.startBeside(first.program, second);
-        verifyThatItEnds(second, 1, "corvane: it runs already, in another session\n");
+        verifyThatItEnds(second, 1, otherSession);
         first.verifyThatItsKeysWork();
         QVERIFY(!windowOnScreen(u"Corvane"_s));
+    }
+
+    void keepsItsPlaceWhenAFilePanelShowsItsFolder()
+    {
+        SettingsDesk first;
+        // Where its panels begin.
+        first.program.environment.insert(u"HOME"_s, first.program.dataHome() + u"/Corvane"_s);
+        first.open();
+        first.press(u"Add"_s);
+        const Accessible sheet = first.sheet(u"New shortcut"_s);
+        const Accessible kind = sheet.findAll(u"combo box"_s).constFirst();
+        QVERIFY(kind.choose(u"Open a folder or file"_s, first.keyboard));
+        SettingsDesk::press(sheet, u"Choose…"_s);
+        const Accessible panel = first.sheet(u"Choose"_s);
+        QVERIFY(panel.await(u"tree item"_s, u"entries.json.lock"_s).isThere());
+
+        const Session session(false);
+        ProgramUnderTest second;
+        second.environment.insert(u"DISPLAY"_s, u":9999"_s);
+        session.startBeside(first.program, second);
+        verifyThatItEnds(second, 1, otherSession);
     }
 
     void isAskedFromWhereThereIsNoDisplay_data() { addRoads(); }
@@ -561,7 +588,7 @@ private Q_SLOTS:
         ProgramUnderTest first;
         first.entriesAreEnabled = isEnabled;
         first.addDefault(setting);
-        const QString id = first.addApp(app.desktopFile(), controlOptionK);
+        const QString id = first.addApp(app.desktopFile(), storedControlAltK);
         session.start(first);
         QTRY_COMPARE(session.fire({id}).type(), QDBusMessage::ReplyMessage);
         // Answered when all that the call above has queued is done.

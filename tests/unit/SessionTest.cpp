@@ -78,25 +78,31 @@ private Q_SLOTS:
 
     void knowsNoDesktopWithoutItsVariable() { QVERIFY(!currentDesktop(environment({}))); }
 
-    void tellsDisplaysApart_data()
+    void tellsSessionsApart_data()
     {
         QTest::addColumn<QStringList>("variables");
-        QTest::addColumn<QString>("name");
-        const auto add = [](const char *row, const QStringList &variables, const QString &name) {
-            QTest::newRow(row) << variables << name;
+        QTest::addColumn<QByteArrayList>("names");
+        const auto add = [](const char *row, const QStringList &variables,
+                            const QByteArrayList &names) {
+            QTest::newRow(row) << variables << names;
         };
-        add("of X11", {u"DISPLAY=:1"_s}, u":1"_s);
-        add("with its screen", {u"DISPLAY=:1.0"_s}, u":1"_s);
-        add("on another machine", {u"DISPLAY=10.0.0.1:0.1"_s}, u"10.0.0.1:0"_s);
+        add("of X11", {u"DISPLAY=:1"_s}, {":1"});
+        add("with its screen", {u"DISPLAY=:10.0"_s}, {":10"});
+        add("with its transport", {u"DISPLAY=unix:1.0"_s}, {":1"});
+        add("on another machine", {u"DISPLAY=10.0.0.1:0.1"_s}, {"10.0.0.1:0"});
+        add("on another machine, by SSH", {u"DISPLAY=localhost:10.0"_s}, {"localhost:10"});
         add("of Wayland",
             {u"DISPLAY=:1"_s, u"WAYLAND_DISPLAY=wayland-1"_s, u"XDG_RUNTIME_DIR=/run/user/1"_s},
-            u"/run/user/1/wayland-1"_s);
-        add("none", {}, QString());
+            {"/run/user/1/wayland-1", ":1"});
+        add("of Wayland without X11",
+            {u"WAYLAND_DISPLAY=wayland-1"_s, u"XDG_RUNTIME_DIR=/run/user/1"_s},
+            {"/run/user/1/wayland-1"});
+        add("none", {}, {});
     }
-    void tellsDisplaysApart()
+    void tellsSessionsApart()
     {
         QFETCH(const QStringList, variables);
-        QTEST(displayName(environment(variables)), "name");
+        QTEST(displayNames(environment(variables)), "names");
     }
 
     void findsTheCompositor_data()

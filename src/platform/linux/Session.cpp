@@ -35,13 +35,18 @@ std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment)
     return std::nullopt;
 }
 
-QString displayName(const QProcessEnvironment &environment)
+QByteArrayList displayNames(const QProcessEnvironment &environment)
 {
+    QByteArrayList names;
     if (sessionType(environment) == SessionType::wayland)
-        return waylandSocketPath(environment);
-    // The screen of an X display is of no account.
-    static const QRegularExpression screen(u"(:[0-9]+)\\.[0-9]+\\z"_s);
-    return environment.value(u"DISPLAY"_s).replace(screen, u"\\1"_s);
+        names << waylandSocketPath(environment).toUtf8();
+    // The screen does not matter, and unix:0 is :0. But localhost:10 is not :10: SSH forwards
+    // displays of other machines under such names.
+    static const QRegularExpression pattern(u"\\A(?:unix(?=:))?(.*:[0-9]+?)(?:\\.[0-9]+)?\\z"_s);
+    const QString name = environment.value(u"DISPLAY"_s).replace(pattern, u"\\1"_s);
+    if (!name.isEmpty())
+        names << name.toUtf8();
+    return names;
 }
 
 QString waylandSocketPath(const QProcessEnvironment &environment)

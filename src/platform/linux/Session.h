@@ -1,6 +1,7 @@
 // What kind of desktop session the program was started in.
 #pragma once
 
+#include <QByteArrayList>
 #include <QProcessEnvironment>
 #include <QString>
 #include <optional>
@@ -31,8 +32,9 @@ enum class Desktop {
 /// The first that we know of those that the session calls itself; nothing if we know none.
 std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment);
 
-/// By what name the session's display is told from others of the user; empty if there is none.
-QString displayName(const QProcessEnvironment &environment);
+/// What tells the session from others of the user: the path of its Wayland socket, and the name of
+/// its X display. A program in the session may know either one only.
+QByteArrayList displayNames(const QProcessEnvironment &environment);
 
 /// Where the session's Wayland compositor listens.
 QString waylandSocketPath(const QProcessEnvironment &environment);

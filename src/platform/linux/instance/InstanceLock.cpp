@@ -16,10 +16,11 @@
 namespace
 {
 constexpr off_t lockedFirst = 1;
-constexpr off_t lockedWithDisplay = 2;
+constexpr off_t lockedWithText = 2;
+constexpr qsizetype longestText = 4096;
 
-/// Of a process, and not of an open file, so that what we start does not inherit it and others can
-/// learn our process id.
+/// For the open file description (F_OFD_…). A lock of the process would be lost as soon as any code
+/// in it opens and closes the file, such as a file panel that looks at its type.
 struct flock writeLock(off_t bytes)
 {
     struct flock lock = {};
@@ -50,17 +51,18 @@ InstanceLock::InstanceLock(const QString &path)
 {
 }
 
-InstanceLock::State InstanceLock::take(const QByteArray &display)
+InstanceLock::State InstanceLock::take(const QByteArrayList &displays)
 {
     if (lock(lockedFirst)) {
-        write(display);
-        m_lockedBytes = lockedWithDisplay;
+        write(displays);
+        m_lockedBytes = lockedWithText;
         lock(m_lockedBytes);
         return State::ours;
     }
     if (errno != EAGAIN && errno != EACCES)
         return State::impossible;
-    return isHeldFor(display) ? State::heldHere : State::heldElsewhere;
+    const auto other = holder();
+    return !other || other->mayServe(displays) ? State::heldHere : State::heldElsewhere;
 }
 
 bool InstanceLock::ask(const QDeadlineTimer &deadline) const
@@ -88,32 +90,38 @@ void InstanceLock::answer()
 bool InstanceLock::lock(off_t bytes) const
 {
     struct flock range = writeLock(bytes);
-    return fcntl(m_file, F_SETLK, &range) == 0;
+    return fcntl(m_file, F_OFD_SETLK, &range) == 0;
 }
 
 std::optional<InstanceLock::Holder> InstanceLock::holder() const
 {
     constexpr off_t whole = 0;
     struct flock range = writeLock(whole);
-    if (fcntl(m_file, F_GETLK, &range) != 0 || range.l_type == F_UNLCK)
+    if (fcntl(m_file, F_OFD_GETLK, &range) != 0 || range.l_type == F_UNLCK)
         return std::nullopt;
-    return Holder{range.l_pid, range.l_len};
+    Holder found{.lockedBytes = range.l_len};
+    if (found.lockedBytes < lockedWithText)
+        return found;
+    QByteArray text(longestText, '\0');
+    text.truncate(std::max<ssize_t>(0, pread(m_file, text.data(), size_t(longestText), 0)));
+    QByteArrayList lines = text.split('\n');
+    found.process = lines.takeFirst().toInt();
+    found.displays = lines;
+    return found;
 }
 
-void InstanceLock::write(const QByteArray &display) const
+void InstanceLock::write(const QByteArrayList &displays) const
 {
-    // On a full disk the file stays empty, which stands for any display.
-    if (ftruncate(m_file, 0) == 0) [[maybe_unused]]
-        const auto length = pwrite(m_file, display.constData(), size_t(display.size()), 0);
+    const QByteArrayList lines = QByteArrayList{QByteArray::number(getpid())} + displays;
+    const QByteArray text = lines.join('\n');
+    // Over the old text, which has its place even on a full disk.
+    const ssize_t length = pwrite(m_file, text.constData(), size_t(text.size()), 0);
+    [[maybe_unused]] const int status = ftruncate(m_file, length == text.size() ? length : 0);
 }
 
-bool InstanceLock::isHeldFor(const QByteArray &display) const
+bool InstanceLock::Holder::mayServe(const QByteArrayList &others) const
 {
-    const auto other = holder();
-    if (!other || other->lockedBytes < lockedWithDisplay)
-        return true;
-    constexpr qsizetype longest = 4096;
-    QByteArray name(longest, '\0');
-    name.truncate(std::max<ssize_t>(0, pread(m_file, name.data(), size_t(longest), 0)));
-    return name.isEmpty() || display.isEmpty() || name == display;
+    return displays.isEmpty() || others.isEmpty()
+        || std::ranges::any_of(others,
+                               [this](const auto &other) { return displays.contains(other); });
 }

@@ -1,22 +1,22 @@
 // The one place for the program that may write the list: a locked file beside it.
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayList>
 #include <QDeadlineTimer>
 #include <QString>
 #include <optional>
 #include <sys/types.h>
 
-/// The kernel lets go of the lock when the program ends, however it ends. The file holds the name
-/// of the display that the holder serves. How many bytes are locked tells the rest: one while the
-/// holder is still to write that name, two then, and one more for each request that it has
-/// answered.
+/// The kernel releases the lock when the program ends, however it ends. The first line of the file
+/// is the holder's process id; the names of its session's displays follow, a line each. The number
+/// of locked bytes tells the rest: one until the holder has written that text, then two, and one
+/// more for each request that it has answered.
 class InstanceLock
 {
 public:
     enum class State {
         ours,
-        /// Another instance has it, for the same display as far as can be told.
+        /// Another instance has it, in the same session as far as can be told.
         heldHere,
         heldElsewhere,
         /// The file cannot be made or locked.
@@ -26,8 +26,8 @@ public:
     /// Opens the file, or makes it. There is one lock in a program, until it ends.
     explicit InstanceLock(const QString &path);
 
-    /// Takes the lock for a display, if nobody has it. The name may be empty.
-    State take(const QByteArray &display);
+    /// Takes the lock for a session with these displays, if nobody has it.
+    State take(const QByteArrayList &displays);
 
     /// Asks the holder by a signal to open its window. False if there is no holder (any more), or
     /// no answer until the deadline.
@@ -38,17 +38,21 @@ public:
 
 private:
     struct Holder {
-        /// 0 or less if it is not among the processes that we see.
-        pid_t process;
-        off_t lockedBytes;
+        /// Sessions are the same if they share a display, or if one is unknown.
+        bool mayServe(const QByteArrayList &others) const;
+
+        off_t lockedBytes = 0;
+        /// 0 if it is unknown. In another PID namespace the number means a different process, which
+        /// ignores the signal.
+        pid_t process = 0;
+        QByteArrayList displays;
     };
 
     bool lock(off_t bytes) const;
     std::optional<Holder> holder() const;
-    void write(const QByteArray &display) const;
-    bool isHeldFor(const QByteArray &display) const;
+    void write(const QByteArrayList &displays) const;
 
-    // Never closed, because closing any descriptor of the file would give up the lock.
+    /// Never closed.
     int m_file;
     off_t m_lockedBytes = 0;
 };

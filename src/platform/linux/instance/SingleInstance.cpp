@@ -23,11 +23,11 @@ SingleInstance::SingleInstance(const QString &lockFile)
 
 InstanceClaim SingleInstance::claim(const StartupTokens &tokens)
 {
-    const QByteArray display = displayName(QProcessEnvironment::systemEnvironment()).toUtf8();
+    const QByteArrayList displays = displayNames(QProcessEnvironment::systemEnvironment());
     const QDeadlineTimer deadline(patience);
     avoidHangingSessionBus();
     do {
-        switch (m_lock.take(display)) {
+        switch (m_lock.take(displays)) {
         case InstanceLock::State::ours:
         case InstanceLock::State::impossible:
             return m_bus.claim(tokens, deadline);
