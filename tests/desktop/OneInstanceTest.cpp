@@ -206,6 +206,25 @@ private Q_SLOTS:
                  QStringList(u"/org/corvane/Corvane | "_s + platformData));
     }
 
+    void keepsWhatOneStartHandsOverWhenAnotherHandsOverNothing()
+    {
+        const QTemporaryDir folder;
+        SingleInstance instance(folder.filePath(u"lock"_s));
+        QCOMPARE(instance.claim({}), InstanceClaim::first);
+        UserActivation activation;
+        int activations = 0;
+        instance.attachToEventLoop(activation,
+                                   {.activate = [&activations] { ++activations; }, .fire = {}});
+        auto bus = QDBusConnection::sessionBus();
+        QVERIFY(QMetaObject::invokeMethod(
+            bus.objectRegisteredAt(u"/org/corvane/Corvane"_s), "Activate",
+            Q_ARG(QVariantMap, QVariantMap({{u"activation-token"_s, u"token"_s}}))));
+        instance.handleSignal();
+        QTRY_COMPARE(activations, 1);
+        QCOMPARE(activation.activationToken, QByteArray("token"));
+        bus.unregisterService(name);
+    }
+
     void tellsTheDesktopThatTheSecondStartIsOver()
     {
         const Session session;

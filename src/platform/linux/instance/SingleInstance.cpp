@@ -61,14 +61,16 @@ void SingleInstance::attachToEventLoop(UserActivation &activation, const Instanc
 
 void SingleInstance::handleSignal()
 {
-    queueActivation({});
+    m_activation.start();
     m_lock.answer();
 }
 
 void SingleInstance::queueActivation(const StartupTokens &tokens)
 {
+    m_activation.start();
+    if (tokens == StartupTokens())
+        return;
     // The start that is passed over is over too.
     StartupNotification::finish(m_latestTokens.startupId);
     m_latestTokens = tokens;
-    m_activation.start();
 }
