@@ -81,6 +81,18 @@ public:
         QDBusConnection::disconnectFromBus(caller);
         return answer;
     }
+
+    /// Returns within a fraction of a millisecond after an instance has got the name.
+    void awaitName() const
+    {
+        const QString watcher = u"watcher"_s;
+        const auto connection = QDBusConnection::connectToBus(busAddress(), watcher);
+        const QDeadlineTimer limit(5000);
+        while (!connection.interface()->isServiceRegistered(name) && !limit.hasExpired()) { }
+        QDBusConnection::disconnectFromBus(watcher);
+        QVERIFY(!limit.hasExpired());
+    }
+
     /// Calls Activate so many times in a row and awaits nothing but that the bus has the calls.
     void flood(int times) const
     {
@@ -529,14 +541,40 @@ private Q_SLOTS:
         QVERIFY(!limit.hasExpired());
     }
 
-    void runsEntriesWhileTheBusHangs()
+    void worksWhileTheBusHangs_data()
     {
+        QTest::addColumn<Moment>("awaitMoment");
+        const auto row = [](const char *title, Moment awaitMoment) {
+            QTest::newRow(title) << awaitMoment;
+        };
+        row("from when it has its name", [](const Session &session) { session.awaitName(); });
+        row("from when its keys are held",
+            [](const Session &) { QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt)); });
+        row("from when its window is open", [](const Session &session) {
+            session.awaitName();
+            session.call(u"Activate"_s, {QVariantMap()});
+            QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
+            closeWindow(*windowOnScreen(u"Corvane"_s));
+            QTRY_VERIFY(!windowOnScreen(u"Corvane"_s));
+        });
+    }
+    void worksWhileTheBusHangs()
+    {
+        QFETCH(const Moment, awaitMoment);
         const Session session;
         Instance first;
-        first.startIn(session);
-        QCOMPARE(session.fire({}).type(), QDBusMessage::ErrorMessage);
+        session.start(first.program);
+        awaitMoment(session);
         QCOMPARE(kill(session.busProcess(), SIGSTOP), 0);
+        QTRY_VERIFY(Keyboard().isGrabbed(KEY_K, controlAlt));
         first.verifyThatItsKeysWork();
+        first.verifyThatItsKeysWork();
+
+        const Session noBus(false);
+        ProgramUnderTest second;
+        noBus.startBeside(first.program, second);
+        verifyThatItEnds(second, 0, "");
+        QTRY_VERIFY(windowOnScreen(u"Corvane"_s));
         first.verifyThatItsKeysWork();
         QCOMPARE(first.program.stop(), 0);
     }

@@ -32,8 +32,9 @@ void PortalAppearance::start()
                 if (!newOwner.isEmpty())
                     read();
             });
-    // Only of this setting, so that no other one wakes us.
-    bus.connect(service, path, interface, u"SettingChanged"_s, {group, key}, QString(), this,
+    // Only of this setting, so that no other one wakes us. From any sender: for a name Qt would ask
+    // the bus who has it, and wait for the answer.
+    bus.connect(QString(), path, interface, u"SettingChanged"_s, {group, key}, QString(), this,
                 SLOT(settingChanged(QDBusMessage)));
     read();
 }

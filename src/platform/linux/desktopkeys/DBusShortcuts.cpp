@@ -42,7 +42,8 @@ void DBusShortcuts::refresh()
 void DBusShortcuts::refreshOn(const QString &path, const QString &interface, const QString &signal,
                               const QStringList &arguments)
 {
-    QDBusConnection::sessionBus().connect(m_service, path, interface, signal, arguments, QString(),
+    // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
+    QDBusConnection::sessionBus().connect(QString(), path, interface, signal, arguments, QString(),
                                           this, SLOT(refresh()));
 }
 

@@ -8,12 +8,14 @@
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 const QString objectPath = u"/org/corvane/Corvane"_s;
+constexpr std::chrono::seconds longestWaitForBus(2);
 
 QDBusError errorOfActivating(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
@@ -38,9 +40,13 @@ bool mayHaveGone(const QDBusError &error)
 InstanceClaim DBusApplication::claim(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
     auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return InstanceClaim::first;
+    // Qt asks the bus through the same interface when it looks for assistive programs, and would
+    // wait for 25 s if the bus has stopped meanwhile.
+    bus.interface()->setTimeout(int(std::chrono::milliseconds(longestWaitForBus).count()));
     // The object first: whoever finds the name expects it.
-    if (!bus.isConnected()
-        || !bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
+    if (!bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
         return InstanceClaim::first;
     do {
         const auto request = bus.interface()->registerService(applicationId);

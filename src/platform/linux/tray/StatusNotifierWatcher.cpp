@@ -46,9 +46,10 @@ void StatusNotifierWatcher::start()
                 askForHost();
             });
     auto bus = QDBusConnection::sessionBus();
+    // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
     for (const QString &signal :
          {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        bus.connect(service, path, service, signal, this, SLOT(askForHost()));
+        bus.connect(QString(), path, service, signal, this, SLOT(askForHost()));
     registerItem();
     askForHost();
 }
