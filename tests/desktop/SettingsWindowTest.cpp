@@ -2,6 +2,7 @@
 
 #include "support/Keyboard.h"
 #include "support/PrivateBus.h"
+#include "support/ProcessRest.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
@@ -25,10 +26,12 @@ struct Program {
         knowsIt,
     };
 
-    explicit Program(User user)
+    explicit Program(User user, int furtherEntries = 0)
     {
         program.isUserNew = user == User::isNew;
         program.addApp(app.desktopFile(), {40, 0x1800});
+        for (int index = 0; index < furtherEntries; ++index)
+            program.addEntry("website", u"https://example.com/%1"_s.arg(index));
         program.start();
         QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
     }
@@ -51,6 +54,11 @@ struct Program {
     ProgramUnderTest program;
     Keyboard keyboard;
 };
+
+void awaitInFront(const QString &window)
+{
+    QTRY_COMPARE(activeTitle(), window);
+}
 
 /// A second start, which ends when the first has opened its window.
 void startOnceMore()
@@ -230,6 +238,35 @@ private Q_SLOTS:
         QCOMPARE(workspaceOf(activeWindow().value_or(XCB_NONE)), 1);
         QTRY_COMPARE(workspaceOf(window), 1);
         QVERIFY(windowOnScreen(title));
+    }
+
+    void leavesTheMachineAloneOnceItIsClosed()
+    {
+        Program first(Program::User::knowsIt, 1000);
+        const pid_t process = first.program.processId();
+        awaitRest(process);
+        const qint64 before = ownKilobytes(process);
+        startOnceMore();
+        awaitInFront(title);
+        // By way of Add, the new entry's name and its kind.
+        first.keyboard.type({KEY_SPACE});
+        awaitInFront(u"New shortcut"_s);
+        first.keyboard.type({KEY_TAB});
+        first.keyboard.type({KEY_TAB});
+        first.keyboard.type({KEY_SPACE});
+        awaitInFront(u"Choose App"_s);
+        first.keyboard.type({KEY_ESC});
+        awaitInFront(u"New shortcut"_s);
+        first.keyboard.type({KEY_ESC});
+        awaitInFront(title);
+        closeWindow(*windowOnScreen(title));
+        QTRY_VERIFY(!windowOnScreen(title));
+        awaitRest(process);
+        // Qt ends threads and clears its cache of images after 30 s without use.
+        QVERIFY(isAtRestFor(process, 32000));
+        const qint64 grown = ownKilobytes(process) - before;
+        qInfo("it has grown by %lld KB, from %lld KB", grown, before);
+        QVERIFY(grown <= 8 * 1024);
     }
 };
 
