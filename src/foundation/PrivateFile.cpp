@@ -69,7 +69,8 @@ std::optional<Error> PrivateFile::write(const QByteArray &content)
             QLocale::c().formattedDataSize(m_mostBytes))};
     if (auto error = makeFolder())
         return error;
-    const bool isInTheWay = m_isUnread && isThere(m_path);
+    // Another program may have put something there since the file was read.
+    const bool isInTheWay = isThere(m_path) && (m_isUnread || !QFileInfo(m_path).isFile());
     const QString kept = isInTheWay ? pathToKeep() : QString();
     if (isInTheWay) {
         if (auto error = keepAt(kept))

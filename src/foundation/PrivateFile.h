@@ -27,7 +27,8 @@ public:
     void keepBeforeWriting() { m_isUnread = true; }
 
     /// Replaces the content, whole or not at all; only the user may use the file then. Makes the
-    /// folder too. Where something cannot be kept, nothing is written.
+    /// folder too. What is no regular file is kept as well. Where something cannot be kept, nothing
+    /// is written.
     std::optional<Error> write(const QByteArray &content);
 
 private:

@@ -364,6 +364,38 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(file.kept));
     }
 
+    void savesWhateverTheUmaskIs()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"folder/Corvane.conf"_s);
+        // A user whom permissions bind.
+        const uid_t user = geteuid();
+        constexpr uid_t nobody = 65534;
+        QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7777)));
+        QVERIFY(user != 0 || seteuid(nobody) == 0);
+        const mode_t before = umask(ACCESSPERMS);
+        IniUserDefaults defaults(path);
+        defaults.setBoolean(u"pauseAll"_s, true);
+        umask(before);
+        QCOMPARE(seteuid(user), 0);
+        QVERIFY(!defaults.error());
+        struct stat status = {};
+        QCOMPARE(stat(QFile::encodeName(path).constData(), &status), 0);
+        QCOMPARE(status.st_mode & ALLPERMS, mode_t(S_IRUSR | S_IWUSR));
+    }
+
+    void keepsWhatHasComeInItsPlaceSinceTheStart()
+    {
+        const File file;
+        IniUserDefaults defaults(file.path);
+        defaults.setBoolean(u"pauseAll"_s, true);
+        QVERIFY(QFile::remove(file.path) && QDir().mkpath(file.path + u"/precious"_s));
+        defaults.setBoolean(u"pauseAll"_s, false);
+        QVERIFY(!defaults.error());
+        QCOMPARE(IniUserDefaults(file.path).boolean(u"pauseAll"_s), false);
+        QVERIFY(QDir(file.kept + u"/precious"_s).exists());
+    }
+
     void savesNothingWhereADamagedFileCannotBeKept()
     {
         const QTemporaryDir folder;

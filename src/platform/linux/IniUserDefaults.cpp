@@ -5,6 +5,7 @@
 
 #include <QSettings>
 #include <QTemporaryDir>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -40,6 +41,22 @@ bool hasOpenQuotation(const QByteArray &text)
     }
     return isQuoted;
 }
+
+/// Lets the user, and nobody else, use what libraries create. Only files of other threads could be
+/// affected, in the same way.
+class UserOnlyUmask
+{
+public:
+    UserOnlyUmask()
+        : m_usual(umask(S_IRWXG | S_IRWXO))
+    {
+    }
+    ~UserOnlyUmask() { umask(m_usual); }
+    Q_DISABLE_COPY_MOVE(UserOnlyUmask)
+
+private:
+    const mode_t m_usual;
+};
 
 struct Content {
     QVariantMap values;
@@ -158,6 +175,7 @@ Result<QByteArray> IniUserDefaults::text() const
 {
     if (m_values.isEmpty())
         return QByteArray();
+    const UserOnlyUmask userOnly;
     const QTemporaryDir folder(m_file.path() + u".XXXXXX"_s);
     if (!folder.isValid())
         return Error{folder.errorString()};

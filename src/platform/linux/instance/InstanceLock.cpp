@@ -39,8 +39,13 @@ int openedFile(const QString &path)
         open(QFile::encodeName(path).constData(),
              O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
     struct stat status = {};
-    if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode)))
+    if (file < 0)
         return file;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        // The umask may have taken some of the user's own permissions away.
+        fchmod(file, S_IRUSR | S_IWUSR);
+        return file;
+    }
     close(file);
     return -1;
 }
