@@ -379,6 +379,21 @@ void addHoldsThatBeganUnseen(const AddRow &add)
              .runsOfJ = 1,
              .before = [rate](Typing &) { rate.set(); }});
     }
+    add("the modifiers are pressed twice while the key is held",
+        {.keys =
+             [=](Typing &typing) {
+                 typing.awaitStart();
+                 typing.keyboard.press({KEY_K});
+                 typing.wait(longHold);
+                 typing.keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT});
+                 typing.wait(30);
+                 typing.keyboard.release({KEY_LEFTCTRL, KEY_LEFTALT});
+                 typing.wait(200);
+                 holdModifiers(typing, longHold);
+             },
+         .runsOfK = 1,
+         .runsOfJ = 1,
+         .reachesTheWindow = true});
     add("held since before the modifiers, and pressed again",
         {.keys =
              [=](Typing &typing) {

@@ -20,6 +20,7 @@ struct Release {
 };
 struct SeenDown {
     QList<PressFilter::Key> keys;
+    int times = 1;
 };
 struct GrabbedWhileDown {
     PressFilter::Key key = k;
@@ -45,7 +46,11 @@ struct Player {
             fresh << press.time;
     }
     void operator()(const Release &release) { filter.released(release.key); }
-    void operator()(const SeenDown &seen) { filter.releaseAllUp(keyMap(seen.keys)); }
+    void operator()(const SeenDown &seen)
+    {
+        for (int i = 0; i < seen.times; ++i)
+            filter.releaseAllUp(keyMap(seen.keys));
+    }
     void operator()(const GrabbedWhileDown &grab)
     {
         filter.markIfDown(grab.key, keyMap({grab.key}));
@@ -87,11 +92,15 @@ private Q_SLOTS:
         add("a press sooner than the delay after a certain press is fresh",
             {Press{1000}, SeenDown{{}}, Press{1100}, SeenDown{{k}}, Press{1300}},
             {1000, 1100, 1300});
-        add("a press that may be the second repeat of an unseen hold is lost",
-            {Press{1000}, SeenDown{{k}}, Press{1100}}, {1000});
+        add("a press at a time at which no repeat is due is fresh",
+            {Press{1000}, SeenDown{{k}}, Press{1100}}, {1000, 1100});
+        add("a press at the time of the second repeat of an unseen hold is lost",
+            {Press{1000}, SeenDown{{k}}, Press{1045}}, {1000});
         add("a press after that one is fresh",
-            {Press{1000}, SeenDown{{k}}, Press{1100}, Release{}, Press{1200}, Press{1300}},
+            {Press{1000}, SeenDown{{k}}, Press{1045}, Release{}, Press{1200}, Press{1300}},
             {1000, 1200, 1300});
+        add("a later repeat of an unseen hold that was watched does not count",
+            {Press{1000}, SeenDown{{k}, 40}, Press{1240}}, {1000});
         add("further repeats do not count, however soon they come",
             {Press{1000}, Press{1660}, Press{1690}, Press{1700}}, {1000});
         add("a press during the hold of another key is fresh",

@@ -11,9 +11,6 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// How often a held key is looked at, until it is up. Shorter than the fastest usual repeat
-/// interval, 10 ms, and than the time for which a key is up between two presses.
-constexpr auto heldKeysInterval = 5ms;
 /// One change of the keyboard comes as several events.
 constexpr auto keyboardSettlingTime = 50ms;
 
@@ -36,7 +33,7 @@ X11HotkeyService::X11HotkeyService(const X11Connection &connection, UserActivati
     , m_activation(activation)
     , m_grabs(connection)
 {
-    m_heldKeysTimer.setInterval(heldKeysInterval);
+    m_heldKeysTimer.setInterval(PressFilter::keyMapInterval);
     m_heldKeysTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_heldKeysTimer, &QTimer::timeout, this, &X11HotkeyService::checkHeldKeys);
     m_keyboardTimer.setInterval(keyboardSettlingTime);
