@@ -4,16 +4,25 @@
 
 #include <algorithm>
 #include <iterator>
+#include <xcb/xinput.h>
 
 namespace
 {
 /// The press reaches us and nobody else.
 constexpr uint8_t reportToUsOnly = 0;
+constexpr auto allKeyboards = xcb_input_device_id_t(XCB_INPUT_DEVICE_ALL_MASTER);
 } // namespace
 
 KeyGrabs::KeyGrabs(const X11Connection &connection)
     : m_connection(connection)
+    , m_hasXInput(connection.hasXInput())
 {
+    if (m_hasXInput) {
+        constexpr uint16_t major = 2;
+        constexpr uint16_t minor = 0;
+        xcb_discard_reply(connection.get(),
+                          xcb_input_xi_query_version(connection.get(), major, minor).sequence);
+    }
 }
 
 KeyGrabs::Difference KeyGrabs::differenceTo(const std::set<KeyGrab> &wanted) const
@@ -31,6 +40,11 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
     for (const KeyGrab &grab : difference.surplus) {
         xcb_ungrab_key(connection, grab.key, root, grab.modifiers);
         m_held.erase(grab);
+        if (m_tellingRepeats.erase(grab) > 0) {
+            const uint32_t modifiers = grab.modifiers;
+            xcb_input_xi_passive_ungrab_device(connection, root, grab.key, allKeyboards, 1,
+                                               XCB_INPUT_GRAB_TYPE_KEYCODE, &modifiers);
+        }
     }
 
     std::vector<xcb_void_cookie_t> requests;
@@ -62,6 +76,26 @@ std::set<KeyGrab> KeyGrabs::tryOut(const std::set<KeyGrab> &grabs) const
             refused.insert(tried[i]);
     }
     return refused;
+}
+
+/// The event of a core grab does not say whether it is a repeat; that of an XInput 2 grab does.
+/// Only core grabs exclude those of most other programs, so both are needed. The newer one gets the
+/// key.
+void KeyGrabs::tellRepeats(const KeyGrab &grab)
+{
+    if (!m_hasXInput || !m_held.contains(grab) || !m_tellingRepeats.insert(grab).second)
+        return;
+    constexpr uint32_t events =
+        XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+    const uint32_t modifiers = grab.modifiers;
+    // Where another program has one for the same keys, the core grab goes on as before.
+    xcb_discard_reply(m_connection.get(),
+                      xcb_input_xi_passive_grab_device(
+                          m_connection.get(), XCB_CURRENT_TIME, m_connection.root(), XCB_NONE,
+                          grab.key, allKeyboards, 1, 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
+                          XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                          XCB_INPUT_GRAB_OWNER_NO_OWNER, &events, &modifiers)
+                          .sequence);
 }
 
 xcb_void_cookie_t KeyGrabs::request(const KeyGrab &grab) const

@@ -20,7 +20,7 @@ struct KeyGrab {
 class KeyGrabs
 {
 public:
-    /// The connection must outlive it.
+    /// The connection must be open and outlive it.
     explicit KeyGrabs(const X11Connection &connection);
 
     struct Difference {
@@ -39,10 +39,16 @@ public:
     /// unless we hold them.
     std::set<KeyGrab> tryOut(const std::set<KeyGrab> &grabs) const;
 
+    /// From the next "down" on, the server's events for this grab tell presses from repeats.
+    void tellRepeats(const KeyGrab &grab);
+
 private:
     xcb_void_cookie_t request(const KeyGrab &grab) const;
     bool isRefused(xcb_void_cookie_t request) const;
 
     const X11Connection &m_connection;
+    bool m_hasXInput;
     std::set<KeyGrab> m_held;
+    /// Those that have an XInput 2 grab beside the core grab.
+    std::set<KeyGrab> m_tellingRepeats;
 };

@@ -2,6 +2,17 @@
 
 #include "platform/linux/x11/Xkb.h"
 
+#include <xcb/xinput.h>
+
+namespace
+{
+bool has(xcb_connection_t *connection, xcb_extension_t &extension)
+{
+    const auto *const data = xcb_get_extension_data(connection, &extension);
+    return data && data->present;
+}
+} // namespace
+
 X11Connection::X11Connection()
 {
     int screenNumber = 0;
@@ -12,12 +23,19 @@ X11Connection::X11Connection()
     while (screenNumber-- > 0)
         xcb_screen_next(&screen);
     m_root = screen.data->root;
+    // In one round trip.
+    xcb_prefetch_extension_data(m_connection, &xcb_xkb_id);
+    xcb_prefetch_extension_data(m_connection, &xcb_input_id);
 }
 
 bool X11Connection::hasXkb() const
 {
-    const auto *const extension = xcb_get_extension_data(m_connection, &xcb_xkb_id);
-    return extension && extension->present;
+    return has(m_connection, xcb_xkb_id);
+}
+
+bool X11Connection::hasXInput() const
+{
+    return has(m_connection, xcb_input_id);
 }
 
 X11Connection::~X11Connection()

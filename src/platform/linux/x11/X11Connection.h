@@ -26,6 +26,8 @@ public:
     /// Whether the server can tell where the keys of its keyboard are. Requests to an extension
     /// that it lacks would close the connection.
     bool hasXkb() const;
+    /// Whether the server can tell a press of a key from an automatic repeat.
+    bool hasXInput() const;
     xcb_connection_t *get() const { return m_connection; }
     /// Only while it is open.
     xcb_window_t root() const { return m_root; }

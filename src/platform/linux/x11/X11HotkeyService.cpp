@@ -6,6 +6,7 @@
 #include "platform/linux/x11/Xkb.h"
 
 #include <algorithm>
+#include <xcb/xinput.h>
 
 using namespace std::chrono_literals;
 
@@ -13,12 +14,20 @@ namespace
 {
 /// One change of the keyboard comes as several events.
 constexpr auto keyboardSettlingTime = 50ms;
+/// How often a held key is looked at, until it is up.
+constexpr auto heldKeysInterval = 15ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
 
 bool containsAny(const std::set<KeyGrab> &set, const QList<KeyGrab> &grabs)
 {
     return std::ranges::any_of(grabs, [&](const KeyGrab &grab) { return set.contains(grab); });
+}
+
+/// What a passive grab compares of a state: neither pointer buttons nor the group of the layout.
+quint16 grabbedModifiers(quint16 state)
+{
+    return state & 0xff;
 }
 
 template <typename Event>
@@ -33,7 +42,7 @@ X11HotkeyService::X11HotkeyService(const X11Connection &connection, UserActivati
     , m_activation(activation)
     , m_grabs(connection)
 {
-    m_heldKeysTimer.setInterval(PressFilter::keyMapInterval);
+    m_heldKeysTimer.setInterval(heldKeysInterval);
     m_heldKeysTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_heldKeysTimer, &QTimer::timeout, this, &X11HotkeyService::checkHeldKeys);
     m_keyboardTimer.setInterval(keyboardSettlingTime);
@@ -52,8 +61,8 @@ void X11HotkeyService::selectKeyboardEvents()
         connection,
         xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION).sequence);
 
-    constexpr uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY
-        | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY;
+    constexpr uint16_t events =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
     xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, mapParts,
                           mapParts, nullptr);
@@ -253,7 +262,6 @@ void X11HotkeyService::updateTargets()
 void X11HotkeyService::readKeyboard()
 {
     m_keyboard = X11Keyboard::read(m_connection);
-    m_presses.setAutoRepeat(m_keyboard.autoRepeat());
     takeKeysOfKeyboard();
     flush();
 }
@@ -302,8 +310,10 @@ void X11HotkeyService::takeKeyMap(xcb_query_keymap_cookie_t request, std::vector
 void X11HotkeyService::apply(const KeyMapSnapshot &snapshot)
 {
     m_presses.releaseAllUp(snapshot.map);
-    for (const KeyGrab &grab : snapshot.grabs)
-        m_presses.markIfDown(grab.key, snapshot.map);
+    for (const KeyGrab &grab : snapshot.grabs) {
+        if (m_presses.markIfDown(grab.key, snapshot.map))
+            m_grabs.tellRepeats(grab);
+    }
 }
 
 /// A round trip may have pulled events into xcb's queue, for which the notifier does not wake:
@@ -335,31 +345,59 @@ void X11HotkeyService::handle(const xcb_generic_event_t &event)
 {
     const uint8_t type = event.response_type & ~0x80;
     if (type == XCB_KEY_PRESS) {
-        handlePress(as<xcb_key_press_event_t>(event));
+        const auto &press = as<xcb_key_press_event_t>(event);
+        handleDown({.key = press.detail, .state = press.state, .time = press.time});
+    } else if (type == XCB_GE_GENERIC) {
+        handleXInput(as<xcb_input_key_press_event_t>(event));
     } else if (type == XCB_KEY_RELEASE) {
         m_presses.released(as<xcb_key_release_event_t>(event).detail);
     } else if (type == m_xkbEvent || type == XCB_MAPPING_NOTIFY) {
-        // New keys, new modifiers or a new repeat delay; most often they turn out to be the old.
+        // New keys or new modifiers; most often they turn out to be the old.
         m_keyboardTimer.start();
     }
 }
 
-void X11HotkeyService::handlePress(const xcb_key_press_event_t &press)
+void X11HotkeyService::handleXInput(const xcb_input_key_press_event_t &event)
 {
-    const auto target = m_targets.find({press.detail, m_keyboard.ownModifiers(press.state)});
+    const auto key = xcb_keycode_t(event.detail);
+    if (event.event_type == XCB_INPUT_KEY_RELEASE) {
+        m_presses.released(key);
+    } else if (event.event_type == XCB_INPUT_KEY_PRESS) {
+        const bool isRepeat = event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT;
+        handleDown({.key = key,
+                    .state = quint16(event.mods.effective),
+                    .time = event.time,
+                    .down = isRepeat ? KeyDown::repeat : KeyDown::press,
+                    .keyboard = event.deviceid});
+    }
+}
+
+void X11HotkeyService::handleDown(const KeyEvent &event)
+{
+    const auto target = m_targets.find({event.key, m_keyboard.ownModifiers(event.state)});
     const bool isOurs = target != m_targets.end();
     const bool isRepeat =
-        isOurs ? !m_presses.isFresh(press.detail, press.time) : m_presses.isHeld(press.detail);
+        isOurs ? !m_presses.isFresh(event.key, event.down) : m_presses.isHeld(event.key);
     // This grab stays until the key is let go, so that its further repeats reach nobody.
     if (isRepeat)
         return;
-    // At once, and not at the key's release, or what is started could not grab the keyboard.
-    xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
-    xcb_flush(m_connection.get());
+    releaseKeyboard(event);
     if (isOurs && m_handler) {
-        m_activation.happenedAt(press.time);
+        m_activation.happenedAt(event.time);
         m_handler(target->second);
     }
+}
+
+/// At once, and not at the key's release, or what is started could not grab the keyboard.
+void X11HotkeyService::releaseKeyboard(const KeyEvent &event)
+{
+    auto *const connection = m_connection.get();
+    m_grabs.tellRepeats({event.key, grabbedModifiers(event.state)});
+    if (event.keyboard)
+        xcb_input_xi_ungrab_device(connection, XCB_CURRENT_TIME, *event.keyboard);
+    else
+        xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_flush(connection);
 }
 
 void X11HotkeyService::checkHeldKeys()

@@ -94,14 +94,12 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
     const auto names =
         xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
                           XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
-    const auto controls = xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD);
     const auto modifiers = xcb_get_modifier_mapping(connection);
     const auto symbols = xcb_get_keyboard_mapping(
         connection, keyboard.m_firstKey, quint8(keyboard.m_lastKey - keyboard.m_firstKey + 1));
 
     keyboard.readKeyNames(connection, names.sequence);
     keyboard.findVirtualKeyCodes();
-    keyboard.readAutoRepeat(connection, controls.sequence);
     keyboard.readModifiers(connection, modifiers.sequence, symbols.sequence);
     return keyboard;
 }
@@ -132,15 +130,6 @@ void X11Keyboard::findVirtualKeyCodes()
         if (const auto found = find(key))
             m_virtualKeyCodes[*found] = quint16(key.keyCode);
     }
-}
-
-void X11Keyboard::readAutoRepeat(xcb_connection_t *connection, unsigned int sequence)
-{
-    const XcbPointer<xcb_xkb_get_controls_reply_t> reply(
-        xcb_xkb_get_controls_reply(connection, {sequence}, nullptr));
-    if (reply)
-        m_autoRepeat = {std::chrono::milliseconds(reply->repeatDelay),
-                        std::chrono::milliseconds(reply->repeatInterval)};
 }
 
 void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSequence,

@@ -1,8 +1,6 @@
-// What the X server says of its keyboard: where the physical keys are, which bit each modifier
-// has, and when a held key repeats.
+// What the X server says of its keyboard: where the physical keys are, and which bit each modifier
+// has.
 #pragma once
-
-#include "platform/linux/x11/AutoRepeat.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -50,12 +48,9 @@ public:
     /// The same as EventFlag bits.
     quint32 eventFlags(quint16 state) const;
 
-    AutoRepeat autoRepeat() const { return m_autoRepeat; }
-
 private:
     void readKeyNames(xcb_connection_t *connection, unsigned int sequence);
     void findVirtualKeyCodes();
-    void readAutoRepeat(xcb_connection_t *connection, unsigned int sequence);
     void readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
                        unsigned int keysSequence);
 
@@ -68,5 +63,4 @@ private:
     quint16 m_command = 0;
     quint16 m_option = 0;
     quint16 m_locks = 0;
-    AutoRepeat m_autoRepeat;
 };
