@@ -3,11 +3,11 @@
 #include "foundation/Text.h"
 #include "foundation/Uuid.h"
 #include "model/DefaultsKeys.h"
-#include "model/ShortcutStore.h"
 #include "platform/Platform.h"
 #include "platform/SharedApplication.h"
 #include "platform/UserDefaults.h"
 #include "settings/SettingsView.h"
+#include "store/ShortcutStore.h"
 #include "symbols/SystemSymbol.h"
 #include "viewkit/AccessibleRole.h"
 

@@ -2,11 +2,11 @@
 
 #include "app/CorvaneApp.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/activation/StartupNotification.h"
+#include "platform/linux/base/ProcessSignals.h"
 #include "platform/linux/instance/SingleInstance.h"
-#include "platform/linux/x11/StartupNotification.h"
+#include "store/ShortcutStore.h"
 
 #include <QStandardPaths>
 #include <csignal>

@@ -1,17 +1,17 @@
-#include "shortcuts/Companion.h"
+#include "companion/Companion.h"
 
+#include "companion/JournalStream.h"
+#include "companion/ShortcutLink.h"
 #include "foundation/Text.h"
-#include "platform/linux/ApplicationId.h"
-#include "platform/linux/DBusNotificationCenter.h"
-#include "platform/linux/SessionBus.h"
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/ApplicationId.h"
+#include "platform/linux/base/SessionBus.h"
+#include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/Spawn.h"
 #include "platform/linux/launch/SystemdScope.h"
-#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
-#include "shortcuts/JournalStream.h"
-#include "shortcuts/ShortcutLink.h"
+#include "platform/linux/scripts/LinuxShortcutLibrary.h"
+#include "platform/linux/services/DBusNotificationCenter.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

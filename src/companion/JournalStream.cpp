@@ -1,4 +1,4 @@
-#include "shortcuts/JournalStream.h"
+#include "companion/JournalStream.h"
 
 #include "foundation/Text.h"
 

@@ -1,7 +1,7 @@
-#include "shortcuts/ShortcutLink.h"
+#include "companion/ShortcutLink.h"
 
 #include "foundation/Text.h"
-#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
+#include "platform/linux/scripts/LinuxShortcutLibrary.h"
 
 #include <string_view>
 

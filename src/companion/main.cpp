@@ -1,6 +1,6 @@
 // Runs the Shortcut that its one argument, a link, names.
 
-#include "shortcuts/Companion.h"
+#include "companion/Companion.h"
 
 int main(int argc, char *argv[])
 {

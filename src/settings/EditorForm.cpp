@@ -2,14 +2,14 @@
 
 #include "actions/ActionRunner.h"
 #include "foundation/Text.h"
-#include "hotkeys/Recorder.h"
-#include "model/ShortcutStore.h"
 #include "platform/InstalledApplications.h"
 #include "platform/Platform.h"
 #include "platform/ShortcutLibrary.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
+#include "settings/Recorder.h"
 #include "settings/WarningLines.h"
+#include "store/ShortcutStore.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "settings/EntryList.h"
 
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 #include "viewkit/AccessibleRole.h"
 #include "viewkit/Layouts.h"
 

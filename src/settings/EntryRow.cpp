@@ -1,9 +1,9 @@
 #include "settings/EntryRow.h"
 
 #include "actions/ActionRunner.h"
-#include "model/ShortcutStore.h"
 #include "settings/Badge.h"
 #include "settings/WarningLines.h"
+#include "store/ShortcutStore.h"
 #include "viewkit/AccessibleRole.h"
 #include "viewkit/Layouts.h"
 

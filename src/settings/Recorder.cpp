@@ -1,8 +1,8 @@
-#include "hotkeys/Recorder.h"
+#include "settings/Recorder.h"
 
-#include "model/ShortcutStore.h"
 #include "platform/KeyModifier.h"
 #include "platform/Platform.h"
+#include "store/ShortcutStore.h"
 
 using namespace Qt::StringLiterals;
 

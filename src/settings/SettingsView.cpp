@@ -2,7 +2,6 @@
 
 #include "foundation/Files.h"
 #include "model/DefaultsKeys.h"
-#include "model/ShortcutStore.h"
 #include "platform/LoginItem.h"
 #include "platform/Platform.h"
 #include "platform/SystemSettings.h"
@@ -12,6 +11,7 @@
 #include "settings/EditorForm.h"
 #include "settings/EntryList.h"
 #include "settings/FilePanel.h"
+#include "store/ShortcutStore.h"
 #include "viewkit/Alert.h"
 #include "viewkit/Sheet.h"
 

@@ -1,4 +1,4 @@
-#include "model/ShortcutIndex.h"
+#include "store/ShortcutIndex.h"
 
 #include "platform/UserDefaults.h"
 

@@ -1,4 +1,4 @@
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 
 #include "actions/ActionRunner.h"
 #include "actions/Notifier.h"

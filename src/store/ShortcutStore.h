@@ -5,8 +5,8 @@
 #include "model/AppError.h"
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
-#include "model/ShortcutIndex.h"
 #include "platform/Registration.h"
+#include "store/ShortcutIndex.h"
 
 #include <QList>
 #include <QObject>

@@ -3,9 +3,9 @@
 #include "fakes/KeyEventText.h"
 #include "platform/EventFlag.h"
 #include "platform/KeyModifier.h"
-#include "platform/linux/LinuxEventMonitor.h"
+#include "platform/linux/hotkeys/X11HotkeyService.h"
+#include "platform/linux/recording/LinuxEventMonitor.h"
 #include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11HotkeyService.h"
 #include "support/Keyboard.h"
 #include "support/Windows.h"
 

@@ -1,6 +1,6 @@
 // What can be opened, how it is started, and what is said where that fails.
 
-#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/launch/LinuxWorkspace.h"
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
 

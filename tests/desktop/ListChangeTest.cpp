@@ -2,13 +2,13 @@
 
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
 #include "platform/KeyModifier.h"
 #include "platform/Platform.h"
-#include "platform/linux/IniUserDefaults.h"
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/hotkeys/X11HotkeyService.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/services/IniUserDefaults.h"
 #include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11HotkeyService.h"
+#include "store/ShortcutStore.h"
 #include "support/Keyboard.h"
 #include "support/RequestCounter.h"
 

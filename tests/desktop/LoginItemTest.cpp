@@ -1,6 +1,6 @@
 // What a session starts at login, by the autostart files that it finds.
 
-#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/services/AutostartLoginItem.h"
 #include "support/Keyboard.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"

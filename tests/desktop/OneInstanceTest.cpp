@@ -1,8 +1,8 @@
 // The program runs once in a session: what a second start does, and how others reach the first.
 
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/ServerTime.h"
+#include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/instance/SingleInstance.h"
-#include "platform/linux/x11/ServerTime.h"
 #include "support/Keyboard.h"
 #include "support/PrivateBus.h"
 #include "support/ProgramUnderTest.h"

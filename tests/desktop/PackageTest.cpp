@@ -1,7 +1,7 @@
 // The Debian package on a clean system: what its user has of it, before and after an upgrade, and
 // what stays when it is removed.
 
-#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/services/AutostartLoginItem.h"
 #include "support/Accessible.h"
 #include "support/Keyboard.h"
 #include "support/PrivateBus.h"

@@ -1,8 +1,8 @@
 // How the pages of the desktop's own settings are opened.
 
-#include "platform/linux/LinuxSystemSettings.h"
-#include "platform/linux/x11/ServerTime.h"
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/activation/ServerTime.h"
+#include "platform/linux/activation/StartupNotification.h"
+#include "platform/linux/services/LinuxSystemSettings.h"
 #include "support/RecordedApp.h"
 
 #include <QFile>

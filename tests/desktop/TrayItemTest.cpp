@@ -1,7 +1,7 @@
 // The tray item, as desktops read it over the bus and find it in their trays.
 
 #include "platform/linux/tray/TrayItem.h"
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/UserActivation.h"
 #include "support/DBusClient.h"
 #include "support/Panel.h"
 #include "support/RecordedService.h"

@@ -1,6 +1,6 @@
 // Registrations against a rival who holds keys, what they cost, and who is asked for them.
 
-#include "platform/linux/x11/TrialGrabs.h"
+#include "platform/linux/hotkeys/TrialGrabs.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "support/Keyboard.h"
 #include "support/RequestCounter.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/Accelerator.h"
+#include "platform/linux/keys/Accelerator.h"
 #include "platform/EventFlag.h"
 
 #include <QRandomGenerator>

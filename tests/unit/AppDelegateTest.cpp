@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 
 #include <QScreen>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/services/AutostartLoginItem.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/ExecLine.h"
 #include "support/LittleSpace.h"

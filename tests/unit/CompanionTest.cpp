@@ -1,9 +1,9 @@
 // Which links run which Shortcuts: what the companion program decides before it starts anything.
 
+#include "companion/JournalStream.h"
+#include "companion/ShortcutLink.h"
 #include "foundation/Text.h"
-#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
-#include "shortcuts/JournalStream.h"
-#include "shortcuts/ShortcutLink.h"
+#include "platform/linux/scripts/LinuxShortcutLibrary.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "settings/EditorForm.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 #include "support/Seen.h"
 #include "viewkit/Sheet.h"
 

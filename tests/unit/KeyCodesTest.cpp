@@ -1,4 +1,4 @@
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 #include "hotkeys/KeyboardShortcuts.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
 // Who hears of which keys while a window's keys are monitored, and afterwards.
 
-#include "platform/linux/LinuxEventMonitor.h"
+#include "platform/linux/recording/LinuxEventMonitor.h"
 #include "fakes/KeyEventText.h"
 #include "platform/EventFlag.h"
 

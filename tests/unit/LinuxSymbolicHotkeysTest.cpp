@@ -1,6 +1,6 @@
 // The desktop's shortcuts on the keys of real layouts.
 
-#include "platform/linux/LinuxSymbolicHotkeys.h"
+#include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
 #include "platform/linux/layout/Xkbcommon.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxSystemSettings.h"
+#include "platform/linux/services/LinuxSystemSettings.h"
 
 #include <QFile>
 #include <QTemporaryDir>

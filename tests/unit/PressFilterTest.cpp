@@ -1,4 +1,4 @@
-#include "platform/linux/x11/PressFilter.h"
+#include "platform/linux/hotkeys/PressFilter.h"
 
 #include <QTest>
 #include <variant>

@@ -1,4 +1,4 @@
-#include "platform/linux/Session.h"
+#include "platform/linux/base/Session.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "support/LittleSpace.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/UserActivation.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
-#include "platform/linux/ApplicationId.h"
-#include "platform/linux/Session.h"
+#include "platform/linux/base/ApplicationId.h"
+#include "platform/linux/base/Session.h"
 #include "platform/linux/desktopkeys/ShortcutsOfDesktop.h"
 #include "platform/linux/layout/WaylandKeyboardLayout.h"
 #include "platform/linux/layout/X11KeyboardLayout.h"

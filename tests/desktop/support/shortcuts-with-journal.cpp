@@ -1,6 +1,6 @@
 // The companion program, but that the journal is the one that JOURNAL_OF_TEST names.
 
-#include "shortcuts/Companion.h"
+#include "companion/Companion.h"
 
 int main(int argc, char *argv[])
 {

@@ -3,7 +3,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "model/ShortcutStore.h"
+#include "store/ShortcutStore.h"
 
 struct StoreHome {
     explicit StoreHome(const QList<LaunchEntry> &list = {})

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/ActiveWindow.h"
+#include "platform/linux/activation/ActiveWindow.h"
 
 #include "platform/linux/x11/Atom.h"
 

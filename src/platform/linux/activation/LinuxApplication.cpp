@@ -1,7 +1,7 @@
-#include "platform/linux/LinuxApplication.h"
+#include "platform/linux/activation/LinuxApplication.h"
 
-#include "platform/linux/UserActivation.h"
-#include "platform/linux/x11/ActiveWindow.h"
+#include "platform/linux/activation/ActiveWindow.h"
+#include "platform/linux/activation/UserActivation.h"
 
 #include <QApplication>
 #include <QWidget>

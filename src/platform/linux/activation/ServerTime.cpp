@@ -1,4 +1,4 @@
-#include "platform/linux/x11/ServerTime.h"
+#include "platform/linux/activation/ServerTime.h"
 
 #include "platform/linux/x11/X11Connection.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/activation/StartupNotification.h"
 
 #include "platform/linux/x11/Atom.h"
 

@@ -1,7 +1,7 @@
 // How windows of started programs are known on X11 to be what the user asked for.
 #pragma once
 
-#include "platform/linux/launch/StartingApp.h"
+#include "platform/linux/activation/StartingApp.h"
 
 #include <QByteArray>
 #include <QtGlobal>

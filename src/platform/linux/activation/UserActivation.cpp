@@ -1,8 +1,8 @@
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/UserActivation.h"
 
-#include "platform/linux/Session.h"
-#include "platform/linux/x11/ServerTime.h"
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/activation/ServerTime.h"
+#include "platform/linux/activation/StartupNotification.h"
+#include "platform/linux/base/Session.h"
 
 void UserActivation::handedOver(const StartupTokens &tokens)
 {

@@ -1,7 +1,7 @@
 // The user's latest action, on whose behalf a started program may come to the front.
 #pragma once
 
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/StartupTokens.h"
 
 #include <QByteArray>
 #include <QtGlobal>

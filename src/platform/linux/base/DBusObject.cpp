@@ -1,4 +1,4 @@
-#include "platform/linux/tray/DBusObject.h"
+#include "platform/linux/base/DBusObject.h"
 
 #include <QDBusConnection>
 #include <QDBusVariant>

@@ -1,4 +1,4 @@
-#include "platform/linux/LocalSocket.h"
+#include "platform/linux/base/LocalSocket.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/base/ProcessSignals.h"
 
 #include <QCoreApplication>
 #include <cerrno>

@@ -1,6 +1,6 @@
-#include "platform/linux/Session.h"
+#include "platform/linux/base/Session.h"
 
-#include "platform/linux/LocalSocket.h"
+#include "platform/linux/base/LocalSocket.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

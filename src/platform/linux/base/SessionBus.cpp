@@ -1,6 +1,6 @@
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/base/SessionBus.h"
 
-#include "platform/linux/LocalSocket.h"
+#include "platform/linux/base/LocalSocket.h"
 
 #include <QByteArrayList>
 #include <QDeadlineTimer>

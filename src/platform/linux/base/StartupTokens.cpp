@@ -1,4 +1,4 @@
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/StartupTokens.h"
 
 using namespace Qt::StringLiterals;
 

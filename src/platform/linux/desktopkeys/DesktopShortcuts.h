@@ -1,7 +1,7 @@
 // The keyboard shortcuts in one desktop's settings, read and kept up to date without waiting.
 #pragma once
 
-#include "platform/linux/desktopkeys/Accelerator.h"
+#include "platform/linux/keys/Accelerator.h"
 
 #include <QList>
 #include <QObject>

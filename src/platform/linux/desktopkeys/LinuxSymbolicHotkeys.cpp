@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxSymbolicHotkeys.h"
+#include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
 
 #include <utility>
 

@@ -4,8 +4,8 @@
 #include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
 #include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/hotkeys/TrialGrabs.h"
 #include "platform/linux/layout/KeyboardLayout.h"
-#include "platform/linux/x11/TrialGrabs.h"
 
 #include <QObject>
 #include <QTimer>

@@ -1,6 +1,6 @@
 #include "platform/linux/desktopkeys/ShortcutsOfDesktop.h"
 
-#include "platform/linux/Session.h"
+#include "platform/linux/base/Session.h"
 #include "platform/linux/desktopkeys/GSettingsShortcuts.h"
 #include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
 #include "platform/linux/desktopkeys/LxqtShortcuts.h"

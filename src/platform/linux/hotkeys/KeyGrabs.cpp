@@ -1,4 +1,4 @@
-#include "platform/linux/x11/KeyGrabs.h"
+#include "platform/linux/hotkeys/KeyGrabs.h"
 
 #include "platform/linux/x11/X11Connection.h"
 

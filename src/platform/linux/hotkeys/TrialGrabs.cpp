@@ -1,4 +1,4 @@
-#include "platform/linux/x11/TrialGrabs.h"
+#include "platform/linux/hotkeys/TrialGrabs.h"
 
 #include <utility>
 

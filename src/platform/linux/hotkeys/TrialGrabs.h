@@ -1,7 +1,7 @@
 // Which key combinations other programs hold at the X server, as far as somebody asks.
 #pragma once
 
-#include "platform/linux/x11/X11HotkeyService.h"
+#include "platform/linux/hotkeys/X11HotkeyService.h"
 
 #include <QObject>
 #include <map>

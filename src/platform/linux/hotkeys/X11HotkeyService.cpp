@@ -1,7 +1,7 @@
-#include "platform/linux/x11/X11HotkeyService.h"
+#include "platform/linux/hotkeys/X11HotkeyService.h"
 
 #include "platform/KeyModifier.h"
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "platform/HotkeyService.h"
-#include "platform/linux/UserActivation.h"
-#include "platform/linux/x11/KeyGrabs.h"
-#include "platform/linux/x11/PressFilter.h"
+#include "platform/linux/activation/UserActivation.h"
+#include "platform/linux/hotkeys/KeyGrabs.h"
+#include "platform/linux/hotkeys/PressFilter.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QObject>

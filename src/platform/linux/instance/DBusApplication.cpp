@@ -2,7 +2,7 @@
 
 #include "foundation/Text.h"
 #include "foundation/Uuid.h"
-#include "platform/linux/ApplicationId.h"
+#include "platform/linux/base/ApplicationId.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

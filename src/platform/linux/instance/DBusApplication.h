@@ -2,7 +2,7 @@
 // there is one, and the interface org.freedesktop.Application.
 #pragma once
 
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/instance/InstanceClaim.h"
 
 #include <QDBusContext>

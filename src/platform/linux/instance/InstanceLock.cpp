@@ -1,7 +1,7 @@
 #include "platform/linux/instance/InstanceLock.h"
 
 #include "foundation/Files.h"
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/base/ProcessSignals.h"
 
 #include <QFile>
 #include <QFileInfo>

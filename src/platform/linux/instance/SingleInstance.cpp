@@ -1,9 +1,9 @@
 #include "platform/linux/instance/SingleInstance.h"
 
-#include "platform/linux/Session.h"
-#include "platform/linux/SessionBus.h"
-#include "platform/linux/UserActivation.h"
-#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/activation/StartupNotification.h"
+#include "platform/linux/activation/UserActivation.h"
+#include "platform/linux/base/Session.h"
+#include "platform/linux/base/SessionBus.h"
 
 #include <QDeadlineTimer>
 #include <chrono>

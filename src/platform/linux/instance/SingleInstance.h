@@ -2,7 +2,7 @@
 // ask of it.
 #pragma once
 
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/instance/DBusApplication.h"
 #include "platform/linux/instance/InstanceClaim.h"
 #include "platform/linux/instance/InstanceLock.h"

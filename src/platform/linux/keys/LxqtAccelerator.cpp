@@ -1,5 +1,5 @@
 #include "platform/EventFlag.h"
-#include "platform/linux/desktopkeys/Accelerator.h"
+#include "platform/linux/keys/Accelerator.h"
 
 #include <QHash>
 #include <QStringList>

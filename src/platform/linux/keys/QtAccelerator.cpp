@@ -1,6 +1,6 @@
 #include "platform/EventFlag.h"
-#include "platform/linux/KeyTranslation.h"
-#include "platform/linux/desktopkeys/Accelerator.h"
+#include "platform/linux/keys/Accelerator.h"
+#include "platform/linux/recording/KeyTranslation.h"
 
 #include <QChar>
 #include <Qt>

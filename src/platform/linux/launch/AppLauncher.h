@@ -3,9 +3,9 @@
 #pragma once
 
 #include "foundation/Result.h"
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/activation/StartingApp.h"
+#include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/launch/ChildReaper.h"
-#include "platform/linux/launch/StartingApp.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/launch/LinuxWorkspace.h"
 
 #include "platform/linux/launch/DesktopApp.h"
 

@@ -3,10 +3,10 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/StartupNotification.h"
+#include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopAppCache.h"
-#include "platform/linux/x11/StartupNotification.h"
 
 class LinuxWorkspace : public Workspace
 {

@@ -2,7 +2,7 @@
 
 #include "foundation/Files.h"
 #include "foundation/Text.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/base/SessionBus.h"
 #include "platform/linux/launch/ExecError.h"
 
 #include <QByteArrayList>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "foundation/Result.h"
-#include "platform/linux/StartupTokens.h"
+#include "platform/linux/base/StartupTokens.h"
 
 #include <QString>
 #include <QStringList>

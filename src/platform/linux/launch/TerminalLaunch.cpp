@@ -1,6 +1,6 @@
 #include "platform/linux/launch/TerminalLaunch.h"
 
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/base/SessionBus.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/GLib.h"
 #include "platform/linux/launch/Spawn.h"

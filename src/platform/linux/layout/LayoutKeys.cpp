@@ -1,6 +1,6 @@
 #include "platform/linux/layout/LayoutKeys.h"
 
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 
 #include <tuple>
 #include <xkbcommon/xkbcommon.h>

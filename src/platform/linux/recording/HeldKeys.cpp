@@ -1,4 +1,4 @@
-#include "platform/linux/HeldKeys.h"
+#include "platform/linux/recording/HeldKeys.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>

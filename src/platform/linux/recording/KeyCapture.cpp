@@ -1,8 +1,8 @@
-#include "platform/linux/KeyCapture.h"
+#include "platform/linux/recording/KeyCapture.h"
 
-#include "platform/linux/HeldKeys.h"
-#include "platform/linux/KeyTranslation.h"
-#include "platform/linux/x11/X11HotkeyService.h"
+#include "platform/linux/hotkeys/X11HotkeyService.h"
+#include "platform/linux/recording/HeldKeys.h"
+#include "platform/linux/recording/KeyTranslation.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

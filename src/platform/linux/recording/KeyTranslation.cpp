@@ -1,7 +1,7 @@
-#include "platform/linux/KeyTranslation.h"
+#include "platform/linux/recording/KeyTranslation.h"
 
 #include "platform/EventFlag.h"
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxEventMonitor.h"
+#include "platform/linux/recording/LinuxEventMonitor.h"
 
-#include "platform/linux/KeyCapture.h"
+#include "platform/linux/recording/KeyCapture.h"
 
 #include <memory>
 

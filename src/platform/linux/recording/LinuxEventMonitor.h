@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/EventMonitor.h"
-#include "platform/linux/HeldKeys.h"
+#include "platform/linux/recording/HeldKeys.h"
 
 class X11HotkeyService;
 

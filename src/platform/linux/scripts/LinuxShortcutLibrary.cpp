@@ -1,9 +1,9 @@
-#include "platform/linux/shortcuts/LinuxShortcutLibrary.h"
+#include "platform/linux/scripts/LinuxShortcutLibrary.h"
 
 #include "foundation/Text.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/ExecLine.h"
-#include "platform/linux/shortcuts/TrustedPath.h"
+#include "platform/linux/scripts/TrustedPath.h"
 
 #include <QCollator>
 #include <QDir>

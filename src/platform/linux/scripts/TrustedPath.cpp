@@ -1,4 +1,4 @@
-#include "platform/linux/shortcuts/TrustedPath.h"
+#include "platform/linux/scripts/TrustedPath.h"
 
 #include "foundation/Text.h"
 

@@ -1,8 +1,8 @@
-#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/services/AutostartLoginItem.h"
 
 #include "foundation/Files.h"
 #include "foundation/Text.h"
-#include "platform/linux/ApplicationId.h"
+#include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/launch/DesktopApp.h"
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/CanberraAlertSound.h"
+#include "platform/linux/services/CanberraAlertSound.h"
 
 #include <QGuiApplication>
 #include <canberra.h>

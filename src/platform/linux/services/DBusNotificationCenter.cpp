@@ -1,4 +1,4 @@
-#include "platform/linux/DBusNotificationCenter.h"
+#include "platform/linux/services/DBusNotificationCenter.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,4 +1,4 @@
-#include "platform/linux/IniUserDefaults.h"
+#include "platform/linux/services/IniUserDefaults.h"
 
 #include "foundation/Files.h"
 #include "foundation/Text.h"

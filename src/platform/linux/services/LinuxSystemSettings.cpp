@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxSystemSettings.h"
+#include "platform/linux/services/LinuxSystemSettings.h"
 
-#include "platform/linux/Session.h"
+#include "platform/linux/base/Session.h"
 
 #include <QHash>
 #include <QStandardPaths>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/SystemSettings.h"
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 
 #include <QProcessEnvironment>

@@ -1,4 +1,4 @@
-#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/services/PortalAppearance.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingReply>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
-#include "platform/linux/tray/DBusObject.h"
+#include "platform/linux/base/DBusObject.h"
 
 #include <QHash>
 #include <QVariantMap>

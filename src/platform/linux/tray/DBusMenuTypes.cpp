@@ -1,6 +1,6 @@
 #include "platform/linux/tray/DBusMenuTypes.h"
 
-#include "platform/linux/tray/DBusStructure.h"
+#include "platform/linux/base/DBusStructure.h"
 
 #include <QDBusMetaType>
 

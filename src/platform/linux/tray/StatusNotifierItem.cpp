@@ -1,7 +1,7 @@
 #include "platform/linux/tray/StatusNotifierItem.h"
 
+#include "platform/linux/base/DBusStructure.h"
 #include "platform/linux/tray/DBusMenu.h"
-#include "platform/linux/tray/DBusStructure.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

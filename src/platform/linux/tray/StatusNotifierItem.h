@@ -1,7 +1,7 @@
 // The item as desktops read it over the bus and show it by themselves: org.kde.StatusNotifierItem.
 #pragma once
 
-#include "platform/linux/tray/DBusObject.h"
+#include "platform/linux/base/DBusObject.h"
 
 #include <QIcon>
 #include <QPoint>

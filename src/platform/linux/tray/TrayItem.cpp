@@ -1,7 +1,7 @@
 #include "platform/linux/tray/TrayItem.h"
 
-#include "platform/linux/ApplicationId.h"
-#include "platform/linux/UserActivation.h"
+#include "platform/linux/activation/UserActivation.h"
+#include "platform/linux/base/ApplicationId.h"
 #include "symbols/SystemSymbol.h"
 
 #include <QCursor>

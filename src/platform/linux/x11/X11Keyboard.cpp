@@ -2,7 +2,7 @@
 
 #include "platform/EventFlag.h"
 #include "platform/KeyModifier.h"
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
 
