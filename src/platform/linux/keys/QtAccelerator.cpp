@@ -1,6 +1,6 @@
 #include "platform/EventFlag.h"
 #include "platform/linux/keys/Accelerator.h"
-#include "platform/linux/recording/KeyTranslation.h"
+#include "platform/linux/keys/Modifiers.h"
 
 #include <QChar>
 #include <Qt>
@@ -101,7 +101,7 @@ std::optional<Accelerator> qtAccelerator(int code)
         return {};
     return Accelerator{
         .modifiers =
-            KeyTranslation::eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
+            Modifiers::eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
         .symbol = symbol,
         .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
     };

@@ -1,7 +1,7 @@
 #include "platform/linux/recording/KeyTranslation.h"
 
-#include "platform/EventFlag.h"
 #include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/Modifiers.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QKeyEvent>
@@ -48,20 +48,6 @@ std::optional<quint16> keyCode(quint32 scanCode, const X11Keyboard *keyboard)
 }
 } // namespace
 
-quint32 eventFlags(Qt::KeyboardModifiers modifiers)
-{
-    quint32 flags = 0;
-    if (modifiers & Qt::MetaModifier)
-        flags |= commandEventFlag;
-    if (modifiers & Qt::AltModifier)
-        flags |= optionEventFlag;
-    if (modifiers & Qt::ShiftModifier)
-        flags |= shiftEventFlag;
-    if (modifiers & Qt::ControlModifier)
-        flags |= controlEventFlag;
-    return flags;
-}
-
 std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
 {
     const auto code = keyCode(press.nativeScanCode(), keyboard);
@@ -71,7 +57,7 @@ std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyb
     // Qt's own modifiers would depend on the layout where the server's are known.
     return KeyEvent{*code,
                     keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
-                             : eventFlags(press.modifiers())};
+                             : Modifiers::eventFlags(press.modifiers())};
 }
 
 } // namespace KeyTranslation

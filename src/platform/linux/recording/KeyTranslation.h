@@ -3,16 +3,11 @@
 
 #include "platform/EventMonitor.h"
 
-#include <Qt>
-
 class QKeyEvent;
 class X11Keyboard;
 
 namespace KeyTranslation
 {
-
-/// The four modifiers that combinations are made of, as EventFlag bits; others are dropped.
-quint32 eventFlags(Qt::KeyboardModifiers modifiers);
 
 /// The keyboard is the X server's, if events come from one whose keyboard is known. Nothing for
 /// keys that are modifiers in the user's layout, and for keys without a virtual key code.
