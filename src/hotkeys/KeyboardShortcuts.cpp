@@ -7,6 +7,8 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 
+#include <nlohmann/json.hpp>
+
 using namespace Qt::StringLiterals;
 
 namespace KeyboardShortcuts

@@ -3,6 +3,7 @@
 #include "foundation/Text.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 

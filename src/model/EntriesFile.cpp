@@ -1,5 +1,7 @@
 #include "model/EntriesFile.h"
 
+#include <nlohmann/json.hpp>
+
 using namespace Qt::StringLiterals;
 
 namespace

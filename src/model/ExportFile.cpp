@@ -2,6 +2,8 @@
 
 #include "model/LaunchEntry.h"
 
+#include <nlohmann/json.hpp>
+
 using namespace Qt::StringLiterals;
 
 Json ExportItem::toJson() const

@@ -4,6 +4,7 @@
 #include "foundation/Uuid.h"
 
 #include <QDir>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 

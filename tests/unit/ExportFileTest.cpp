@@ -1,6 +1,7 @@
 #include "model/ExportFile.h"
 
 #include <QTest>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 

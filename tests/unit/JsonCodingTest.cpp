@@ -3,6 +3,7 @@
 
 #include <QTest>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 

@@ -4,6 +4,7 @@
 #include "hotkeys/HotkeyCenter.h"
 
 #include <QTest>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 using namespace KeyboardShortcuts;

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QTest>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 

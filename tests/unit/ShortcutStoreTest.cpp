@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSet>
 #include <QTest>
+#include <nlohmann/json.hpp>
 
 using namespace Qt::StringLiterals;
 
