@@ -72,6 +72,9 @@ public:
 
     pid_t processId() const { return pid_t(m_process.processId()); }
 
+    /// Processor time since its start, of all its threads.
+    double cpuMilliseconds() const;
+
     /// What it has started that has not ended, or that it has not taken notice of.
     QList<pid_t> children() const;
 
