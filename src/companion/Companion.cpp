@@ -31,9 +31,9 @@ using namespace std::chrono_literals;
 
 namespace
 {
-constexpr auto longestWaitForBus = 2s;
+constexpr auto maxWaitForBus = 2s;
 /// A host of notifications may have to be started first.
-constexpr auto longestWaitForNotification = 5s;
+constexpr auto maxWaitForNotification = 5s;
 
 struct Failure {
     QString title;
@@ -83,7 +83,7 @@ void awaitBus()
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                        u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
     QDBusConnection::sessionBus().call(ping, QDBus::Block,
-                                       int(std::chrono::milliseconds(longestWaitForBus).count()));
+                                       int(std::chrono::milliseconds(maxWaitForBus).count()));
 }
 
 std::optional<Error> start(const QString &path, const StartupTokens &tokens)
@@ -122,7 +122,7 @@ void notify(const Failure &failure)
     DBusNotificationCenter center(applicationId, {});
     // Shared with an answer that comes too late.
     const auto loop = std::make_shared<QEventLoop>();
-    QTimer::singleShot(longestWaitForNotification, loop.get(), &QEventLoop::quit);
+    QTimer::singleShot(maxWaitForNotification, loop.get(), &QEventLoop::quit);
     center.add({.title = failure.title, .body = failure.reason}, [loop] { loop->quit(); });
     loop->exec();
 }

@@ -74,7 +74,7 @@ Error systemError(int number)
     return {QString::fromLocal8Bit(std::strerror(number))};
 }
 
-Result<QByteArray> readWhole(const QString &path, qint64 mostBytes)
+Result<QByteArray> readWhole(const QString &path, qint64 maxBytes)
 {
     QFile file(path);
     // A pipe would be waited for, and a device may have no end.
@@ -83,12 +83,12 @@ Result<QByteArray> readWhole(const QString &path, qint64 mostBytes)
     if (!file.open(QIODevice::ReadOnly))
         return Error{file.errorString()};
     // One more, since the size that a file tells is not always that of its content.
-    QByteArray content = file.read(mostBytes + 1);
+    QByteArray content = file.read(maxBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return Error{file.errorString()};
-    if (content.size() > mostBytes)
+    if (content.size() > maxBytes)
         return Error{
-            u"The file is larger than %1."_s.arg(QLocale::c().formattedDataSize(mostBytes))};
+            u"The file is larger than %1."_s.arg(QLocale::c().formattedDataSize(maxBytes))};
     return content;
 }
 

@@ -12,7 +12,7 @@
 Error systemError(int number = errno);
 
 /// The file's content. What is no regular file, or larger than that many bytes, is an error.
-Result<QByteArray> readWhole(const QString &path, qint64 mostBytes);
+Result<QByteArray> readWhole(const QString &path, qint64 maxBytes);
 
 /// Who may use a file that is written.
 enum class FileAccess {

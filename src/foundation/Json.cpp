@@ -14,7 +14,7 @@ namespace
 {
 /// No file of ours goes deeper than a few levels. Each level of a hostile one takes a hundred times
 /// the memory of its bracket, and a copy of many levels overflows the stack.
-constexpr int deepest = 100;
+constexpr int maxDepth = 100;
 
 /// Found out before, because the library takes the memory first.
 bool isNestedTooDeeply(const QByteArray &text)
@@ -31,7 +31,7 @@ bool isNestedTooDeeply(const QByteArray &text)
             ++depth;
         else if (!isInString && (character == ']' || character == '}'))
             --depth;
-        if (depth > deepest)
+        if (depth > maxDepth)
             return true;
     }
     return false;

@@ -41,9 +41,9 @@ bool rename(const QString &from, const QString &to)
 }
 } // namespace
 
-PrivateFile::PrivateFile(QString path, qint64 mostBytes)
+PrivateFile::PrivateFile(QString path, qint64 maxBytes)
     : m_path(std::move(path))
-    , m_mostBytes(mostBytes)
+    , m_maxBytes(maxBytes)
 {
 }
 
@@ -56,7 +56,7 @@ Result<std::optional<QByteArray>> PrivateFile::read() const
 {
     if (!isThere(m_path))
         return std::optional<QByteArray>();
-    auto content = readWhole(m_path, m_mostBytes);
+    auto content = readWhole(m_path, m_maxBytes);
     if (!content)
         return content.error();
     return std::optional(std::move(content).value());
@@ -64,9 +64,9 @@ Result<std::optional<QByteArray>> PrivateFile::read() const
 
 std::optional<Error> PrivateFile::write(const QByteArray &content)
 {
-    if (content.size() > m_mostBytes)
-        return Error{u"The file would be larger than %1."_s.arg(
-            QLocale::c().formattedDataSize(m_mostBytes))};
+    if (content.size() > m_maxBytes)
+        return Error{
+            u"The file would be larger than %1."_s.arg(QLocale::c().formattedDataSize(m_maxBytes))};
     if (auto error = makeFolder())
         return error;
     // Another program may have put something there since the file was read.
@@ -97,7 +97,7 @@ QString PrivateFile::pathToKeep() const
 std::optional<Error> PrivateFile::keepAt(const QString &path) const
 {
     // A readable file is copied, so that the original stays until the new file replaces it.
-    if (const auto content = readWhole(m_path, m_mostBytes))
+    if (const auto content = readWhole(m_path, m_maxBytes))
         return replaceContent(path, *content, FileAccess::userOnly);
     if (rename(m_path, path))
         return std::nullopt;

@@ -11,7 +11,7 @@ class PrivateFile
 {
 public:
     /// A larger file is neither read nor written.
-    PrivateFile(QString path, qint64 mostBytes);
+    PrivateFile(QString path, qint64 maxBytes);
 
     const QString &path() const { return m_path; }
 
@@ -36,6 +36,6 @@ private:
     std::optional<Error> keepAt(const QString &path) const;
 
     QString m_path;
-    qint64 m_mostBytes;
+    qint64 m_maxBytes;
     bool m_isUnread = false;
 };

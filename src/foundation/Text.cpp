@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qsizetype longestInMessage = 300;
+constexpr qsizetype maxLengthInMessage = 300;
 
 bool movesOn(QChar character)
 {
@@ -23,9 +23,9 @@ QString quoted(const QString &text)
 
 QString shortened(const QString &text)
 {
-    if (text.size() <= longestInMessage)
+    if (text.size() <= maxLengthInMessage)
         return text;
-    QString beginning = text.first(longestInMessage - 1);
+    QString beginning = text.first(maxLengthInMessage - 1);
     if (beginning.back().isHighSurrogate())
         beginning.chop(1);
     return beginning + u'…';

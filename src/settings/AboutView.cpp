@@ -28,10 +28,10 @@ AboutView::AboutView(Action onClose)
             TextStyle::callout,
             u"Privacy: the app records no keystrokes except the key combinations you set, and it "
             "sends nothing anywhere. It contains no network code. Your list stays on this Mac."_s),
-        inked(Ink::secondary,
-              centredParagraph(TextStyle::caption,
-                               u"Global hotkeys use Apple's Carbon hot key API. No third-party "
-                               "code is included."_s)),
+        tinted(TextColor::secondary,
+               centredParagraph(TextStyle::caption,
+                                u"Global hotkeys use Apple's Carbon hot key API. No third-party "
+                                "code is included."_s)),
         centred(defaultButton(u"Close"_s, std::move(onClose))),
     });
 }

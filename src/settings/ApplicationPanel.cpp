@@ -70,9 +70,9 @@ ApplicationPanel::ApplicationPanel(InstalledApplications &applications,
         spacing(12),
         searchField(),
         stretched(list()),
-        shownWhen(
-            [this] { return m_isRejected; },
-            announced(inked(Ink::error, text(TextStyle::callout, u"That file is not an app."_s)))),
+        shownWhen([this] { return m_isRejected; },
+                  announced(tinted(TextColor::error,
+                                   text(TextStyle::callout, u"That file is not an app."_s)))),
         Row{
             spacing(8),
             button(u"Browse…"_s, [this] { browse(); }),
@@ -115,9 +115,9 @@ Item ApplicationPanel::list()
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ApplicationPanel::selectionChanged);
 
-    const Item emptyText =
-        shownWhen([this] { return m_model->rowCount() == 0; },
-                  announced(inked(Ink::secondary, text(TextStyle::body, u"No apps found"_s))));
+    const Item emptyText = shownWhen(
+        [this] { return m_model->rowCount() == 0; },
+        announced(tinted(TextColor::secondary, text(TextStyle::body, u"No apps found"_s))));
     emptyText.widget->setAttribute(Qt::WA_TransparentForMouseEvents);
     // Over the list and not in it, where screen readers find its rows only.
     auto *const both = new QWidget;
@@ -126,7 +126,8 @@ Item ApplicationPanel::list()
     layout->addWidget(m_list, 0, 0);
     layout->addWidget(emptyText.widget, 0, 0, Qt::AlignCenter);
 
-    Item item = part(both, [this] { m_model->setSymbolColor(color(Ink::secondary, palette())); });
+    Item item =
+        widget(both, [this] { m_model->setSymbolColor(color(TextColor::secondary, palette())); });
     item.rules += emptyText.rules;
     return item;
 }

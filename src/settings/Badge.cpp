@@ -19,7 +19,7 @@ Badge::Badge()
 
 void Badge::paintEvent(QPaintEvent *event)
 {
-    QColor plate = color(Ink::secondary, palette());
+    QColor plate = color(TextColor::secondary, palette());
     plate.setAlphaF(plateOpacity);
     {
         QPainter painter(this);

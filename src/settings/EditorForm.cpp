@@ -73,18 +73,18 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
         Row{
             spacing(8),
             text(TextStyle::body, u"Keys"_s),
-            stretched(part(new KeyboardShortcuts::Recorder(
+            stretched(widget(new KeyboardShortcuts::Recorder(
                 m_store, m_draft.shortcutName(), [this](const auto &keys) { keysChanged(keys); }))),
         },
         announcedWarningLines(TextStyle::callout, [this] { return warnings(); }),
-        inked(
-            Ink::secondary,
+        tinted(
+            TextColor::secondary,
             paragraph(TextStyle::caption,
                       u"Tip: include ⌘, ⌥ or ⌃ so the combination does not clash with typing."_s)),
         shownWhen([this] { return m_message.has_value(); },
-                  announced(inked(Ink::error,
-                                  paragraph(TextStyle::callout,
-                                            [this] { return m_message.value_or(QString()); })))),
+                  announced(tinted(TextColor::error,
+                                   paragraph(TextStyle::callout,
+                                             [this] { return m_message.value_or(QString()); })))),
         Row{
             spacing(8),
             Spacer{},
@@ -113,17 +113,18 @@ Item EditorForm::targetField()
     const auto isAbsent = [this] { return m_draft.target.isEmpty(); };
     const auto isChosen = [this] { return !m_draft.target.isEmpty(); };
     return Column{
-        shownWhen([this] { return opensFile(); },
-                  Row{
-                      spacing(8),
-                      shownWhen(isAbsent,
-                                inked(Ink::secondary, text(TextStyle::body, u"Nothing chosen"_s))),
-                      shownWhen(isChosen,
-                                shortenedText(TextStyle::body,
-                                              [this] { return m_draft.targetDescription(); })),
-                      Spacer{},
-                      button(u"Choose…"_s, [this] { choose(); }),
-                  }),
+        shownWhen(
+            [this] { return opensFile(); },
+            Row{
+                spacing(8),
+                shownWhen(isAbsent,
+                          tinted(TextColor::secondary, text(TextStyle::body, u"Nothing chosen"_s))),
+                shownWhen(
+                    isChosen,
+                    shortenedText(TextStyle::body, [this] { return m_draft.targetDescription(); })),
+                Spacer{},
+                button(u"Choose…"_s, [this] { choose(); }),
+            }),
         shownWhen([this] { return isKind(ActionKind::website); },
                   textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
         shownWhen([this] { return isKind(ActionKind::shortcut); },

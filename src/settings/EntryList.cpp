@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// Entries with the same id may want different heights for ever.
-constexpr int mostRounds = 20;
+constexpr int maxRounds = 20;
 /// Above the first row and below the last one.
 constexpr int edgePadding = 5;
 
@@ -91,7 +91,7 @@ void EntryList::showRows(std::optional<Anchor> place)
 {
     QScrollBar &bar = *verticalScrollBar();
     const bool isAtEnd = bar.value() > 0 && bar.value() == bar.maximum();
-    for (int round = 0; showRowsInSight() && round < mostRounds; ++round) {
+    for (int round = 0; showRowsInSight() && round < maxRounds; ++round) {
         computeTops();
         if (isAtEnd)
             bar.setValue(bar.maximum());
@@ -250,7 +250,7 @@ EntryRow *EntryList::makeRow()
 }
 
 /// The row to which the key moves the focus from that one; it may lie beyond the ends.
-std::optional<qsizetype> EntryList::goal(const QKeyEvent &press, qsizetype from) const
+std::optional<qsizetype> EntryList::targetRow(const QKeyEvent &press, qsizetype from) const
 {
     if (press.modifiers() & ~Qt::KeypadModifier)
         return std::nullopt;
@@ -278,12 +278,12 @@ std::optional<qsizetype> EntryList::goal(const QKeyEvent &press, qsizetype from)
 bool EntryList::moveFocus(const QKeyEvent &press)
 {
     const auto from = focusedIndex();
-    const auto to = from ? goal(press, *from) : std::nullopt;
+    const auto to = from ? targetRow(press, *from) : std::nullopt;
     if (!to)
         return false;
     const auto index = std::clamp<qsizetype>(*to, 0, qsizetype(m_tops.size()) - 2);
     const auto control = controlsOf(*m_rows.value(*from)).indexOf(window()->focusWidget());
-    for (int round = 0; !m_rows.contains(index) && round < mostRounds; ++round) {
+    for (int round = 0; !m_rows.contains(index) && round < maxRounds; ++round) {
         const int top = m_tops[size_t(index)];
         const int bottom = m_tops[size_t(index) + 1];
         verticalScrollBar()->setValue(index < *from ? top : bottom - viewport()->height());

@@ -53,7 +53,7 @@ private:
     qsizetype placeOf(const QUuid &id, qsizetype former) const;
 
     EntryRow *makeRow();
-    std::optional<qsizetype> goal(const QKeyEvent &press, qsizetype from) const;
+    std::optional<qsizetype> targetRow(const QKeyEvent &press, qsizetype from) const;
     bool moveFocus(const QKeyEvent &press);
     std::optional<qsizetype> focusedIndex() const;
 

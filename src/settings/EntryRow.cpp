@@ -39,7 +39,7 @@ Item onFirstLine(std::function<int()> lineHeight, Item item)
     column.rules.append([widget = column.widget, lineHeight = std::move(lineHeight)] {
         widget->setContentsMargins(0, (buttonHeight() - lineHeight()) / 2, 0, 0);
     });
-    return onTop(column);
+    return alignTop(column);
 }
 
 Item badge(TextSource source)
@@ -49,7 +49,7 @@ Item badge(TextSource source)
         if (const QString text = source(); badge->text() != text)
             badge->setText(text);
     };
-    return onFirstLine([badge] { return badge->sizeHint().height(); }, part(badge, rule));
+    return onFirstLine([badge] { return badge->sizeHint().height(); }, widget(badge, rule));
 }
 } // namespace
 
@@ -64,21 +64,22 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
     setBody(Row{
         padding(12, 3),
         spacing(10),
-        onTop(toggle(u"Enabled"_s,
-                     {
-                         .get = [this] { return m_entry.isEnabled; },
-                         .set = [this](bool isOn) { m_store.setEnabled(isOn, m_entry.id); },
-                     })),
-        onFirstLine([] { return symbolSide; },
-                    framed(20,
-                           inked(Ink::secondary,
-                                 symbol([this] { return symbolName(m_entry.kind); }, symbolSide)))),
+        alignTop(toggle(u"Enabled"_s,
+                        {
+                            .get = [this] { return m_entry.isEnabled; },
+                            .set = [this](bool isOn) { m_store.setEnabled(isOn, m_entry.id); },
+                        })),
+        onFirstLine(
+            [] { return symbolSide; },
+            fixedWidth(20,
+                       tinted(TextColor::secondary,
+                              symbol([this] { return symbolName(m_entry.kind); }, symbolSide)))),
         stretched(onFirstLine([] { return QFontMetrics(::font(TextStyle::headline)).height(); },
                               description())),
         badge([this] { return m_store.shortcutText(m_entry); }),
-        onTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
-        onTop(destructiveButton(u"trash"_s, u"Delete"_s,
-                                [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),
+        alignTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
+        alignTop(destructiveButton(u"trash"_s, u"Delete"_s,
+                                   [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),
     });
 }
 
@@ -90,13 +91,13 @@ Item EntryRow::description()
             spacing(6),
             shortenedText(TextStyle::headline, [this] { return m_entry.name; }),
             shownWhen([this] { return m_missingReason.has_value(); },
-                      inked(Ink::error,
-                            text(TextStyle::captionBold,
-                                 [this] { return m_missingReason.value_or(QString()); }))),
+                      tinted(TextColor::error,
+                             text(TextStyle::captionBold,
+                                  [this] { return m_missingReason.value_or(QString()); }))),
             Spacer{},
         },
-        inked(Ink::secondary,
-              shortenedText(TextStyle::caption, [this] { return m_entry.targetDescription(); })),
+        tinted(TextColor::secondary,
+               shortenedText(TextStyle::caption, [this] { return m_entry.targetDescription(); })),
         warningLines(TextStyle::caption, [this] { return warnings(); }),
     };
 }

@@ -61,12 +61,12 @@ void FilePanel::accept()
     const QString path = selectedFiles().value(0);
     const QFileInfo item(path);
     if (path.isEmpty()) {
-        goOn();
+        keepOpen();
     } else if (item.isDir() && m_choosable != Choosable::filesAndFolders) {
         setDirectory(path);
-        goOn();
+        keepOpen();
     } else if (m_choosable == Choosable::newJsonFile) {
-        chooseNew(item.absoluteFilePath());
+        completeAndChoose(item.absoluteFilePath());
     } else if (!item.exists()) {
         tellThatItIsMissing();
     } else {
@@ -75,7 +75,7 @@ void FilePanel::accept()
 }
 
 /// Nothing is chosen yet. Desktops' own panels may have left the screen by now, though.
-void FilePanel::goOn()
+void FilePanel::keepOpen()
 {
     if (isDesktopsOwn())
         reject();
@@ -90,7 +90,8 @@ void FilePanel::choose(const QString &path)
     done(Accepted);
 }
 
-void FilePanel::chooseNew(const QString &path)
+/// Adds the extension if it is missing, and asks before another file is replaced.
+void FilePanel::completeAndChoose(const QString &path)
 {
     const bool isComplete = path.endsWith(u".json"_s, Qt::CaseInsensitive);
     const QString whole = isComplete ? path : path + u".json"_s;
@@ -105,7 +106,7 @@ void FilePanel::chooseNew(const QString &path)
 void FilePanel::tellThatItIsMissing()
 {
     auto *const box = makeBox(u"That item could not be found."_s, QMessageBox::Ok);
-    connect(box, &QDialog::finished, this, &FilePanel::goOn);
+    connect(box, &QDialog::finished, this, &FilePanel::keepOpen);
     box->open();
 }
 
@@ -119,7 +120,7 @@ void FilePanel::askToReplace(const QString &path)
         if (box->clickedButton() == replace)
             choose(path);
         else
-            goOn();
+            keepOpen();
     });
     box->open();
 }

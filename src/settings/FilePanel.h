@@ -32,11 +32,11 @@ private:
     bool isDesktopsOwn() const;
     void nameButton();
     void choose(const QString &path);
-    void chooseNew(const QString &path);
+    void completeAndChoose(const QString &path);
     void tellThatItIsMissing();
     void askToReplace(const QString &path);
     QMessageBox *makeBox(const QString &text, QMessageBox::StandardButton button);
-    void goOn();
+    void keepOpen();
 
     const Choosable m_choosable;
     const std::function<void(const QString &path)> m_onChoose;

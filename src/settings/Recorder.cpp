@@ -47,8 +47,8 @@ Recorder::Recorder(ShortcutStore &store, const Name &name,
                   button(u"Clear"_s, [this] { clear(); })),
         shownWhen(
             [this] { return m_hint.has_value(); },
-            stretched(announced(inked(
-                Ink::secondary,
+            stretched(announced(tinted(
+                TextColor::secondary,
                 paragraph(TextStyle::caption, [this] { return m_hint.value_or(QString()); }))))),
         Spacer{},
     });

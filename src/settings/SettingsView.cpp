@@ -22,9 +22,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr QSize smallestSize(580, 480);
+constexpr QSize minViewSize(580, 480);
 /// An export of fifty thousand entries is smaller. JSON takes up to thirty times its size to read.
-constexpr qint64 largestImport = 16LL * 1024 * 1024;
+constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
 } // namespace
 
 SettingsView::SettingsView(ShortcutStore &store)
@@ -98,7 +98,7 @@ Item SettingsView::entryList()
     auto *const list = new EntryList(
         m_store, [this](const LaunchEntry &entry) { edit(entry); },
         [this](const LaunchEntry &entry) { deleteEntry(entry); });
-    return part(list, [list] { list->refresh(); });
+    return widget(list, [list] { list->refresh(); });
 }
 
 Item SettingsView::emptyState()
@@ -106,20 +106,20 @@ Item SettingsView::emptyState()
     return Column{
         spacing(10),
         Spacer{},
-        centred(inked(Ink::secondary, symbol(u"keyboard"_s, 40))),
+        centred(tinted(TextColor::secondary, symbol(u"keyboard"_s, 40))),
         centred(text(TextStyle::title3, u"No shortcuts yet"_s)),
-        centred(framed(
+        centred(fixedWidth(
             360,
-            inked(Ink::secondary,
-                  paragraph(TextStyle::body,
-                            u"Add a shortcut to open an app, folder, file or website, or run a "
-                            "Shortcut, with one key combination."_s)))),
+            tinted(TextColor::secondary,
+                   paragraph(TextStyle::body,
+                             u"Add a shortcut to open an app, folder, file or website, or run a "
+                             "Shortcut, with one key combination."_s)))),
         centred(button(u"Add"_s, [this] { addEntry(); })),
         shownWhen([this] { return m_importMessage.has_value(); },
                   centred(announced(
-                      inked(Ink::secondary,
-                            text(TextStyle::caption,
-                                 [this] { return m_importMessage.value_or(QString()); }))))),
+                      tinted(TextColor::secondary,
+                             text(TextStyle::caption,
+                                  [this] { return m_importMessage.value_or(QString()); }))))),
         Spacer{},
     };
 }
@@ -153,8 +153,8 @@ Item SettingsView::approvalRow()
 {
     return Row{
         spacing(8),
-        inked(Ink::warning,
-              text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
+        tinted(TextColor::warning,
+               text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
         styled(TextStyle::caption,
                button(u"Open Login Items"_s,
                       [this] { m_store.platform().systemSettings.openLoginItems(); })),
@@ -315,7 +315,7 @@ void SettingsView::importList()
 
 void SettingsView::importFrom(const QString &path)
 {
-    const auto content = readWhole(path, largestImport);
+    const auto content = readWhole(path, maxImportBytes);
     const auto count = content ? m_store.importData(*content) : content.error();
     if (!count) {
         m_store.report(u"That file could not be imported. Is it a Corvane export?"_s,
@@ -389,9 +389,9 @@ Binding<bool> SettingsView::showNotification()
 /// The window can become smaller than it is, but never hide a part of what it shows.
 void SettingsView::fitToContent()
 {
-    const int width = std::max(smallestSize.width(), layout()->totalMinimumSize().width());
+    const int width = std::max(minViewSize.width(), layout()->totalMinimumSize().width());
     const int height = layout()->totalMinimumHeightForWidth(std::max(width, this->width()));
-    setMinimumSize(width, std::max(smallestSize.height(), height));
+    setMinimumSize(width, std::max(minViewSize.height(), height));
 }
 
 bool SettingsView::event(QEvent *event)

@@ -7,25 +7,24 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// In characters of the usual width; that is some three lines. Names can be very long.
-constexpr int mostCharacters = 160;
+constexpr int maxCharacters = 160;
 
 QString shortened(const QString &warning, TextStyle style)
 {
     const QFontMetrics metrics(font(style));
-    return metrics.elidedText(warning, Qt::ElideMiddle,
-                              mostCharacters * metrics.averageCharWidth());
+    return metrics.elidedText(warning, Qt::ElideMiddle, maxCharacters * metrics.averageCharWidth());
 }
 
 Item sentence(TextStyle style, const QString &warning)
 {
-    return inked(Ink::warning, paragraph(style, [=] { return shortened(warning, style); }));
+    return tinted(TextColor::warning, paragraph(style, [=] { return shortened(warning, style); }));
 }
 
 Item warningLine(TextStyle style, const Item &sentence)
 {
     return Row{
         spacing(4),
-        onTop(inked(Ink::warning, symbol(u"exclamationmark.triangle.fill"_s, style))),
+        alignTop(tinted(TextColor::warning, symbol(u"exclamationmark.triangle.fill"_s, style))),
         stretched(sentence),
     };
 }
@@ -33,14 +32,14 @@ Item warningLine(TextStyle style, const Item &sentence)
 
 Item warningLines(TextStyle style, std::function<QStringList()> warnings)
 {
-    return lines(2, std::move(warnings), [style](const QString &warning) {
+    return forEachText(2, std::move(warnings), [style](const QString &warning) {
         return warningLine(style, sentence(style, warning));
     });
 }
 
 Item announcedWarningLines(TextStyle style, std::function<QStringList()> warnings)
 {
-    return lines(2, std::move(warnings), [style](const QString &warning) {
+    return forEachText(2, std::move(warnings), [style](const QString &warning) {
         return warningLine(style, announced(sentence(style, warning)));
     });
 }

@@ -60,23 +60,23 @@ Item labelled(TextStyle style, QLabel *label, TextSource source)
     return styled(style, {.widget = label, .rules = {rule}});
 }
 
-Ground groundOf(QPalette::ColorRole role)
+Surface surfaceOf(QPalette::ColorRole role)
 {
-    return role == QPalette::ButtonText ? Ground::button : Ground::window;
+    return role == QPalette::ButtonText ? Surface::button : Surface::window;
 }
 
-/// Keeps what the widget shows in that role in the colour of the ink.
-Rule coloured(QWidget *widget, QPalette::ColorRole role, Ink ink)
+/// Keeps what the widget shows in that role in that colour.
+Rule coloured(QWidget *widget, QPalette::ColorRole role, TextColor textColor)
 {
     // Legible colours take some reckoning, so only for a new palette.
     const auto known = std::make_shared<qint64>(0);
-    return [widget, role, ink, known] {
+    return [widget, role, textColor, known] {
         if (widget->palette().cacheKey() == *known)
             return;
         QPalette palette = widget->palette();
         for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
             const auto shown = group == QPalette::Disabled ? QPalette::Active : group;
-            palette.setColor(group, role, color(ink, palette, groundOf(role), shown));
+            palette.setColor(group, role, color(textColor, palette, surfaceOf(role), shown));
         }
         widget->setPalette(palette);
         *known = widget->palette().cacheKey();
@@ -160,14 +160,16 @@ Item bound(QAbstractButton *control, Binding<bool> isOn)
                                }}};
 }
 
-/// Keeps the button's drawing in the colour of its text, or of the ink.
-Rule drawn(QPushButton *button, const QString &symbol, std::optional<Ink> ink = std::nullopt)
+/// Keeps the button's drawing in the colour of its text, or in that colour.
+Rule drawn(QPushButton *button, const QString &symbol,
+           std::optional<TextColor> textColor = std::nullopt)
 {
     // Making an icon reads a drawing, so only for a new colour.
     const auto drawnIn = std::make_shared<QColor>();
-    return [button, symbol, ink, drawnIn] {
+    return [button, symbol, textColor, drawnIn] {
         const QPalette palette = button->palette();
-        const QColor wanted = ink ? color(*ink, palette) : palette.color(QPalette::ButtonText);
+        const QColor wanted =
+            textColor ? color(*textColor, palette) : palette.color(QPalette::ButtonText);
         if (std::exchange(*drawnIn, wanted) != wanted)
             button->setIcon(systemSymbol(symbol, wanted));
     };
@@ -211,7 +213,7 @@ Item divider()
     auto *const line = new QFrame;
     line->setFrameStyle(QFrame::HLine | QFrame::Plain);
     setAccessibleRole(*line, QAccessible::Separator);
-    return {.widget = line, .rules = {coloured(line, QPalette::WindowText, Ink::line)}};
+    return {.widget = line, .rules = {coloured(line, QPalette::WindowText, TextColor::line)}};
 }
 
 Item text(TextStyle style, const QString &text)
@@ -239,8 +241,8 @@ Item shortenedText(TextStyle style, TextSource source)
     return labelled(style, new ShortenedLabel, std::move(source));
 }
 
-Item lines(int spacing, std::function<QStringList()> source,
-           std::function<Item(const QString &text)> line)
+Item forEachText(int spacing, std::function<QStringList()> source,
+                 std::function<Item(const QString &text)> makeItem)
 {
     struct Shown {
         QStringList texts;
@@ -250,12 +252,12 @@ Item lines(int spacing, std::function<QStringList()> source,
     auto *const layout = new QVBoxLayout(widget);
     layout->setContentsMargins({});
     layout->setSpacing(spacing);
-    const auto replace = [layout, line = std::move(line)](const QStringList &texts) {
+    const auto replace = [layout, makeItem = std::move(makeItem)](const QStringList &texts) {
         while (const std::unique_ptr<QLayoutItem> former{layout->takeAt(0)})
             delete former->widget();
         QList<Rule> rules;
         for (const QString &text : texts) {
-            const Item item = line(text);
+            const Item item = makeItem(text);
             layout->addWidget(item.widget);
             // So that a text is there when its label is shown.
             for (const Rule &rule : item.rules)
@@ -330,7 +332,7 @@ Item defaultButton(const QString &label, Action action)
 Item destructiveButton(const QString &label, Action action)
 {
     auto *const button = pushButton<DecisiveButton>(label, std::move(action));
-    return {.widget = button, .rules = {coloured(button, QPalette::ButtonText, Ink::error)}};
+    return {.widget = button, .rules = {coloured(button, QPalette::ButtonText, TextColor::error)}};
 }
 
 Item destructiveButton(const QString &symbol, const QString &name, Action action)
@@ -338,7 +340,7 @@ Item destructiveButton(const QString &symbol, const QString &name, Action action
     auto *const button = pushButton<DecisiveButton>({}, std::move(action));
     button->setToolTip(name);
     button->setAccessibleName(name);
-    return {.widget = button, .rules = {drawn(button, symbol, Ink::error)}};
+    return {.widget = button, .rules = {drawn(button, symbol, TextColor::error)}};
 }
 
 Item toggle(const QString &name, Binding<bool> isOn)
@@ -380,7 +382,7 @@ Item textField(const QString &name, const QString &placeholder, Binding<QString>
     // Some desktops leave that colour to chance.
     return {
         .widget = field,
-        .rules = {rule, coloured(field, QPalette::PlaceholderText, Ink::secondary)},
+        .rules = {rule, coloured(field, QPalette::PlaceholderText, TextColor::secondary)},
     };
 }
 
@@ -403,7 +405,7 @@ Item picker(const QString &label, const QStringList &titles, Binding<int> choice
     return row;
 }
 
-Item part(QWidget *widget, Rule rule)
+Item widget(QWidget *widget, Rule rule)
 {
     Item item{.widget = widget};
     if (rule)
@@ -411,11 +413,11 @@ Item part(QWidget *widget, Rule rule)
     return item;
 }
 
-Item inked(Ink ink, Item item)
+Item tinted(TextColor textColor, Item item)
 {
     // Whatever it lies upon.
     item.widget->setForegroundRole(QPalette::WindowText);
-    item.rules.append(coloured(item.widget, QPalette::WindowText, ink));
+    item.rules.append(coloured(item.widget, QPalette::WindowText, textColor));
     return item;
 }
 
@@ -484,13 +486,13 @@ Item stretched(Item item)
     return item;
 }
 
-Item framed(int width, Item item)
+Item fixedWidth(int width, Item item)
 {
     item.widget->setFixedWidth(width);
     return item;
 }
 
-Item onTop(Item item)
+Item alignTop(Item item)
 {
     item.alignment = Qt::AlignTop;
     return item;

@@ -71,9 +71,10 @@ Item paragraph(TextStyle style, TextSource source);
 /// On one line, shortened in the middle where that is too short; the tooltip has it whole.
 Item shortenedText(TextStyle style, TextSource source);
 
-/// A line for each text, made anew when they change; nothing at all while there are none.
-Item lines(int spacing, std::function<QStringList()> source,
-           std::function<Item(const QString &text)> line);
+/// An item for each text, below each other, made anew when they change; nothing at all while there
+/// are none.
+Item forEachText(int spacing, std::function<QStringList()> source,
+                 std::function<Item(const QString &text)> makeItem);
 
 /// A drawing of ours, in the colour of texts; with a style, as high as a line of such text.
 Item symbol(const QString &name, int side);
@@ -111,10 +112,10 @@ Item scrolledText(const QString &name, TextStyle style, int height, const QStrin
 Item picker(const QString &label, const QStringList &titles, Binding<int> choice);
 
 /// A widget that is made elsewhere, and the rule that it follows, if any.
-Item part(QWidget *widget, Rule rule = {});
+Item widget(QWidget *widget, Rule rule = {});
 
 /// The item, changed:
-Item inked(Ink ink, Item item);
+Item tinted(TextColor textColor, Item item);
 /// With its text in that style.
 Item styled(TextStyle style, Item item);
 /// A text that screen readers say when it appears.
@@ -129,9 +130,9 @@ Item enabledWhen(Predicate isEnabled, Item item);
 /// Takes all the room that the others leave.
 Item stretched(Item item);
 /// Exactly that wide, with what it shows in the middle.
-Item framed(int width, Item item);
+Item fixedWidth(int width, Item item);
 /// At the upper edge of its row.
-Item onTop(Item item);
+Item alignTop(Item item);
 /// As wide as it wants to be, in the middle.
 Item centred(Item item);
 /// A text whose lines are centred, as wide as its column.

@@ -9,10 +9,10 @@ namespace
 {
 /// In characters of the usual width: longer words break where there is no room. No word of our own
 /// texts is longer.
-constexpr int longestWholeWord = 16;
+constexpr int maxWordLength = 16;
 
 /// What QLabel takes for the longest line that reads well, in the same measure.
-constexpr int longestLine = 80;
+constexpr int maxLineLength = 80;
 } // namespace
 
 Paragraph::Paragraph()
@@ -23,13 +23,13 @@ Paragraph::Paragraph()
 
 QSize Paragraph::sizeHint() const
 {
-    const int widest = fontMetrics().averageCharWidth() * longestLine;
+    const int widest = fontMetrics().averageCharWidth() * maxLineLength;
     return QLabel::sizeHint().boundedTo({widest, QWIDGETSIZE_MAX});
 }
 
 QSize Paragraph::minimumSizeHint() const
 {
-    const int widest = fontMetrics().averageCharWidth() * longestWholeWord;
+    const int widest = fontMetrics().averageCharWidth() * maxWordLength;
     return QLabel::minimumSizeHint().boundedTo({widest, QWIDGETSIZE_MAX});
 }
 

@@ -42,9 +42,9 @@ std::optional<qreal> radiusOfFrame(QStyle::PrimitiveElement element)
 }
 
 /// Pale, but legible.
-void disable(QPalette &palette, QPalette::ColorRole role, Ground ground)
+void disable(QPalette &palette, QPalette::ColorRole role, Surface surface)
 {
-    palette.setColor(QPalette::Disabled, role, color(Ink::disabled, palette, ground));
+    palette.setColor(QPalette::Disabled, role, color(TextColor::disabled, palette, surface));
 }
 
 QColor darkened(QColor back, const QColor &text)
@@ -54,7 +54,7 @@ QColor darkened(QColor back, const QColor &text)
     return back;
 }
 
-/// On dark grounds the accent colour, which also marks the focus, has to stay light.
+/// On dark surfaces the accent colour, which also marks the focus, has to stay light.
 void makeSelectionLegible(QPalette &palette, QPalette::ColorGroup group)
 {
     const QColor text = palette.color(group, QPalette::HighlightedText);
@@ -78,9 +78,9 @@ void PlainStyle::polish(QPalette &palette)
     // What Qt takes where the desktop has none.
     if (m_isDark && palette == standardPalette())
         palette = darkPalette();
-    disable(palette, QPalette::WindowText, Ground::window);
-    disable(palette, QPalette::Text, Ground::window);
-    disable(palette, QPalette::ButtonText, Ground::button);
+    disable(palette, QPalette::WindowText, Surface::window);
+    disable(palette, QPalette::Text, Surface::window);
+    disable(palette, QPalette::ButtonText, Surface::button);
     for (const auto group : {QPalette::Active, QPalette::Inactive})
         makeSelectionLegible(palette, group);
 }
@@ -94,7 +94,7 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
         return;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(color(Ink::frame, option->palette));
+    painter->setPen(color(TextColor::frame, option->palette));
     painter->setBrush(Qt::NoBrush);
     painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), *radius, *radius);
     painter->restore();

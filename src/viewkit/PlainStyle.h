@@ -1,6 +1,6 @@
 // The style of desktops that have none of their own: Fusion, which Qt brings along, with a dark
 // palette as well, and without what it leaves too faint: the texts of disabled controls and of what
-// is selected, and the frames of controls on dark grounds.
+// is selected, and the frames of controls on dark surfaces.
 #pragma once
 
 #include <QProxyStyle>

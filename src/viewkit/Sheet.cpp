@@ -59,7 +59,7 @@ void Sheet::fitToContent()
     const int width = std::max(m_content->minimumWidth(), m_content->minimumSizeHint().width());
     const int height = settledHeight(*m_content, width);
     m_content->resize(width, height);
-    const int mostHeight = screen()->availableGeometry().height() - roomForFrame;
+    const int maxHeight = screen()->availableGeometry().height() - roomForFrame;
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    setFixedSize(height > mostHeight ? width + scrollBar : width, std::min(height, mostHeight));
+    setFixedSize(height > maxHeight ? width + scrollBar : width, std::min(height, maxHeight));
 }

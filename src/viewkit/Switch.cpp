@@ -53,7 +53,7 @@ void Switch::paintEvent(QPaintEvent *)
     }
 
     const QColor on = palette().color(QPalette::Highlight);
-    QColor off = color(Ink::secondary, palette());
+    QColor off = color(TextColor::secondary, palette());
     if (underMouse())
         off = off.lighter(110);
     painter.setPen(Qt::NoPen);

@@ -10,7 +10,7 @@
 namespace
 {
 /// Between a text and what it stands on.
-constexpr double leastContrast = 4.6;
+constexpr double minContrast = 4.6;
 
 struct Look {
     /// Of the desktop's own size.
@@ -67,10 +67,10 @@ double contrastRatio(const QColor &one, const QColor &other)
 }
 
 /// All that can be behind a text there.
-QList<QColor> backs(const QPalette &palette, Ground ground, QPalette::ColorGroup group)
+QList<QColor> backs(const QPalette &palette, Surface surface, QPalette::ColorGroup group)
 {
     const auto color = [&](QPalette::ColorRole role) { return palette.color(group, role); };
-    if (ground == Ground::window)
+    if (surface == Surface::window)
         return {color(QPalette::Window), color(QPalette::Base)};
     // As it is, and as styles paint it.
     const QColor button = color(QPalette::Button);
@@ -78,12 +78,12 @@ QList<QColor> backs(const QPalette &palette, Ground ground, QPalette::ColorGroup
 }
 
 /// The colour, or as little of the text's colour mixed in as makes it legible on all of them.
-QColor legible(const QColor &wanted, const QColor &text, const QList<QColor> &grounds)
+QColor legible(const QColor &wanted, const QColor &text, const QList<QColor> &surfaces)
 {
     QColor color = wanted;
     for (int step = 1; step <= 10; ++step) {
-        if (std::ranges::all_of(grounds,
-                                [&](const QColor &ground) { return isLegible(color, ground); }))
+        if (std::ranges::all_of(surfaces,
+                                [&](const QColor &surface) { return isLegible(color, surface); }))
             break;
         color = mixed(text, wanted, float(step) / 10);
     }
@@ -115,32 +115,33 @@ bool isDark(const QPalette &palette)
 
 bool isLegible(const QColor &text, const QColor &back)
 {
-    return contrastRatio(text, back) >= leastContrast;
+    return contrastRatio(text, back) >= minContrast;
 }
 
-QColor color(Ink ink, const QPalette &palette, Ground ground, QPalette::ColorGroup group)
+QColor color(TextColor textColor, const QPalette &palette, Surface surface,
+             QPalette::ColorGroup group)
 {
     const QColor text = palette.color(group, QPalette::Text);
     const QColor window = palette.color(group, QPalette::Window);
     const auto paler = [&](float share) { return mixed(text, window, share); };
     const auto written = [&](const QColor &wanted) {
-        return legible(wanted, text, backs(palette, ground, group));
+        return legible(wanted, text, backs(palette, surface, group));
     };
     const auto either = [&](const QColor &onLight, const QColor &onDark) {
         return written(isDark(palette) ? onDark : onLight);
     };
-    switch (ink) {
-    case Ink::secondary:
+    switch (textColor) {
+    case TextColor::secondary:
         return written(paler(0.64F));
-    case Ink::disabled:
+    case TextColor::disabled:
         return written(paler(0.5F));
-    case Ink::line:
+    case TextColor::line:
         return paler(0.25F);
-    case Ink::frame:
+    case TextColor::frame:
         return paler(0.35F);
-    case Ink::warning:
+    case TextColor::warning:
         return either(QColor(0xb0, 0x4a, 0x00), QColor(0xff, 0x9f, 0x40));
-    case Ink::error:
+    case TextColor::error:
         return either(QColor(0xc0, 0x1c, 0x28), QColor(0xff, 0x7b, 0x72));
     }
     Q_UNREACHABLE();

@@ -19,7 +19,7 @@ enum class TextStyle {
 /// In the desktop's font as it is now.
 QFont font(TextStyle style);
 
-enum class Ink {
+enum class TextColor {
     secondary,
     disabled,
     /// Of lines that divide.
@@ -36,11 +36,11 @@ bool isDark(const QPalette &palette);
 bool isLegible(const QColor &text, const QColor &back);
 
 /// What is written on.
-enum class Ground {
+enum class Surface {
     window,
     button,
 };
 
-/// Light or dark, so that texts and symbols are legible on that ground of the palette.
-QColor color(Ink ink, const QPalette &palette, Ground ground = Ground::window,
+/// Light or dark, so that texts and symbols are legible on that surface of the palette.
+QColor color(TextColor textColor, const QPalette &palette, Surface surface = Surface::window,
              QPalette::ColorGroup group = QPalette::Active);

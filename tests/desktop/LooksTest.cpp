@@ -88,7 +88,7 @@ double contrastOfContent(const QImage &picture)
 struct Mark {
     QString content;
     QRect place;
-    double leastContrast = 4.5;
+    double minContrast = 4.5;
 };
 
 /// Where in a part of a window its text is, without frames, drawings and the text cursor.
@@ -143,7 +143,7 @@ QList<Mark> marksIn(const Accessible &part, const QRect &clip)
     if (role == Role::row && !part.find(Role::checkBox, u"Enabled"_s).is(State::checked)) {
         // It is meant to be pale.
         for (Mark &mark : marks)
-            mark.leastContrast = 2;
+            mark.minContrast = 2;
     }
     return marks;
 }
@@ -225,7 +225,7 @@ struct Desk : SettingsDesk {
         for (const Mark &mark : marks) {
             const QRect part = mark.place.translated(-shown.place.topLeft());
             const double ratio = contrastOfContent(shown.picture.copy(part));
-            if (ratio < mark.leastContrast)
+            if (ratio < mark.minContrast)
                 faint << u"%1: %2"_s.arg(mark.content).arg(ratio);
         }
         QVERIFY(!marks.isEmpty());

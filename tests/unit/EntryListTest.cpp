@@ -54,7 +54,7 @@ struct Window : StoreHome, View {
     {
         setBody(Column{
             button(u"Before"_s, [] {}),
-            stretched(part(list, [this] { list->refresh(); })),
+            stretched(widget(list, [this] { list->refresh(); })),
             button(u"After"_s, [] {}),
         });
         connect(&*store, &ShortcutStore::willChange, this, &View::invalidate);

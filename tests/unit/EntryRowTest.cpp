@@ -175,7 +175,7 @@ private Q_SLOTS:
         const QRect name = window.place(window.text(u"News"_s));
         const QImage part = image.copy(QRect(onOff.right() + 11, 0, 20, window.row->height()));
         QCOMPARE(part.width() + 10, name.left() - onOff.right() - 11);
-        const QColor ink = color(Ink::secondary, window.row->palette());
+        const QColor ink = color(TextColor::secondary, window.row->palette());
         QVERIFY(contains(part, drawn(symbol, ink, 16, image.pixel(1, 1))));
     }
 
@@ -419,7 +419,7 @@ private Q_SLOTS:
         QCOMPARE(image.pixel(place.topLeft()), background);
         QCOMPARE(image.pixel(place.bottomRight()), background);
         const QColor plate = image.pixelColor(place.center().x(), place.top() + 1);
-        const QColor ink = color(Ink::secondary, badge->palette());
+        const QColor ink = color(TextColor::secondary, badge->palette());
         const auto expected = QColor(background).green() * 0.85 + ink.green() * 0.15;
         QVERIFY(std::abs(plate.green() - expected) <= 2);
     }

@@ -125,7 +125,7 @@ private Q_SLOTS:
         const QWidget *const line = seenText(*desk.view, message);
         QCOMPARE(line->font(), font(TextStyle::caption));
         QCOMPARE(line->palette().color(QPalette::WindowText),
-                 color(Ink::secondary, desk.view->palette()));
+                 color(TextColor::secondary, desk.view->palette()));
     }
 
     void tellsNothingBeforeAnImport()

@@ -141,7 +141,7 @@ private Q_SLOTS:
         const QWidget *const line = seenText(*window.view, approval);
         QCOMPARE(line->font(), font(TextStyle::caption));
         QCOMPARE(line->palette().color(QPalette::WindowText),
-                 color(Ink::warning, window.view->palette()));
+                 color(TextColor::warning, window.view->palette()));
         QCOMPARE(seenButton(*window.view, openItems)->font(), font(TextStyle::caption));
     }
 

@@ -284,7 +284,7 @@ private Q_SLOTS:
                               "combination."_s}));
         QCOMPARE(buttons(sheet), QStringList({u"Reset all shortcuts"_s, u"Cancel"_s}));
         QCOMPARE(seenButton(sheet, u"Reset all shortcuts"_s)->palette().color(QPalette::ButtonText),
-                 color(Ink::error, sheet.palette(), Ground::button));
+                 color(TextColor::error, sheet.palette(), Surface::button));
     }
 
     void removesAllKeysAndNoEntry()
@@ -368,7 +368,7 @@ private Q_SLOTS:
                  QList({font(TextStyle::title2), font(TextStyle::body), font(TextStyle::callout),
                         font(TextStyle::caption)}));
         QCOMPARE(texts.last()->palette().color(QPalette::WindowText),
-                 color(Ink::secondary, sheet.palette()));
+                 color(TextColor::secondary, sheet.palette()));
         QCOMPARE(seenAll(sheet, QAccessible::Separator).size(), 1);
         QCOMPARE(sheet.width(), 400);
         // Below the drawing.

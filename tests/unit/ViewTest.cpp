@@ -49,7 +49,7 @@ public:
 /// A part without looks whose rule is counted.
 Item counted(int &runs)
 {
-    return part(new QWidget, [&runs] { ++runs; });
+    return widget(new QWidget, [&runs] { ++runs; });
 }
 
 TextSource from(const QString &variable)
@@ -300,22 +300,22 @@ private Q_SLOTS:
         const auto no = [] { return false; };
         const auto words = [] { return u"words"_s; };
         const auto warning = [](const QString &line) {
-            return inked(Ink::warning, paragraph(TextStyle::caption, line));
+            return tinted(TextColor::warning, paragraph(TextStyle::caption, line));
         };
         Window window(Column{
             padding(5),
             text(TextStyle::title2, words),
-            inked(Ink::secondary, paragraph(TextStyle::body, words)),
-            inked(Ink::error, shortenedText(TextStyle::caption, words)),
-            lines(
+            tinted(TextColor::secondary, paragraph(TextStyle::body, words)),
+            tinted(TextColor::error, shortenedText(TextStyle::caption, words)),
+            forEachText(
                 2,
                 [] {
                     return QStringList{u"one"_s, u"two"_s};
                 },
                 warning),
-            lines(
+            forEachText(
                 2, [] { return QStringList(); }, warning),
-            inked(Ink::secondary, symbol([] { return u"folder"_s; }, 16)),
+            tinted(TextColor::secondary, symbol([] { return u"folder"_s; }, 16)),
             button(words, [] {}),
             button(u"Add"_s, u"plus"_s, [] {}),
             destructiveButton(u"trash"_s, u"Delete"_s, [] {}),
@@ -427,7 +427,7 @@ private Q_SLOTS:
         QStringList texts;
         Window window(Column{
             text(TextStyle::body, u"first"_s),
-            lines(
+            forEachText(
                 2, [&] { return texts; },
                 [](const QString &line) { return text(TextStyle::body, line); }),
             text(TextStyle::body, u"last"_s),
@@ -450,7 +450,7 @@ private Q_SLOTS:
         Window window(Column{
             spacing(10),
             text(TextStyle::body, u"first"_s),
-            lines(
+            forEachText(
                 2, [&] { return texts; }, line),
             text(TextStyle::body, u"last"_s),
             Spacer{},
@@ -475,7 +475,7 @@ private Q_SLOTS:
     {
         QStringList texts{u"a"_s, u"b"_s};
         int made = 0;
-        Window window(lines(
+        Window window(forEachText(
             2, [&] { return texts; },
             [&](const QString &line) {
                 ++made;
@@ -499,7 +499,7 @@ private Q_SLOTS:
         int chosen = 0;
         Window window(Column{
             Row{button(u"1"_s, [] {}), Spacer{}, button(u"2"_s, [] {})},
-            part(early),
+            widget(early),
             Column{Row{toggle(u"4"_s, boundTo(isOn, changes)),
                        textField(u"5"_s, {}, boundTo(typed, changes))}},
             picker(u"6"_s, {u"A"_s}, boundTo(chosen, changes)),
@@ -551,9 +551,9 @@ private Q_SLOTS:
     {
         Window window(Column{
             text(TextStyle::body, u"plain"_s),
-            inked(Ink::error, text(TextStyle::body, u"error"_s)),
-            inked(Ink::secondary, shortenedText(TextStyle::body, [] { return u"pale"_s; })),
-            inked(Ink::warning, symbol(u"folder"_s, 16)),
+            tinted(TextColor::error, text(TextStyle::body, u"error"_s)),
+            tinted(TextColor::secondary, shortenedText(TextStyle::body, [] { return u"pale"_s; })),
+            tinted(TextColor::warning, symbol(u"folder"_s, 16)),
             button(u"Add"_s, u"plus"_s, [] {}),
             destructiveButton(u"trash"_s, u"Delete"_s, [] {}),
         });
@@ -581,13 +581,13 @@ private Q_SLOTS:
             };
             return QStringList{
                 ink(u"plain"_s) == palette.color(QPalette::WindowText) ? u""_s : u"plain"_s,
-                ink(u"error"_s) == color(Ink::error, palette) ? u""_s : u"error"_s,
-                ink(u"pale"_s) == color(Ink::secondary, palette) ? u""_s : u"pale"_s,
-                showsColor(*window.findChild<SymbolView *>(), color(Ink::warning, palette))
+                ink(u"error"_s) == color(TextColor::error, palette) ? u""_s : u"error"_s,
+                ink(u"pale"_s) == color(TextColor::secondary, palette) ? u""_s : u"pale"_s,
+                showsColor(*window.findChild<SymbolView *>(), color(TextColor::warning, palette))
                     ? u""_s
                     : u"sign"_s,
                 has(icon(u"Add"_s), palette.color(QPalette::ButtonText)) ? u""_s : u"Add"_s,
-                has(icon(u"Delete"_s), color(Ink::error, palette)) ? u""_s : u"Delete"_s,
+                has(icon(u"Delete"_s), color(TextColor::error, palette)) ? u""_s : u"Delete"_s,
             }
                 .join(u""_s);
         };
@@ -606,13 +606,13 @@ private Q_SLOTS:
         QPalette palette = light;
         palette.setColor(QPalette::Inactive, QPalette::Text, Qt::darkGray);
         const auto restored = withPalette(palette);
-        Window window(inked(Ink::secondary, text(TextStyle::body, u"pale"_s)));
+        Window window(tinted(TextColor::secondary, text(TextStyle::body, u"pale"_s)));
         const QWidget *const label = window.findChild<QLabel *>();
         const auto shown = [&](QPalette::ColorGroup group) {
             return label->palette().color(group, QPalette::WindowText);
         };
         QCOMPARE(shown(QPalette::Inactive),
-                 color(Ink::secondary, palette, Ground::window, QPalette::Inactive));
+                 color(TextColor::secondary, palette, Surface::window, QPalette::Inactive));
         QVERIFY(shown(QPalette::Inactive) != shown(QPalette::Active));
     }
 
@@ -627,13 +627,14 @@ private Q_SLOTS:
     void writesInLegibleColours()
     {
         QFETCH(const QPalette, palette);
-        for (const Ink ink : {Ink::secondary, Ink::warning, Ink::error}) {
+        for (const TextColor textColor :
+             {TextColor::secondary, TextColor::warning, TextColor::error}) {
             for (const auto background : {QPalette::Window, QPalette::Base})
-                QVERIFY2(
-                    contrast(color(ink, palette), palette.color(background)) >= 4.5,
-                    qPrintable(u"ink %1 on %2: %3"_s.arg(int(ink))
-                                   .arg(background)
-                                   .arg(contrast(color(ink, palette), palette.color(background)))));
+                QVERIFY2(contrast(color(textColor, palette), palette.color(background)) >= 4.5,
+                         qPrintable(u"text colour %1 on %2: %3"_s.arg(int(textColor))
+                                        .arg(background)
+                                        .arg(contrast(color(textColor, palette),
+                                                      palette.color(background)))));
         }
     }
 
@@ -661,10 +662,10 @@ private Q_SLOTS:
     void tellsItsColoursApart()
     {
         for (const QPalette &palette : {light, dark}) {
-            QVERIFY(color(Ink::secondary, palette) != palette.color(QPalette::Text));
-            QVERIFY(color(Ink::warning, palette).hslHue() >= 15
-                    && color(Ink::warning, palette).hslHue() <= 45);
-            const int red = color(Ink::error, palette).hslHue();
+            QVERIFY(color(TextColor::secondary, palette) != palette.color(QPalette::Text));
+            QVERIFY(color(TextColor::warning, palette).hslHue() >= 15
+                    && color(TextColor::warning, palette).hslHue() <= 45);
+            const int red = color(TextColor::error, palette).hslHue();
             QVERIFY(red < 12 || red > 345);
         }
     }
@@ -843,12 +844,12 @@ private Q_SLOTS:
     void followsTheDesktopsFontAlsoInsideAnotherView()
     {
         auto *const inner = new Window(Column{
-            lines(
+            forEachText(
                 0, [] { return QStringList{u"sign"_s}; },
                 [](const QString &) { return Row{symbol(u"folder"_s, TextStyle::body)}; }),
             text(TextStyle::title2, u"inner"_s),
         });
-        Window outer(Column{part(inner)});
+        Window outer(Column{widget(inner)});
         outer.open();
         const auto restored = withFont(QFont(QApplication::font().family(), 30));
         Window::settle();
