@@ -1,6 +1,6 @@
 #include "settings/Badge.h"
 
-#include "viewkit/TextStyle.h"
+#include "viewkit/Colors.h"
 
 #include <QPainter>
 

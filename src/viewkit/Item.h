@@ -2,6 +2,7 @@
 // screen, and the rules that keep them in line with what they show.
 #pragma once
 
+#include "viewkit/Colors.h"
 #include "viewkit/TextStyle.h"
 
 #include <QList>

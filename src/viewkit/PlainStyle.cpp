@@ -1,7 +1,7 @@
 #include "viewkit/PlainStyle.h"
 
+#include "viewkit/Colors.h"
 #include "viewkit/DarkPalette.h"
-#include "viewkit/TextStyle.h"
 
 #include <QPainter>
 #include <QStyleOptionButton>

@@ -1,6 +1,6 @@
 #include "viewkit/Switch.h"
 
-#include "viewkit/TextStyle.h"
+#include "viewkit/Colors.h"
 
 #include <QPainter>
 

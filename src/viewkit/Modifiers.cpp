@@ -1,0 +1,128 @@
+#include "viewkit/Item.h"
+
+#include "viewkit/AccessibleRole.h"
+#include "viewkit/Card.h"
+#include "viewkit/Tint.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+
+namespace
+{
+/// Screen readers say its name when it appears, whatever the role of the widget itself.
+QWidget *noticeOn(QWidget *widget)
+{
+    auto *const notice = new QWidget(widget);
+    setAccessibleRole(*notice, QAccessible::Notification);
+    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+    notice->resize(1, 1);
+    return notice;
+}
+} // namespace
+
+Item widget(QWidget *widget, Rule rule)
+{
+    Item item{.widget = widget};
+    if (rule)
+        item.rules.append(std::move(rule));
+    return item;
+}
+
+Item tinted(TextColor textColor, Item item)
+{
+    // Whatever it lies upon.
+    item.widget->setForegroundRole(QPalette::WindowText);
+    item.rules.append(tint(item.widget, QPalette::WindowText, textColor));
+    return item;
+}
+
+Item styled(TextStyle style, Item item)
+{
+    item.rules.append([widget = item.widget, style] {
+        if (const QFont wanted = font(style); widget->font() != wanted)
+            widget->setFont(wanted);
+    });
+    return item;
+}
+
+Item announced(Item item)
+{
+    auto *const label = qobject_cast<QLabel *>(item.widget);
+    Q_ASSERT(label);
+    item.rules.append([label, notice = noticeOn(label)] {
+        if (notice->accessibleName() != label->text())
+            notice->setAccessibleName(label->text());
+    });
+    return item;
+}
+
+Item announcedChanges(Item item)
+{
+    auto *const button = qobject_cast<QAbstractButton *>(item.widget);
+    Q_ASSERT(button);
+    item.rules.append([button, notice = noticeOn(button)] {
+        if (notice->accessibleName() == button->text())
+            return;
+        // Hidden first, because only what appears is said.
+        notice->hide();
+        notice->setAccessibleName(button->text());
+        notice->setVisible(button->isVisible() && !button->hasFocus());
+    });
+    return item;
+}
+
+Item card(Item item)
+{
+    item.widget = new Card(item.widget);
+    return item;
+}
+
+Item shownWhen(Predicate isShown, Item item)
+{
+    // First, so that a text is there when its label is shown.
+    item.rules.append([widget = item.widget, isShown = std::move(isShown)] {
+        if (const bool wanted = isShown(); widget->isHidden() == wanted)
+            widget->setVisible(wanted);
+    });
+    return item;
+}
+
+Item enabledWhen(Predicate isEnabled, Item item)
+{
+    item.rules.append([widget = item.widget, isEnabled = std::move(isEnabled)] {
+        widget->setEnabled(isEnabled());
+    });
+    return item;
+}
+
+Item stretched(Item item)
+{
+    item.stretch = 1;
+    return item;
+}
+
+Item fixedWidth(int width, Item item)
+{
+    item.widget->setFixedWidth(width);
+    return item;
+}
+
+Item alignTop(Item item)
+{
+    item.alignment = Qt::AlignTop;
+    return item;
+}
+
+Item centredLines(Item item)
+{
+    if (auto *const label = qobject_cast<QLabel *>(item.widget))
+        label->setAlignment(Qt::AlignCenter);
+    return item;
+}
+
+Item centred(Item item)
+{
+    item = centredLines(std::move(item));
+    // An alignment of the item itself would take no notice of texts on several lines.
+    return Row{Spacer{}, std::move(item), Spacer{}};
+}

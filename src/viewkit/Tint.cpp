@@ -1,0 +1,29 @@
+#include "viewkit/Tint.h"
+
+#include <QWidget>
+#include <memory>
+
+namespace
+{
+Surface surfaceOf(QPalette::ColorRole role)
+{
+    return role == QPalette::ButtonText ? Surface::button : Surface::window;
+}
+} // namespace
+
+Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor)
+{
+    // Legible colours take some reckoning, so only for a new palette.
+    const auto known = std::make_shared<qint64>(0);
+    return [widget, role, textColor, known] {
+        if (widget->palette().cacheKey() == *known)
+            return;
+        QPalette palette = widget->palette();
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            const auto shown = group == QPalette::Disabled ? QPalette::Active : group;
+            palette.setColor(group, role, color(textColor, palette, surfaceOf(role), shown));
+        }
+        widget->setPalette(palette);
+        *known = widget->palette().cacheKey();
+    };
+}

@@ -1,0 +1,7 @@
+// The rule by which widgets follow the colours of the program.
+#pragma once
+
+#include "viewkit/Item.h"
+
+/// Keeps what the widget shows in that role in that colour, legible in its palette of the moment.
+Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor);
