@@ -20,6 +20,7 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

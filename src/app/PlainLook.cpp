@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QStyle>
 
+using namespace viewkit;
+
 PlainLook::PlainLook(Appearance &appearance)
     : m_appearance(appearance)
     , m_observer(appearance.addObserver([this] { update(); }))

@@ -7,7 +7,11 @@
 #include <QPointer>
 
 class Appearance;
+
+namespace viewkit
+{
 class PlainStyle;
+} // namespace viewkit
 
 class PlainLook
 {
@@ -21,6 +25,6 @@ private:
 
     const Appearance &m_appearance;
     /// The application's own. Null where the desktop has a style.
-    QPointer<PlainStyle> m_style;
+    QPointer<viewkit::PlainStyle> m_style;
     Registration m_observer;
 };

@@ -1,6 +1,7 @@
 #include "settings/AboutView.h"
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

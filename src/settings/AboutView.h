@@ -3,11 +3,11 @@
 
 #include "viewkit/View.h"
 
-class AboutView : public View
+class AboutView : public viewkit::View
 {
     Q_OBJECT
 
 public:
     /// The callback closes it.
-    explicit AboutView(Action onClose);
+    explicit AboutView(viewkit::Action onClose);
 };

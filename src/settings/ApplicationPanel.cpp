@@ -18,6 +18,7 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

@@ -8,8 +8,12 @@
 class ApplicationList;
 class InstalledApplications;
 class QListView;
+
+namespace viewkit
+{
 class View;
 struct Item;
+} // namespace viewkit
 
 /// To be shown with open().
 class ApplicationPanel final : public QDialog
@@ -24,8 +28,8 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    Item searchField();
-    Item list();
+    viewkit::Item searchField();
+    viewkit::Item list();
     std::optional<QString> selected() const;
     void search(const QString &text);
     void selectionChanged();
@@ -39,7 +43,7 @@ private:
     const std::function<void(const QString &path)> m_onChoose;
     ApplicationList *m_model;
     QListView *m_list;
-    View *m_body;
+    viewkit::View *m_body;
     QString m_searched;
     bool m_isRejected = false;
 };

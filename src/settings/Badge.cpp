@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+using namespace viewkit;
+
 namespace
 {
 constexpr qreal cornerRadius = 6;

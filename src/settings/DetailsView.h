@@ -3,11 +3,11 @@
 
 #include "viewkit/View.h"
 
-class DetailsView : public View
+class DetailsView : public viewkit::View
 {
     Q_OBJECT
 
 public:
     /// The callback closes it.
-    DetailsView(const QString &details, Action onClose);
+    DetailsView(const QString &details, viewkit::Action onClose);
 };

@@ -15,6 +15,7 @@
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

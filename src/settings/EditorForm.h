@@ -9,7 +9,7 @@
 
 class ShortcutStore;
 
-class EditorForm : public View
+class EditorForm : public viewkit::View
 {
     Q_OBJECT
 
@@ -24,8 +24,8 @@ public:
     void cancel();
 
 private:
-    Binding<QString> draft(QString LaunchEntry::*field);
-    Item targetField();
+    viewkit::Binding<QString> draft(QString LaunchEntry::*field);
+    viewkit::Item targetField();
     QStringList warnings() const;
     bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
     bool opensFile() const { return isKind(ActionKind::app) || isKind(ActionKind::path); }

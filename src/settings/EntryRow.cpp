@@ -11,6 +11,7 @@
 #include <QGraphicsOpacityEffect>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {
@@ -74,8 +75,9 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
             fixedWidth(20,
                        tinted(TextColor::secondary,
                               symbol([this] { return symbolName(m_entry.kind); }, symbolSide)))),
-        stretched(onFirstLine([] { return QFontMetrics(::font(TextStyle::headline)).height(); },
-                              description())),
+        stretched(
+            onFirstLine([] { return QFontMetrics(viewkit::font(TextStyle::headline)).height(); },
+                        description())),
         badge([this] { return m_store.shortcutText(m_entry); }),
         alignTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
         alignTop(destructiveButton(u"trash"_s, u"Delete"_s,

@@ -10,7 +10,7 @@
 class QGraphicsOpacityEffect;
 class ShortcutStore;
 
-class EntryRow : public View
+class EntryRow : public viewkit::View
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
     const LaunchEntry &entry() const { return m_entry; }
 
 private:
-    Item description();
+    viewkit::Item description();
     QStringList warnings() const;
 
     ShortcutStore &m_store;

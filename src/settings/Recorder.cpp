@@ -5,6 +5,7 @@
 #include "store/ShortcutStore.h"
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace KeyboardShortcuts
 {

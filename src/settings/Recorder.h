@@ -18,7 +18,7 @@ namespace KeyboardShortcuts
 quint32 modifierFlagsToCarbon(quint32 modifierFlags);
 
 /// Stores each new combination at once, which makes it live.
-class Recorder : public View
+class Recorder : public viewkit::View
 {
     Q_OBJECT
 

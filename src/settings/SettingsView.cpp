@@ -19,6 +19,7 @@
 #include <QLayout>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

@@ -12,7 +12,7 @@
 
 class ShortcutStore;
 
-class SettingsView : public View
+class SettingsView : public viewkit::View
 {
     Q_OBJECT
 
@@ -25,18 +25,18 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    Item toolbar();
-    Item welcomeCard();
-    Item entryList();
-    Item emptyState();
-    Item footer();
-    Item approvalRow();
+    viewkit::Item toolbar();
+    viewkit::Item welcomeCard();
+    viewkit::Item entryList();
+    viewkit::Item emptyState();
+    viewkit::Item footer();
+    viewkit::Item approvalRow();
 
-    Item editorSheet();
-    Item aboutSheet();
-    Item detailsSheet();
-    Item resetConfirmation();
-    Item errorAlert();
+    viewkit::Item editorSheet();
+    viewkit::Item aboutSheet();
+    viewkit::Item detailsSheet();
+    viewkit::Item resetConfirmation();
+    viewkit::Item errorAlert();
     bool hasSheet() const;
     void openSheet(bool SettingsView::*sheet);
     void closeSheet(bool SettingsView::*sheet);
@@ -63,7 +63,7 @@ private:
 
     bool hasEntries() const;
     bool hasSeenWelcome() const;
-    Binding<bool> showNotification();
+    viewkit::Binding<bool> showNotification();
     void fitToContent();
 
     ShortcutStore &m_store;

@@ -3,6 +3,7 @@
 #include <QFontMetrics>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

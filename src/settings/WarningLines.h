@@ -4,7 +4,8 @@
 #include "viewkit/Item.h"
 
 /// A line for each warning, with a drawing before it.
-Item warningLines(TextStyle style, std::function<QStringList()> warnings);
+viewkit::Item warningLines(viewkit::TextStyle style, std::function<QStringList()> warnings);
 
 /// The same, where screen readers are to say each when it appears.
-Item announcedWarningLines(TextStyle style, std::function<QStringList()> warnings);
+viewkit::Item announcedWarningLines(viewkit::TextStyle style,
+                                    std::function<QStringList()> warnings);

@@ -4,6 +4,9 @@
 #include <QVariant>
 #include <QWidget>
 
+namespace viewkit
+{
+
 namespace
 {
 constexpr auto property = "corvaneAccessibleRole";
@@ -24,3 +27,5 @@ void setAccessibleRole(QWidget &widget, QAccessible::Role role)
     QAccessible::installFactory(makeInterface);
     widget.setProperty(property, int(role));
 }
+
+} // namespace viewkit

@@ -3,5 +3,10 @@
 
 #include <QAccessible>
 
+namespace viewkit
+{
+
 /// The widget must not have been asked for its role before.
 void setAccessibleRole(QWidget &widget, QAccessible::Role role);
+
+} // namespace viewkit

@@ -6,6 +6,9 @@
 
 #include <QPushButton>
 
+namespace viewkit
+{
+
 namespace
 {
 constexpr int alertWidth = 400;
@@ -38,3 +41,5 @@ Sheet *alert(const AlertContent &content, QWidget *owner)
     focusDefaultButton(*view);
     return sheet;
 }
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 
 #include "viewkit/Item.h"
 
+namespace viewkit
+{
+
 class Sheet;
 
 struct AlertContent {
@@ -16,3 +19,5 @@ struct AlertContent {
 
 /// To be shown by sheetWhen() or sheetFor().
 Sheet *alert(const AlertContent &content, QWidget *owner);
+
+} // namespace viewkit

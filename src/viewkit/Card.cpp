@@ -3,6 +3,9 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+namespace viewkit
+{
+
 namespace
 {
 constexpr qreal cornerRadius = 10;
@@ -26,3 +29,5 @@ void Card::paintEvent(QPaintEvent *)
     painter.setBrush(accent);
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
 }
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 
 #include <QWidget>
 
+namespace viewkit
+{
+
 class Card : public QWidget
 {
     Q_OBJECT
@@ -14,3 +17,5 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
+
+} // namespace viewkit

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+namespace viewkit
+{
+
 namespace
 {
 /// Between a text and what it stands on: 4.5 as in level AA of WCAG 2, and room for rounding.
@@ -99,3 +102,5 @@ QColor color(TextColor textColor, const QPalette &palette, Surface surface,
     }
     Q_UNREACHABLE();
 }
+
+} // namespace viewkit

@@ -4,6 +4,9 @@
 #include <QColor>
 #include <QPalette>
 
+namespace viewkit
+{
+
 enum class TextColor {
     secondary,
     disabled,
@@ -29,3 +32,5 @@ enum class Surface {
 /// Light or dark, so that texts and symbols are legible on that surface of the palette.
 QColor color(TextColor textColor, const QPalette &palette, Surface surface = Surface::window,
              QPalette::ColorGroup group = QPalette::Active);
+
+} // namespace viewkit

@@ -7,6 +7,9 @@
 #include <QFrame>
 #include <memory>
 
+namespace viewkit
+{
+
 namespace
 {
 Item box(QBoxLayout::Direction direction, std::initializer_list<Item> items)
@@ -105,3 +108,5 @@ Item forEachText(int spacing, std::function<QStringList()> source,
     widget->hide();
     return {.widget = widget, .rules = {show}};
 }
+
+} // namespace viewkit

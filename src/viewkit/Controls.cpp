@@ -19,6 +19,9 @@
 #include <limits>
 #include <memory>
 
+namespace viewkit
+{
+
 namespace
 {
 /// Some styles leave a long label no room.
@@ -206,3 +209,5 @@ Item picker(const QString &label, const QStringList &titles, Binding<int> choice
     row.rules.append([box, get = std::move(choice.get)] { box->setCurrentIndex(get()); });
     return row;
 }
+
+} // namespace viewkit

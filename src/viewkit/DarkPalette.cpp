@@ -2,6 +2,9 @@
 
 #include <array>
 
+namespace viewkit
+{
+
 namespace
 {
 struct Shade {
@@ -50,3 +53,5 @@ QPalette darkPalette()
     }
     return palette;
 }
+
+} // namespace viewkit

@@ -3,4 +3,9 @@
 
 #include <QPalette>
 
+namespace viewkit
+{
+
 QPalette darkPalette();
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 #include <QEvent>
 #include <QPainter>
 
+namespace viewkit
+{
+
 namespace
 {
 constexpr qreal lineWidth = 1.5;
@@ -43,3 +46,5 @@ void FocusRing::paintEvent(QPaintEvent *)
     const QRectF ring = QRectF(rect()).adjusted(m_inset, m_inset, -m_inset, -m_inset);
     painter.drawRoundedRect(ring, cornerRadius, cornerRadius);
 }
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 
 #include <QWidget>
 
+namespace viewkit
+{
+
 class FocusRing : public QWidget
 {
     Q_OBJECT
@@ -19,3 +22,5 @@ protected:
 private:
     const int m_inset;
 };
+
+} // namespace viewkit

@@ -17,6 +17,9 @@ class QBoxLayout;
 class QDialog;
 class QWidget;
 
+namespace viewkit
+{
+
 /// Brings one widget in line with the state that it shows. Run again after each change, so it
 /// writes only what differs.
 using Rule = std::function<void()>;
@@ -157,3 +160,5 @@ Item sheetFor(QWidget *owner, std::function<std::optional<Subject>()> subject,
     return {.rules =
                 sheet.rules + QList<Rule>{[shown, subject] { *shown = subject(); }} + sheet.rules};
 }
+
+} // namespace viewkit

@@ -8,6 +8,9 @@
 
 using namespace Qt::StringLiterals;
 
+namespace viewkit
+{
+
 void settleLayouts(QWidget &widget)
 {
     for (QObject *const child : widget.children()) {
@@ -32,3 +35,5 @@ int buttonHeight()
     const QSize text = option.fontMetrics.size(Qt::TextShowMnemonic, option.text);
     return QApplication::style()->sizeFromContents(QStyle::CT_PushButton, &option, text).height();
 }
+
+} // namespace viewkit

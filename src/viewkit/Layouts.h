@@ -3,6 +3,9 @@
 
 class QWidget;
 
+namespace viewkit
+{
+
 /// Brings the layouts of the widget and of all in it up to date; Qt does so on later turns of the
 /// event loop, one level at a time.
 void settleLayouts(QWidget &widget);
@@ -12,3 +15,5 @@ int settledHeight(QWidget &widget, int width);
 
 /// Of one with a text, in the desktop's style and font.
 int buttonHeight();
+
+} // namespace viewkit

@@ -7,6 +7,9 @@
 #include <QAbstractButton>
 #include <QLabel>
 
+namespace viewkit
+{
+
 namespace
 {
 /// Screen readers say its name when it appears, whatever the role of the widget itself.
@@ -126,3 +129,5 @@ Item centred(Item item)
     // An alignment of the item itself would take no notice of texts on several lines.
     return Row{Spacer{}, std::move(item), Spacer{}};
 }
+
+} // namespace viewkit

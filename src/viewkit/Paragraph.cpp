@@ -5,6 +5,9 @@
 #include <QTextLayout>
 #include <QtMath>
 
+namespace viewkit
+{
+
 namespace
 {
 /// In characters of the usual width: longer words break where there is no room. No word of our own
@@ -69,3 +72,5 @@ void Paragraph::paintEvent(QPaintEvent *)
     painter.setPen(palette().color(foregroundRole()));
     layout.draw(&painter, {0, isTop ? 0. : unused / 2.});
 }
+
+} // namespace viewkit

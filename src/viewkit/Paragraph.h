@@ -5,6 +5,9 @@
 
 class QTextLayout;
 
+namespace viewkit
+{
+
 class Paragraph : public QLabel
 {
     Q_OBJECT
@@ -22,3 +25,5 @@ protected:
 private:
     int layOut(QTextLayout &layout, int width) const;
 };
+
+} // namespace viewkit

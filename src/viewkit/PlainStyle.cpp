@@ -8,6 +8,9 @@
 
 using namespace Qt::StringLiterals;
 
+namespace viewkit
+{
+
 namespace
 {
 /// The frames of Fusion's buttons and fields.
@@ -99,3 +102,5 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), *radius, *radius);
     painter->restore();
 }
+
+} // namespace viewkit

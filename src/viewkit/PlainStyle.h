@@ -5,6 +5,9 @@
 
 #include <QProxyStyle>
 
+namespace viewkit
+{
+
 class PlainStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -24,3 +27,5 @@ public:
 private:
     bool m_isDark = false;
 };
+
+} // namespace viewkit

@@ -8,6 +8,9 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+namespace viewkit
+{
+
 namespace
 {
 /// What a window manager may put above and below the sheet.
@@ -63,3 +66,5 @@ void Sheet::fitToContent()
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     setFixedSize(height > maxHeight ? width + scrollBar : width, std::min(height, maxHeight));
 }
+
+} // namespace viewkit

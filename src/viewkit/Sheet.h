@@ -4,6 +4,9 @@
 #include <QDialog>
 #include <functional>
 
+namespace viewkit
+{
+
 class Sheet : public QDialog
 {
     Q_OBJECT
@@ -27,3 +30,5 @@ private:
     QWidget *m_content;
     std::function<void()> m_cancel;
 };
+
+} // namespace viewkit

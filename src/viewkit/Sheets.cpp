@@ -4,6 +4,9 @@
 #include <QPointer>
 #include <memory>
 
+namespace viewkit
+{
+
 Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidget *owner)> make)
 {
     const auto sheet = std::make_shared<QPointer<QDialog>>();
@@ -26,3 +29,5 @@ Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidge
                 }
             }}};
 }
+
+} // namespace viewkit

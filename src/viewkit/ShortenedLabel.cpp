@@ -9,6 +9,9 @@
 
 using namespace Qt::StringLiterals;
 
+namespace viewkit
+{
+
 ShortenedLabel::ShortenedLabel()
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -54,3 +57,5 @@ void ShortenedLabel::paintEvent(QPaintEvent *)
     style()->drawItemText(&painter, rect(), int(edge | Qt::AlignVCenter) | direction, palette(),
                           isEnabled(), text, foregroundRole());
 }
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 
 #include <QLabel>
 
+namespace viewkit
+{
+
 class ShortenedLabel : public QLabel
 {
     Q_OBJECT
@@ -20,3 +23,5 @@ protected:
 private:
     QString shownText() const;
 };
+
+} // namespace viewkit

@@ -6,6 +6,9 @@
 #include <QLineEdit>
 #include <QStringListModel>
 
+namespace viewkit
+{
+
 Suggestions::Suggestions(QLineEdit *field, std::function<QStringList()> source)
     : QCompleter(field)
     , m_field(field)
@@ -57,3 +60,5 @@ bool Suggestions::filterOfPopup(QEvent *event)
     QCoreApplication::sendEvent(m_field, event);
     return true;
 }
+
+} // namespace viewkit

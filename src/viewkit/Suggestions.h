@@ -8,6 +8,9 @@
 class QLineEdit;
 class QStringListModel;
 
+namespace viewkit
+{
+
 /// Those that contain what is typed, in any case; Down shows all below an empty field. They are
 /// asked for anew each time that the field gets the focus.
 class Suggestions final : public QCompleter
@@ -27,3 +30,5 @@ private:
     QStringListModel *m_model;
     std::function<QStringList()> m_source;
 };
+
+} // namespace viewkit

@@ -4,6 +4,9 @@
 
 #include <QPainter>
 
+namespace viewkit
+{
+
 namespace
 {
 constexpr qreal focusRingWidth = 1.5;
@@ -66,3 +69,5 @@ void Switch::paintEvent(QPaintEvent *)
     painter.setBrush(palette().color(isChecked() ? QPalette::HighlightedText : QPalette::Base));
     painter.drawEllipse(QRectF(left, track.top() + knobGap, side, side));
 }
+
+} // namespace viewkit

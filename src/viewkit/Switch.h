@@ -3,6 +3,9 @@
 
 #include <QCheckBox>
 
+namespace viewkit
+{
+
 class Switch : public QCheckBox
 {
     Q_OBJECT
@@ -19,3 +22,5 @@ protected:
     void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
+
+} // namespace viewkit

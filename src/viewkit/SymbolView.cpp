@@ -4,6 +4,9 @@
 
 #include <QPainter>
 
+namespace viewkit
+{
+
 SymbolView::SymbolView()
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -36,3 +39,5 @@ void SymbolView::paintEvent(QPaintEvent *)
     }
     QPainter(this).drawPixmap((width() - m_side) / 2, (height() - m_side) / 2, m_image);
 }
+
+} // namespace viewkit

@@ -6,6 +6,9 @@
 #include <QString>
 #include <QWidget>
 
+namespace viewkit
+{
+
 class SymbolView : public QWidget
 {
     Q_OBJECT
@@ -30,3 +33,5 @@ private:
     QPixmap m_image;
     QColor m_color;
 };
+
+} // namespace viewkit

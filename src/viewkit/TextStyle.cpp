@@ -3,6 +3,9 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 
+namespace viewkit
+{
+
 namespace
 {
 struct Look {
@@ -49,3 +52,5 @@ QFont font(TextStyle style)
         font.setWeight(weight);
     return font;
 }
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 
 #include <QFont>
 
+namespace viewkit
+{
+
 enum class TextStyle {
     body,
     headline,
@@ -16,3 +19,5 @@ enum class TextStyle {
 
 /// In the desktop's font as it is now.
 QFont font(TextStyle style);
+
+} // namespace viewkit

@@ -7,6 +7,9 @@
 #include <QFontMetrics>
 #include <QLabel>
 
+namespace viewkit
+{
+
 namespace
 {
 /// A label in the style, whose text follows the source.
@@ -70,3 +73,5 @@ Item symbol(TextSource name, int side)
     view->setSide(side);
     return {.widget = view, .rules = {[view, name = std::move(name)] { view->setSymbol(name()); }}};
 }
+
+} // namespace viewkit

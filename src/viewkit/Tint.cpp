@@ -3,6 +3,9 @@
 #include <QWidget>
 #include <memory>
 
+namespace viewkit
+{
+
 namespace
 {
 Surface surfaceOf(QPalette::ColorRole role)
@@ -27,3 +30,5 @@ Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor)
         *known = widget->palette().cacheKey();
     };
 }
+
+} // namespace viewkit

@@ -3,5 +3,10 @@
 
 #include "viewkit/Item.h"
 
+namespace viewkit
+{
+
 /// Keeps what the widget shows in that role in that colour, legible in its palette of the moment.
 Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor);
+
+} // namespace viewkit

@@ -3,6 +3,9 @@
 #include <QEvent>
 #include <QVBoxLayout>
 
+namespace viewkit
+{
+
 View::View(QWidget *parent)
     : QWidget(parent)
 {
@@ -55,3 +58,5 @@ void View::showEvent(QShowEvent *event)
         refresh();
     QWidget::showEvent(event);
 }
+
+} // namespace viewkit

@@ -6,6 +6,9 @@
 
 #include <QWidget>
 
+namespace viewkit
+{
+
 class View : public QWidget
 {
     Q_OBJECT
@@ -31,3 +34,5 @@ private:
     QList<Rule> m_rules;
     bool m_isStale = false;
 };
+
+} // namespace viewkit

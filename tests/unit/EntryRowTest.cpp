@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 
 namespace
 {

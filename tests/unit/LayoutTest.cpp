@@ -14,6 +14,7 @@
 #include <functional>
 
 using namespace Qt::StringLiterals;
+using namespace viewkit;
 using KeyboardShortcuts::Shortcut;
 
 namespace
