@@ -5,7 +5,7 @@ using namespace viewkit;
 
 namespace
 {
-constexpr int viewWidth = 400;
+constexpr int aboutWidth = 400;
 
 Item centredParagraph(TextStyle style, const QString &text)
 {
@@ -15,7 +15,7 @@ Item centredParagraph(TextStyle style, const QString &text)
 
 AboutView::AboutView(Action onClose)
 {
-    setFixedWidth(viewWidth);
+    setFixedWidth(aboutWidth);
     setBody(Column{
         padding(24),
         spacing(10),

@@ -22,7 +22,7 @@ using namespace viewkit;
 
 namespace
 {
-constexpr QSize initialSize(420, 520);
+constexpr QSize initialPanelSize(420, 520);
 constexpr int iconSide = 24;
 constexpr int rowPadding = 4;
 
@@ -65,7 +65,7 @@ ApplicationPanel::ApplicationPanel(InstalledApplications &applications,
     , m_body(new View)
 {
     setWindowTitle(u"Choose App"_s);
-    resize(initialSize);
+    resize(initialPanelSize);
     m_body->setBody(Column{
         padding(20),
         spacing(12),

@@ -8,8 +8,8 @@ using namespace viewkit;
 
 namespace
 {
-constexpr qreal cornerRadius = 6;
-constexpr float plateOpacity = 0.15F;
+constexpr qreal badgeRadius = 6;
+constexpr float badgeOpacity = 0.15F;
 } // namespace
 
 Badge::Badge()
@@ -22,13 +22,13 @@ Badge::Badge()
 void Badge::paintEvent(QPaintEvent *event)
 {
     QColor plate = color(TextColor::secondary, palette());
-    plate.setAlphaF(plateOpacity);
+    plate.setAlphaF(badgeOpacity);
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(plate);
-        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+        painter.drawRoundedRect(rect(), badgeRadius, badgeRadius);
     }
     QLabel::paintEvent(event);
 }

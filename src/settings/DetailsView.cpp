@@ -5,18 +5,18 @@ using namespace viewkit;
 
 namespace
 {
-constexpr int viewWidth = 440;
-constexpr int textHeight = 140;
+constexpr int detailsWidth = 440;
+constexpr int detailsHeight = 140;
 } // namespace
 
 DetailsView::DetailsView(const QString &details, Action onClose)
 {
-    setFixedWidth(viewWidth);
+    setFixedWidth(detailsWidth);
     setBody(Column{
         padding(20),
         spacing(10),
         text(TextStyle::headline, u"Details"_s),
-        scrolledText(u"Details"_s, TextStyle::captionMonospaced, textHeight, details),
+        scrolledText(u"Details"_s, TextStyle::captionMonospaced, detailsHeight, details),
         Row{Spacer{}, defaultButton(u"Close"_s, std::move(onClose))},
     });
 }

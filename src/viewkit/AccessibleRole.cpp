@@ -9,11 +9,11 @@ namespace viewkit
 
 namespace
 {
-constexpr auto property = "corvaneAccessibleRole";
+constexpr auto roleProperty = "corvaneAccessibleRole";
 
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
-    const QVariant role = object->property(property);
+    const QVariant role = object->property(roleProperty);
     auto *const widget = qobject_cast<QWidget *>(object);
     if (!widget || !role.isValid())
         return nullptr;
@@ -25,7 +25,7 @@ void setAccessibleRole(QWidget &widget, QAccessible::Role role)
 {
     // Qt keeps one of each.
     QAccessible::installFactory(makeInterface);
-    widget.setProperty(property, int(role));
+    widget.setProperty(roleProperty, int(role));
 }
 
 } // namespace viewkit

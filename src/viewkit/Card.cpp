@@ -8,8 +8,8 @@ namespace viewkit
 
 namespace
 {
-constexpr qreal cornerRadius = 10;
-constexpr float opacity = 0.12F;
+constexpr qreal cardRadius = 10;
+constexpr float cardOpacity = 0.12F;
 } // namespace
 
 Card::Card(QWidget *content)
@@ -22,12 +22,12 @@ Card::Card(QWidget *content)
 void Card::paintEvent(QPaintEvent *)
 {
     QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
-    accent.setAlphaF(opacity);
+    accent.setAlphaF(cardOpacity);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(accent);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), cardRadius, cardRadius);
 }
 
 } // namespace viewkit

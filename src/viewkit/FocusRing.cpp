@@ -8,8 +8,8 @@ namespace viewkit
 
 namespace
 {
-constexpr qreal lineWidth = 1.5;
-constexpr qreal cornerRadius = 2;
+constexpr qreal ringWidth = 1.5;
+constexpr qreal ringRadius = 2;
 } // namespace
 
 FocusRing::FocusRing(QWidget *control, int inset)
@@ -42,9 +42,9 @@ void FocusRing::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(QPalette::Highlight), lineWidth));
+    painter.setPen(QPen(palette().color(QPalette::Highlight), ringWidth));
     const QRectF ring = QRectF(rect()).adjusted(m_inset, m_inset, -m_inset, -m_inset);
-    painter.drawRoundedRect(ring, cornerRadius, cornerRadius);
+    painter.drawRoundedRect(ring, ringRadius, ringRadius);
 }
 
 } // namespace viewkit

@@ -14,7 +14,7 @@ namespace viewkit
 namespace
 {
 /// The frames of Fusion's buttons and fields.
-constexpr qreal cornerRadius = 2;
+constexpr qreal frameRadius = 2;
 
 /// Whether Fusion gives it a frame in the accent colour.
 bool isMarked(QStyle::PrimitiveElement element, const QStyleOption &option)
@@ -34,7 +34,7 @@ std::optional<qreal> radiusOfFrame(QStyle::PrimitiveElement element)
     switch (element) {
     case QStyle::PE_PanelButtonCommand:
     case QStyle::PE_FrameLineEdit:
-        return cornerRadius;
+        return frameRadius;
     case QStyle::PE_Frame:
     case QStyle::PE_PanelMenu:
     case QStyle::PE_IndicatorCheckBox:

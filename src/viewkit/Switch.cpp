@@ -11,7 +11,7 @@ namespace
 {
 constexpr qreal focusRingWidth = 1.5;
 /// Around the track, for the ring that shows the focus and some space before it.
-constexpr qreal margin = 3;
+constexpr qreal trackMargin = 3;
 /// Between the knob and the edge of its track.
 constexpr qreal knobGap = 2;
 } // namespace
@@ -25,7 +25,7 @@ QSize Switch::sizeHint() const
 {
     // The track is about as high as a line of text.
     const int track = std::max(16, fontMetrics().height());
-    return QSize(track * 9 / 5, track) + QSize(2, 2) * int(margin);
+    return QSize(track * 9 / 5, track) + QSize(2, 2) * int(trackMargin);
 }
 
 void Switch::enterEvent(QEnterEvent *event)
@@ -44,7 +44,8 @@ void Switch::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF track = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    const QRectF track =
+        QRectF(rect()).adjusted(trackMargin, trackMargin, -trackMargin, -trackMargin);
     const qreal radius = track.height() / 2;
 
     if (hasFocus()) {
