@@ -1,7 +1,7 @@
 // The shortcuts of a running KWin, and those that programs have its service hold.
 
 #include "platform/EventFlag.h"
-#include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
+#include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 #include "support/Accessible.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
@@ -56,7 +56,7 @@ private:
     const QStringList m_id{u"program"_s, u"action"_s, u"Program"_s, u"Action"_s};
 };
 
-struct Source : KGlobalAccelShortcuts {
+struct Source : KGlobalAccelKeys {
     Source() { start(); }
     bool has(const Accelerator &accelerator) const
     {

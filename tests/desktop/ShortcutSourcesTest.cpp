@@ -1,9 +1,9 @@
 // The shortcuts of XFCE and LXQt, from their real services, and from some that misbehave.
 
 #include "platform/EventFlag.h"
-#include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
-#include "platform/linux/desktopkeys/LxqtShortcuts.h"
-#include "platform/linux/desktopkeys/XfconfShortcuts.h"
+#include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
+#include "platform/linux/desktopkeys/LxqtKeys.h"
+#include "platform/linux/desktopkeys/XfconfKeys.h"
 #include "support/PrivateBus.h"
 #include "support/RecordedService.h"
 
@@ -31,7 +31,7 @@
 
 using namespace Qt::StringLiterals;
 using Answer = RecordedService::Answer;
-using Accelerators = DesktopShortcuts::Accelerators;
+using Accelerators = DesktopKeys::Accelerators;
 
 namespace
 {
@@ -71,12 +71,12 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ShortcutInfo &)
     return argument;
 }
 
-bool has(const DesktopShortcuts &source, const Accelerator &accelerator)
+bool has(const DesktopKeys &source, const Accelerator &accelerator)
 {
     return source.accelerators() && source.accelerators()->contains(accelerator);
 }
 
-bool hasNothing(const DesktopShortcuts &source)
+bool hasNothing(const DesktopKeys &source)
 {
     return source.accelerators().value_or(Accelerators()).isEmpty();
 }
@@ -206,11 +206,11 @@ Answer good(const QString &service)
         QList{ShortcutInfo{.keys = {0, int(Qt::MetaModifier) | Qt::Key_K}}})}));
 }
 
-std::unique_ptr<DesktopShortcuts> sourceOver(const QString &service)
+std::unique_ptr<DesktopKeys> sourceOver(const QString &service)
 {
     if (service == xfconf)
-        return std::make_unique<XfconfShortcuts>();
-    return std::make_unique<KGlobalAccelShortcuts>();
+        return std::make_unique<XfconfKeys>();
+    return std::make_unique<KGlobalAccelKeys>();
 }
 } // namespace
 
@@ -253,7 +253,7 @@ private Q_SLOTS:
     void knowsWhatXfceComesWith()
     {
         const Xfconfd daemon;
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(has(source, controlAltT));
         QVERIFY(has(source, altF4));
@@ -270,7 +270,7 @@ private Q_SLOTS:
         QFETCH(const QString, folder);
         const Xfconfd daemon;
         Xfconfd::override(folder);
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(source.accelerators());
         Xfconfd::set(folder + u"/custom/<Super>k"_s, u"true"_s);
@@ -287,7 +287,7 @@ private Q_SLOTS:
     {
         const Xfconfd daemon;
         Xfconfd::set(u"/commands/custom/<Super>k"_s, u"true"_s);
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(has(source, controlAltT));
         QVERIFY(!has(source, superK));
@@ -314,7 +314,7 @@ private Q_SLOTS:
         Xfconfd::override(u"/commands"_s);
         Xfconfd::set(property, u"1"_s, type);
         Xfconfd::set(u"/commands/custom/<Super>l"_s, u"true"_s);
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(has(source, superL));
         QVERIFY(!has(source, superK));
@@ -327,7 +327,7 @@ private Q_SLOTS:
         Xfconfd::set(u"/commands/custom/<Super>k"_s,
                      u"gapplication action org.corvane.Corvane fire \"'X'\""_s);
         Xfconfd::set(u"/commands/custom/<Super>l"_s, u"true"_s);
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(has(source, superL));
         QVERIFY(!has(source, superK));
@@ -335,7 +335,7 @@ private Q_SLOTS:
 
     void knowsNothingWhileXfceIsGone()
     {
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         auto daemon = std::make_unique<Xfconfd>();
         QTRY_VERIFY(has(source, controlAltT));
@@ -351,7 +351,7 @@ private Q_SLOTS:
         daemon.send(SIGSTOP);
         QElapsedTimer timer;
         timer.start();
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QCoreApplication::processEvents();
         QVERIFY(timer.elapsed() < 250);
@@ -429,7 +429,7 @@ private Q_SLOTS:
                             });
         const auto source = sourceOver(service);
         QList<Accelerators> heard;
-        connect(source.get(), &DesktopShortcuts::changed, this, [&heard, &source] {
+        connect(source.get(), &DesktopKeys::changed, this, [&heard, &source] {
             if (source->accelerators())
                 heard << *source->accelerators();
         });
@@ -453,7 +453,7 @@ private Q_SLOTS:
         const auto answer = [&](int index, const QString &key) {
             connection->send(questions.at(index).createReply(QVariant(xfceSettings(key))));
         };
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_COMPARE(questions.size(), 1);
         source.refresh();
@@ -476,7 +476,7 @@ private Q_SLOTS:
                                 QVariant::fromValue(QDBusVariant(u"true"_s))});
         };
         const auto questions = [&service] { return service.calls(u"GetAllProperties"_s); };
-        XfconfShortcuts source;
+        XfconfKeys source;
         source.start();
         QTRY_VERIFY(has(source, superK));
         for (int i = 0; i < 50; ++i)
@@ -492,7 +492,7 @@ private Q_SLOTS:
     void followsTheServiceOfLxqt()
     {
         const Globalkeysd daemon;
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         const qulonglong id = Globalkeysd::add(u"Meta+K"_s);
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superK), soon);
@@ -536,7 +536,7 @@ private Q_SLOTS:
         QFETCH(const bool, isInForce);
         const QByteArray another = "[Meta%2BL.7]\nExec=true\n";
         write(userFile(), another + text);
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         QVERIFY2(!source.accelerators(), "the start does not wait for the file");
         QTRY_VERIFY(has(source, superL));
@@ -548,7 +548,7 @@ private Q_SLOTS:
         write(userFile(),
               "[Meta%2BL.7]\nExec=true\n[Meta%2BK.1]\nExec=gapplication, action, "
               "org.corvane.Corvane, fire, 'X'\n");
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         QTRY_VERIFY(has(source, superL));
         QVERIFY(!has(source, superK));
@@ -559,7 +559,7 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_DIRS", m_home->filePath(u"system"_s).toLocal8Bit());
         const QByteArray withK = "[Meta%2BK.1]\nExec=true\n";
         const QByteArray withL = "[Meta%2BL.1]\nExec=true\n";
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         QCoreApplication::processEvents();
         QVERIFY(!source.accelerators());
@@ -609,7 +609,7 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_DIRS", m_home->filePath(u"system"_s).toLocal8Bit());
         make(userFile());
         write(systemFile(), "[Meta%2BK.1]\nExec=true\n");
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         QTRY_VERIFY(has(source, superK));
     }
@@ -632,7 +632,7 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, text);
         write(userFile(), text);
-        LxqtShortcuts source;
+        LxqtKeys source;
         source.start();
         QElapsedTimer timer;
         timer.start();

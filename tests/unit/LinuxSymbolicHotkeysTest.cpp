@@ -42,11 +42,11 @@ LayoutKeys layoutKeys(const char *layouts, quint32 layoutInUse = 0, const char *
     return map ? LayoutKeys(map.get(), layoutInUse) : LayoutKeys();
 }
 
-class FakeDesktopShortcuts : public DesktopShortcuts
+class FakeDesktopKeys : public DesktopKeys
 {
 public:
     void start() override { ++starts; }
-    using DesktopShortcuts::take;
+    using DesktopKeys::take;
 
     int starts = 0;
 };
@@ -62,9 +62,9 @@ public:
 
 /// A desktop with one shortcut, on Command and a symbol of the US layout.
 struct Desk {
-    FakeDesktopShortcuts *shortcuts = new FakeDesktopShortcuts;
+    FakeDesktopKeys *desktopKeys = new FakeDesktopKeys;
     FakeKeyboardLayout *layout = new FakeKeyboardLayout;
-    LinuxSymbolicHotkeys hotkeys{std::unique_ptr<DesktopShortcuts>(shortcuts),
+    LinuxSymbolicHotkeys hotkeys{std::unique_ptr<DesktopKeys>(desktopKeys),
                                  std::unique_ptr<KeyboardLayout>(layout), nullptr};
     int notices = 0;
     Registration observer = hotkeys.addObserver([this] { ++notices; });
@@ -74,7 +74,7 @@ struct Desk {
     /// The key codes that the shortcut has on this desk, with their flags.
     std::optional<QList<SymbolicHotkey>> resolve(const Accelerator &shortcut)
     {
-        shortcuts->take(QList{shortcut});
+        desktopKeys->take(QList{shortcut});
         return hotkeys.copySymbolicHotkeys();
     }
 };
@@ -196,10 +196,10 @@ private Q_SLOTS:
     void startsNothingBeforeSomebodyAsks()
     {
         Desk desk;
-        QCOMPARE(desk.shortcuts->starts + desk.layout->starts, 0);
+        QCOMPARE(desk.desktopKeys->starts + desk.layout->starts, 0);
         desk.hotkeys.copySymbolicHotkeys();
         desk.hotkeys.copySymbolicHotkeys();
-        QCOMPARE(desk.shortcuts->starts, 1);
+        QCOMPARE(desk.desktopKeys->starts, 1);
         QCOMPARE(desk.layout->starts, 1);
     }
 
@@ -215,20 +215,20 @@ private Q_SLOTS:
     void tellsOfEachChangeOnce()
     {
         Desk desk;
-        desk.shortcuts->take(QList{symbol("e")});
+        desk.desktopKeys->take(QList{symbol("e")});
         QCOMPARE(desk.notices, 1);
-        desk.shortcuts->take(QList{symbol("q")});
+        desk.desktopKeys->take(QList{symbol("q")});
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyQ});
-        desk.shortcuts->take(QList{symbol("q")});
+        desk.desktopKeys->take(QList{symbol("q")});
         QCOMPARE(desk.notices, 2);
     }
 
     void forgetsWhatADesktopHadThatHasGone()
     {
         Desk desk;
-        desk.shortcuts->take(QList{symbol("e")});
-        desk.shortcuts->take(std::nullopt);
+        desk.desktopKeys->take(QList{symbol("e")});
+        desk.desktopKeys->take(std::nullopt);
         QVERIFY(!desk.hotkeys.copySymbolicHotkeys());
         QCOMPARE(desk.notices, 2);
     }
@@ -236,7 +236,7 @@ private Q_SLOTS:
     void followsTheLayout()
     {
         Desk desk;
-        desk.shortcuts->take(QList{symbol("z")});
+        desk.desktopKeys->take(QList{symbol("z")});
         desk.layout->take(layoutKeys("de"));
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyY});
@@ -245,7 +245,7 @@ private Q_SLOTS:
     void tellsNothingOfALayoutThatHasTheKeysWhereTheyWere()
     {
         Desk desk;
-        desk.shortcuts->take(QList{symbol("e")});
+        desk.desktopKeys->take(QList{symbol("e")});
         desk.layout->take(layoutKeys("de"));
         QCOMPARE(desk.notices, 1);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyE});

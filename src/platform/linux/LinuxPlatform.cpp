@@ -2,7 +2,7 @@
 
 #include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/base/Session.h"
-#include "platform/linux/desktopkeys/ShortcutsOfDesktop.h"
+#include "platform/linux/desktopkeys/MakeDesktopKeys.h"
 #include "platform/linux/layout/WaylandKeyboardLayout.h"
 #include "platform/linux/layout/X11KeyboardLayout.h"
 
@@ -71,7 +71,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
                        ? std::make_unique<X11HotkeyService>(*m_x11, m_activation)
                        : nullptr)
     , m_trialGrabs(m_x11Hotkeys ? std::make_unique<TrialGrabs>(*m_x11Hotkeys) : nullptr)
-    , m_symbolicHotkeys(shortcutsOfDesktop(QProcessEnvironment::systemEnvironment()),
+    , m_symbolicHotkeys(makeDesktopKeys(QProcessEnvironment::systemEnvironment()),
                         keyboardLayout(m_x11 != nullptr), m_trialGrabs.get())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)

@@ -9,34 +9,34 @@ namespace
 /// A desktop hears of a change in its settings when we do, and then takes and lets go of keys.
 constexpr auto settlingTime = 300ms;
 
-/// One for each key that the shortcut may be pressed with.
-QList<SymbolicHotkey> hotkeys(const Accelerator &shortcut, const LayoutKeys &keys)
+/// One for each key that the accelerator may be pressed with.
+QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
 {
-    if (shortcut.symbol == 0) {
-        const auto code = keys.virtualKeyCode(shortcut.place);
-        return code ? QList<SymbolicHotkey>{{*code, shortcut.modifiers, true}}
+    if (accelerator.symbol == 0) {
+        const auto code = keys.virtualKeyCode(accelerator.place);
+        return code ? QList<SymbolicHotkey>{{*code, accelerator.modifiers, true}}
                     : QList<SymbolicHotkey>();
     }
     QList<SymbolicHotkey> found;
-    for (const LayoutKeys::Key &key : keys.withSymbol(shortcut.symbol)) {
-        const bool needsShift = shortcut.impliesShift && key.needsShift;
+    for (const LayoutKeys::Key &key : keys.withSymbol(accelerator.symbol)) {
+        const bool needsShift = accelerator.impliesShift && key.needsShift;
         found.append({key.virtualKeyCode,
-                      needsShift ? shortcut.modifiers | shiftEventFlag : shortcut.modifiers, true});
+                      needsShift ? accelerator.modifiers | shiftEventFlag : accelerator.modifiers,
+                      true});
     }
     return found;
 }
 } // namespace
 
-LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopShortcuts> shortcuts,
+LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
                                            std::unique_ptr<KeyboardLayout> layout,
                                            TrialGrabs *trialGrabs)
-    : m_shortcuts(std::move(shortcuts))
+    : m_desktopKeys(std::move(desktopKeys))
     , m_layout(std::move(layout))
     , m_trialGrabs(trialGrabs)
 {
-    if (m_shortcuts) {
-        connect(m_shortcuts.get(), &DesktopShortcuts::changed, this,
-                &LinuxSymbolicHotkeys::resolve);
+    if (m_desktopKeys) {
+        connect(m_desktopKeys.get(), &DesktopKeys::changed, this, &LinuxSymbolicHotkeys::resolve);
         connect(m_layout.get(), &KeyboardLayout::changed, this, &LinuxSymbolicHotkeys::resolve);
     }
     m_settling.setInterval(settlingTime);
@@ -49,9 +49,9 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopShortcuts> sho
 
 std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
 {
-    if (m_shortcuts && !std::exchange(m_isStarted, true)) {
+    if (m_desktopKeys && !std::exchange(m_isStarted, true)) {
         m_layout->start();
-        m_shortcuts->start();
+        m_desktopKeys->start();
     }
     return m_hotkeys;
 }
@@ -66,16 +66,16 @@ void LinuxSymbolicHotkeys::refresh()
     if (m_trialGrabs)
         m_trialGrabs->askAgain();
     if (m_isStarted)
-        m_shortcuts->refresh();
+        m_desktopKeys->refresh();
 }
 
 void LinuxSymbolicHotkeys::resolve()
 {
     std::optional<QList<SymbolicHotkey>> resolved;
-    if (const auto &shortcuts = m_shortcuts->accelerators()) {
+    if (const auto &accelerators = m_desktopKeys->accelerators()) {
         resolved.emplace();
-        for (const Accelerator &shortcut : *shortcuts)
-            *resolved += hotkeys(shortcut, m_layout->keys());
+        for (const Accelerator &accelerator : *accelerators)
+            *resolved += hotkeys(accelerator, m_layout->keys());
     }
     if (resolved == m_hotkeys)
         return;

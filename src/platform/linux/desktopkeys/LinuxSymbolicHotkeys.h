@@ -3,7 +3,7 @@
 
 #include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 #include "platform/linux/hotkeys/TrialGrabs.h"
 #include "platform/linux/layout/KeyboardLayout.h"
 
@@ -17,9 +17,9 @@ class LinuxSymbolicHotkeys : public QObject, public SymbolicHotkeys
     Q_OBJECT
 
 public:
-    /// Without shortcuts the desktop is none that we know; without trial grabs it is not on X11.
+    /// Without desktop keys the desktop is none that we know; without trial grabs it is not on X11.
     /// The trial grabs must outlive it.
-    LinuxSymbolicHotkeys(std::unique_ptr<DesktopShortcuts> shortcuts,
+    LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
                          std::unique_ptr<KeyboardLayout> layout, TrialGrabs *trialGrabs);
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
@@ -35,7 +35,7 @@ public:
 private:
     void resolve();
 
-    std::unique_ptr<DesktopShortcuts> m_shortcuts;
+    std::unique_ptr<DesktopKeys> m_desktopKeys;
     std::unique_ptr<KeyboardLayout> m_layout;
     TrialGrabs *m_trialGrabs;
     QTimer m_settling;

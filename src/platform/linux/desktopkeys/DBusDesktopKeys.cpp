@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/DBusShortcuts.h"
+#include "platform/linux/desktopkeys/DBusDesktopKeys.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
@@ -9,16 +9,16 @@
 
 using namespace std::chrono_literals;
 
-DBusShortcuts::DBusShortcuts(QString service)
+DBusDesktopKeys::DBusDesktopKeys(QString service)
     : m_service(std::move(service))
 {
     // Desktops change many shortcuts at once, with a signal for each.
     m_pause.setInterval(50ms);
     m_pause.setSingleShot(true);
-    connect(&m_pause, &QTimer::timeout, this, &DBusShortcuts::beginReading);
+    connect(&m_pause, &QTimer::timeout, this, &DBusDesktopKeys::beginReading);
 }
 
-void DBusShortcuts::start()
+void DBusDesktopKeys::start()
 {
     auto *const owner = new QDBusServiceWatcher(m_service, QDBusConnection::sessionBus(),
                                                 QDBusServiceWatcher::WatchForOwnerChange, this);
@@ -33,28 +33,28 @@ void DBusShortcuts::start()
     beginReading();
 }
 
-void DBusShortcuts::refresh()
+void DBusDesktopKeys::refresh()
 {
     if (!m_pause.isActive())
         m_pause.start();
 }
 
-void DBusShortcuts::refreshOn(const QString &path, const QString &interface, const QString &signal,
-                              const QStringList &arguments)
+void DBusDesktopKeys::refreshOn(const QString &path, const QString &interface,
+                                const QString &signal, const QStringList &arguments)
 {
     // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
     QDBusConnection::sessionBus().connect(QString(), path, interface, signal, arguments, QString(),
                                           this, SLOT(refresh()));
 }
 
-void DBusShortcuts::beginReading()
+void DBusDesktopKeys::beginReading()
 {
     m_reading = std::make_unique<QObject>();
     read();
 }
 
-void DBusShortcuts::ask(const QString &path, const QString &interface, const QString &method,
-                        const QVariantList &arguments, const Then &then)
+void DBusDesktopKeys::ask(const QString &path, const QString &interface, const QString &method,
+                          const QVariantList &arguments, const Then &then)
 {
     auto question = QDBusMessage::createMethodCall(m_service, path, interface, method);
     question.setAutoStartService(false);

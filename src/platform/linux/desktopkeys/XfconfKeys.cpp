@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/XfconfShortcuts.h"
+#include "platform/linux/desktopkeys/XfconfKeys.h"
 
 #include "platform/linux/desktopkeys/OwnCommand.h"
 
@@ -20,11 +20,11 @@ bool counts(const QVariant &action)
 }
 
 /// The user's shortcuts, once there are any, take the place of all that the desktop comes with.
-DesktopShortcuts::Accelerators shortcuts(const QString &folder, const QVariantMap &settings)
+DesktopKeys::Accelerators shortcuts(const QString &folder, const QVariantMap &settings)
 {
     const bool hasOwn = settings.value(folder + u"custom/override"_s) == QVariant(true);
     const QString prefix = folder + (hasOwn ? u"custom/"_s : u"default/"_s);
-    DesktopShortcuts::Accelerators found;
+    DesktopKeys::Accelerators found;
     for (auto it = settings.lowerBound(prefix); it != settings.end(); ++it) {
         if (!it.key().startsWith(prefix))
             break;
@@ -36,19 +36,19 @@ DesktopShortcuts::Accelerators shortcuts(const QString &folder, const QVariantMa
 }
 } // namespace
 
-XfconfShortcuts::XfconfShortcuts()
-    : DBusShortcuts(u"org.xfce.Xfconf"_s)
+XfconfKeys::XfconfKeys()
+    : DBusDesktopKeys(u"org.xfce.Xfconf"_s)
 {
 }
 
-void XfconfShortcuts::start()
+void XfconfKeys::start()
 {
     refreshOn(path, interface, u"PropertyChanged"_s, {channel});
     refreshOn(path, interface, u"PropertyRemoved"_s, {channel});
-    DBusShortcuts::start();
+    DBusDesktopKeys::start();
 }
 
-void XfconfShortcuts::read()
+void XfconfKeys::read()
 {
     ask(path, interface, u"GetAllProperties"_s, {channel, u"/"_s},
         [this](const QDBusMessage &answer) {

@@ -1,19 +1,19 @@
 // The keyboard shortcuts of LXQt, from the file in which its service keeps them.
 #pragma once
 
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <QFileSystemWatcher>
 #include <QTimer>
 #include <optional>
 
 /// The user's file, or while there is none the first of the system's.
-class LxqtShortcuts : public DesktopShortcuts
+class LxqtKeys : public DesktopKeys
 {
     Q_OBJECT
 
 public:
-    LxqtShortcuts();
+    LxqtKeys();
     void start() override;
 
 private:

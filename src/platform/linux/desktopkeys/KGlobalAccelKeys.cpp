@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/KGlobalAccelShortcuts.h"
+#include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -33,24 +33,24 @@ QList<int> activeKeys(const QDBusMessage &shortcuts)
 }
 } // namespace
 
-KGlobalAccelShortcuts::KGlobalAccelShortcuts()
-    : DBusShortcuts(u"org.kde.kglobalaccel"_s)
+KGlobalAccelKeys::KGlobalAccelKeys()
+    : DBusDesktopKeys(u"org.kde.kglobalaccel"_s)
 {
 }
 
-void KGlobalAccelShortcuts::start()
+void KGlobalAccelKeys::start()
 {
     refreshOn(path, interface, u"yourShortcutsChanged"_s);
-    DBusShortcuts::start();
+    DBusDesktopKeys::start();
 }
 
-void KGlobalAccelShortcuts::read()
+void KGlobalAccelKeys::read()
 {
     ask(path, interface, u"allComponents"_s, {},
         [this](const QDBusMessage &answer) { readComponents(answer); });
 }
 
-void KGlobalAccelShortcuts::readComponents(const QDBusMessage &paths)
+void KGlobalAccelKeys::readComponents(const QDBusMessage &paths)
 {
     const QDBusPendingReply<QList<QDBusObjectPath>> components(paths);
     if (components.isError())
@@ -64,7 +64,7 @@ void KGlobalAccelShortcuts::readComponents(const QDBusMessage &paths)
             [this](const QDBusMessage &answer) { add(answer); });
 }
 
-void KGlobalAccelShortcuts::add(const QDBusMessage &shortcuts)
+void KGlobalAccelKeys::add(const QDBusMessage &shortcuts)
 {
     for (const int key : activeKeys(shortcuts)) {
         if (const auto accelerator = qtAccelerator(key))

@@ -1,14 +1,14 @@
 // The keyboard shortcuts of XFCE and of its window manager, from its settings.
 #pragma once
 
-#include "platform/linux/desktopkeys/DBusShortcuts.h"
+#include "platform/linux/desktopkeys/DBusDesktopKeys.h"
 
-class XfconfShortcuts : public DBusShortcuts
+class XfconfKeys : public DBusDesktopKeys
 {
     Q_OBJECT
 
 public:
-    XfconfShortcuts();
+    XfconfKeys();
     void start() override;
 
 private:

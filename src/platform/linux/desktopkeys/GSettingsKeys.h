@@ -1,7 +1,7 @@
 // The keyboard shortcuts of the desktops that keep them in GSettings.
 #pragma once
 
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <QList>
 #include <QString>
@@ -33,12 +33,12 @@ struct GSettingsFamily {
 
 /// GSettings waits for whatever it needs, so a thread does all of this. The thread ends with the
 /// object, which waits for it.
-class GSettingsShortcuts : public DesktopShortcuts
+class GSettingsKeys : public DesktopKeys
 {
     Q_OBJECT
 
 public:
-    explicit GSettingsShortcuts(GSettingsFamily family);
+    explicit GSettingsKeys(GSettingsFamily family);
 
     void start() override;
 

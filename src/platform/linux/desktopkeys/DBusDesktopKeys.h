@@ -1,7 +1,7 @@
 // The keyboard shortcuts of a desktop that has a service on the session bus keep them.
 #pragma once
 
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <QDBusMessage>
 #include <QTimer>
@@ -10,7 +10,7 @@
 #include <memory>
 
 /// Of services that come, go and are replaced at any time; none is started for it.
-class DBusShortcuts : public DesktopShortcuts
+class DBusDesktopKeys : public DesktopKeys
 {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public Q_SLOTS:
     void refresh() override;
 
 protected:
-    explicit DBusShortcuts(QString service);
+    explicit DBusDesktopKeys(QString service);
 
     /// Refreshes whenever the signal comes with these first arguments.
     void refreshOn(const QString &path, const QString &interface, const QString &signal,

@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/GSettingsShortcuts.h"
+#include "platform/linux/desktopkeys/GSettingsKeys.h"
 
 #include "platform/linux/desktopkeys/OwnCommand.h"
 
@@ -54,7 +54,7 @@ const GSettingsFamily GSettingsFamily::mate{
 
 namespace
 {
-using Accelerators = DesktopShortcuts::Accelerators;
+using Accelerators = DesktopKeys::Accelerators;
 
 constexpr const char *customKey = "binding";
 
@@ -238,12 +238,12 @@ Accelerators FamilySettings::readCustoms(const QStringList &list)
 }
 } // namespace
 
-GSettingsShortcuts::GSettingsShortcuts(GSettingsFamily family)
+GSettingsKeys::GSettingsKeys(GSettingsFamily family)
     : m_family(std::move(family))
 {
 }
 
-void GSettingsShortcuts::start()
+void GSettingsKeys::start()
 {
     try {
         m_thread = std::jthread([this](const std::stop_token &end) { follow(end); });
@@ -252,7 +252,7 @@ void GSettingsShortcuts::start()
     }
 }
 
-void GSettingsShortcuts::follow(const std::stop_token &end)
+void GSettingsKeys::follow(const std::stop_token &end)
 {
     const std::unique_ptr<GMainContext, ContextEnd> context(g_main_context_new());
     g_main_context_push_thread_default(context.get());
@@ -273,7 +273,7 @@ void GSettingsShortcuts::follow(const std::stop_token &end)
     }
 }
 
-void GSettingsShortcuts::tell(const Accelerators &accelerators)
+void GSettingsKeys::tell(const Accelerators &accelerators)
 {
     QMetaObject::invokeMethod(
         this, [this, accelerators] { take(accelerators); }, Qt::QueuedConnection);

@@ -1,8 +1,8 @@
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <utility>
 
-void DesktopShortcuts::take(std::optional<Accelerators> accelerators)
+void DesktopKeys::take(std::optional<Accelerators> accelerators)
 {
     if (accelerators == m_accelerators)
         return;

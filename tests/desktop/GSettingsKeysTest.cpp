@@ -1,7 +1,7 @@
 // The shortcuts of GNOME, Cinnamon and MATE, in their own schemas and in dconf, while the desktops'
 // tools change them.
 
-#include "platform/linux/desktopkeys/GSettingsShortcuts.h"
+#include "platform/linux/desktopkeys/GSettingsKeys.h"
 
 #include <QDir>
 #include <QProcess>
@@ -36,11 +36,11 @@ bool resetCustom(const char *schema, const QString &path)
     return gsettings(u"reset-recursively %1:%2"_s.arg(QLatin1StringView(schema), path));
 }
 
-bool has(const DesktopShortcuts &shortcuts, const QString &text)
+bool has(const DesktopKeys &desktopKeys, const QString &text)
 {
     const auto accelerator = gtkAccelerator(text);
-    return accelerator && shortcuts.accelerators()
-        && shortcuts.accelerators()->contains(*accelerator);
+    return accelerator && desktopKeys.accelerators()
+        && desktopKeys.accelerators()->contains(*accelerator);
 }
 
 /// Runs this very test in a process of its own, for which GLib looks at its environment anew.
@@ -86,7 +86,7 @@ bool isOwnProcess()
 
 Q_DECLARE_METATYPE(const GSettingsFamily *)
 
-class GSettingsShortcutsTest : public QObject
+class GSettingsKeysTest : public QObject
 {
     Q_OBJECT
 
@@ -126,11 +126,11 @@ private Q_SLOTS:
     {
         QFETCH(const GSettingsFamily *const, family);
         QFETCH(const QStringList, texts);
-        GSettingsShortcuts shortcuts(*family);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
         for (const QString &text : texts)
-            QVERIFY2(has(shortcuts, text), qPrintable(text));
+            QVERIFY2(has(desktopKeys, text), qPrintable(text));
     }
 
     void hearsOfEveryChange_data()
@@ -174,14 +174,14 @@ private Q_SLOTS:
         QFETCH(const GSettingsFamily *const, family);
         QFETCH(const QString, key);
         QFETCH(const QString, value);
-        GSettingsShortcuts shortcuts(*family);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
-        QVERIFY(!has(shortcuts, u"<Super>F9"_s));
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
+        QVERIFY(!has(desktopKeys, u"<Super>F9"_s));
         QVERIFY(gsettings(u"set %1 \"%2\""_s.arg(key, value)));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F9"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F9"_s));
         QVERIFY(gsettings(u"reset "_s + key));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F9"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F9"_s));
     }
 
     void leavesOutWhatIsSwitchedOff_data()
@@ -211,79 +211,79 @@ private Q_SLOTS:
         QFETCH(const QString, key);
         QFETCH(const QString, value);
         QFETCH(const QString, text);
-        GSettingsShortcuts shortcuts(*family);
-        shortcuts.start();
-        QTRY_VERIFY(has(shortcuts, text));
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_VERIFY(has(desktopKeys, text));
         QVERIFY(gsettings(u"set %1 \"%2\""_s.arg(key, value)));
-        QTRY_VERIFY(!has(shortcuts, text));
+        QTRY_VERIFY(!has(desktopKeys, text));
     }
 
     void readsEveryCombinationOfAKey()
     {
-        GSettingsShortcuts shortcuts(GSettingsFamily::gnome);
-        shortcuts.start();
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
         QVERIFY(gsettings(u"set org.gnome.desktop.wm.keybindings raise "
                           "\"['<Super>F9', 'junk', '<Super>F10', '<Super>0x2e']\""_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F9"_s));
-        QVERIFY(has(shortcuts, u"<Super>F10"_s));
-        QVERIFY(has(shortcuts, u"<Super>0x2e"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F9"_s));
+        QVERIFY(has(desktopKeys, u"<Super>F10"_s));
+        QVERIFY(has(desktopKeys, u"<Super>0x2e"_s));
     }
 
     void followsTheUsersOwnOnGnome()
     {
         const auto list = u"set org.gnome.settings-daemon.plugins.media-keys custom-keybindings "
                           "\"%1\""_s;
-        GSettingsShortcuts shortcuts(GSettingsFamily::gnome);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
         QVERIFY(setCustom(gnomeCustom, u"/one/"_s, u"<Super>F3"_s));
         QVERIFY(gsettings(list.arg(u"['/one/', '', 'none', '/', '//', '/one//', '/two/']"_s)));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F3"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(setCustom(gnomeCustom, u"/two/"_s, u"<Super>F4"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F4"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F4"_s));
         QVERIFY(setCustom(gnomeCustom, u"/one/"_s, u"<Super>F5"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F5"_s));
-        QVERIFY(!has(shortcuts, u"<Super>F3"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F5"_s));
+        QVERIFY(!has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(gsettings(list.arg(u"['/two/']"_s)));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F5"_s));
-        QVERIFY(has(shortcuts, u"<Super>F4"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F5"_s));
+        QVERIFY(has(desktopKeys, u"<Super>F4"_s));
     }
 
     void followsTheUsersOwnOnCinnamon()
     {
         const auto list = u"set org.cinnamon.desktop.keybindings custom-list \"%1\""_s;
         const auto path = u"/org/cinnamon/desktop/keybindings/custom-keybindings/custom0/"_s;
-        GSettingsShortcuts shortcuts(GSettingsFamily::cinnamon);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
+        GSettingsKeys desktopKeys(GSettingsFamily::cinnamon);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
         QVERIFY(setCustom(cinnamonCustom, path, u"['<Super>F3', '<Super>F4']"_s));
         QVERIFY(gsettings(list.arg(u"['__dummy__', 'custom0', '']"_s)));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F3"_s));
-        QVERIFY(has(shortcuts, u"<Super>F4"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
+        QVERIFY(has(desktopKeys, u"<Super>F4"_s));
         QVERIFY(setCustom(cinnamonCustom, path, u"['<Super>F5']"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F5"_s));
-        QVERIFY(!has(shortcuts, u"<Super>F3"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F5"_s));
+        QVERIFY(!has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(gsettings(list.arg(u"['__dummy__']"_s)));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F5"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F5"_s));
     }
 
     void followsTheUsersOwnOnMate()
     {
         const auto path = u"/org/mate/desktop/keybindings/custom%1/"_s;
-        GSettingsShortcuts shortcuts(GSettingsFamily::mate);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
+        GSettingsKeys desktopKeys(GSettingsFamily::mate);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
         QVERIFY(setCustom(mateCustom, path.arg(0), u"<Super>F3"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F3"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(setCustom(mateCustom, path.arg(15), u"<Super>F4"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F4"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F4"_s));
         QVERIFY(setCustom(mateCustom, path.arg(31), u"<Super>F5"_s));
-        QTRY_VERIFY(has(shortcuts, u"<Super>F5"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F5"_s));
         QVERIFY(resetCustom(mateCustom, path.arg(0)));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F3"_s));
-        QVERIFY(has(shortcuts, u"<Super>F4"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F3"_s));
+        QVERIFY(has(desktopKeys, u"<Super>F4"_s));
         QVERIFY(setCustom(mateCustom, path.arg(31), u"disabled"_s));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F5"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F5"_s));
     }
 
     void leavesOutTheUsersOwnThatCallsUs_data()
@@ -318,23 +318,23 @@ private Q_SLOTS:
         QVERIFY(gsettings(u"set "_s + custom + command + u" xterm"_s));
         QVERIFY(gsettings(u"set "_s + custom + u"binding \""_s + binding + u'"'));
         QVERIFY(gsettings(u"set "_s + list));
-        GSettingsShortcuts shortcuts(*family);
-        shortcuts.start();
-        QTRY_VERIFY(has(shortcuts, u"<Super>F3"_s));
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(gsettings(u"set "_s + custom + command
                           + u" \"gapplication action org.corvane.Corvane fire x\""_s));
-        QTRY_VERIFY(!has(shortcuts, u"<Super>F3"_s));
+        QTRY_VERIFY(!has(desktopKeys, u"<Super>F3"_s));
     }
 
     void readsNothingWhereADesktopIsNotInstalled()
     {
-        GSettingsShortcuts missing({
+        GSettingsKeys missing({
             .keys{{"org.example.keybindings"}, {"org.example", "overlay-key"}},
             .customSchema = "org.example.custom-keybinding",
             .customPath = u"/org/example/%1/"_s,
         });
         missing.start();
-        GSettingsShortcuts installed(GSettingsFamily::gnome);
+        GSettingsKeys installed(GSettingsFamily::gnome);
         installed.start();
         QTRY_VERIFY(installed.accelerators());
         QVERIFY(!missing.accelerators());
@@ -342,7 +342,7 @@ private Q_SLOTS:
 
     void copesWithSchemasOfOtherVersions()
     {
-        GSettingsShortcuts shortcuts({
+        GSettingsKeys desktopKeys({
             .keys{
                 {"org.gnome.mutter", "no-such-key"},
                 {"org.gnome.settings-daemon.plugins.media-keys.custom-keybinding"},
@@ -351,9 +351,9 @@ private Q_SLOTS:
             .customSchema = "org.gnome.mutter",
             .customPath = u"/org/example/%1/"_s,
         });
-        shortcuts.start();
-        QTRY_COMPARE(shortcuts.accelerators(),
-                     DesktopShortcuts::Accelerators{*gtkAccelerator(u"Super_L"_s)});
+        desktopKeys.start();
+        QTRY_COMPARE(desktopKeys.accelerators(),
+                     DesktopKeys::Accelerators{*gtkAccelerator(u"Super_L"_s)});
     }
 
     void readsSettingsThatHungAtFirst()
@@ -367,13 +367,13 @@ private Q_SLOTS:
             QVERIFY(succeedsIn(environment));
             return;
         }
-        GSettingsShortcuts shortcuts(GSettingsFamily::gnome);
-        shortcuts.start();
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
         QFile profile(qEnvironmentVariable("DCONF_PROFILE"));
         QVERIFY(profile.open(QFile::WriteOnly | QFile::Unbuffered));
         profile.write("user-db:user\n");
         profile.close();
-        QTRY_VERIFY(has(shortcuts, u"<Super>p"_s));
+        QTRY_VERIFY(has(desktopKeys, u"<Super>p"_s));
     }
 
     void needsNoBusToReadAndToEnd_data()
@@ -398,32 +398,32 @@ private Q_SLOTS:
             bus.waitForFinished();
             return;
         }
-        GSettingsShortcuts shortcuts(GSettingsFamily::gnome);
-        shortcuts.start();
-        QTRY_VERIFY(has(shortcuts, u"<Super>p"_s));
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
+        QTRY_VERIFY(has(desktopKeys, u"<Super>p"_s));
     }
 
     void sleepsWhileNothingChanges()
     {
-        GSettingsShortcuts shortcuts(GSettingsFamily::gnome);
-        shortcuts.start();
-        QTRY_VERIFY(shortcuts.accelerators());
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.accelerators());
         QVERIFY(QTest::qWaitFor(isAtRest));
     }
 
     void endsWhateverItIsDoing()
     {
         for (unsigned long microseconds = 0; microseconds < 10'000; microseconds += 100) {
-            auto shortcuts = std::make_unique<GSettingsShortcuts>(GSettingsFamily::gnome);
-            shortcuts->start();
+            auto desktopKeys = std::make_unique<GSettingsKeys>(GSettingsFamily::gnome);
+            desktopKeys->start();
             QThread::usleep(microseconds);
             QElapsedTimer end;
             end.start();
-            shortcuts.reset();
+            desktopKeys.reset();
             QVERIFY(end.elapsed() < 1000);
         }
     }
 };
 
-QTEST_GUILESS_MAIN(GSettingsShortcutsTest)
-#include "GSettingsShortcutsTest.moc"
+QTEST_GUILESS_MAIN(GSettingsKeysTest)
+#include "GSettingsKeysTest.moc"

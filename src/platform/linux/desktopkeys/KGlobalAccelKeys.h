@@ -1,16 +1,16 @@
 // The keyboard shortcuts of Plasma, from the service that holds them all.
 #pragma once
 
-#include "platform/linux/desktopkeys/DBusShortcuts.h"
+#include "platform/linux/desktopkeys/DBusDesktopKeys.h"
 
 /// Hears of a change in Plasma's settings. That a program has brought shortcuts of its own, or has
 /// taken them away, is not said by anyone: that takes a refresh.
-class KGlobalAccelShortcuts : public DBusShortcuts
+class KGlobalAccelKeys : public DBusDesktopKeys
 {
     Q_OBJECT
 
 public:
-    KGlobalAccelShortcuts();
+    KGlobalAccelKeys();
     void start() override;
 
 private:

@@ -1,4 +1,4 @@
-#include "platform/linux/desktopkeys/LxqtShortcuts.h"
+#include "platform/linux/desktopkeys/LxqtKeys.h"
 
 #include "platform/linux/desktopkeys/OwnCommand.h"
 
@@ -72,7 +72,7 @@ std::optional<Accelerator> shortcut(const Group &group)
 }
 
 // Not read by QSettings, which would make objects out of whatever the file says.
-std::optional<DesktopShortcuts::Accelerators> shortcuts(const QString &path)
+std::optional<DesktopKeys::Accelerators> shortcuts(const QString &path)
 {
     QFile file(path);
     if (file.size() > longestFile || !file.open(QIODevice::ReadOnly))
@@ -85,7 +85,7 @@ std::optional<DesktopShortcuts::Accelerators> shortcuts(const QString &path)
         else if (!groups.isEmpty())
             addSetting(groups.last(), line);
     }
-    DesktopShortcuts::Accelerators found;
+    DesktopKeys::Accelerators found;
     for (const Group &group : groups) {
         if (const auto accelerator = shortcut(group))
             found << *accelerator;
@@ -94,24 +94,24 @@ std::optional<DesktopShortcuts::Accelerators> shortcuts(const QString &path)
 }
 } // namespace
 
-LxqtShortcuts::LxqtShortcuts()
+LxqtKeys::LxqtKeys()
 {
     // One change of the file is several to whoever watches it.
     m_pause.setInterval(50ms);
     m_pause.setSingleShot(true);
-    connect(&m_pause, &QTimer::timeout, this, &LxqtShortcuts::read);
+    connect(&m_pause, &QTimer::timeout, this, &LxqtKeys::read);
 }
 
-void LxqtShortcuts::start()
+void LxqtKeys::start()
 {
     m_watcher.emplace();
     connect(&*m_watcher, &QFileSystemWatcher::fileChanged, &m_pause, qOverload<>(&QTimer::start));
     connect(&*m_watcher, &QFileSystemWatcher::directoryChanged, &m_pause,
             qOverload<>(&QTimer::start));
-    QMetaObject::invokeMethod(this, &LxqtShortcuts::read, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &LxqtKeys::read, Qt::QueuedConnection);
 }
 
-void LxqtShortcuts::read()
+void LxqtKeys::read()
 {
     const QStringList files = configFiles();
     // All anew, because a file of the same name may be another one now; and first, so that no

@@ -8,7 +8,7 @@
 #include <optional>
 
 /// Main thread only. May be made before there is a QApplication.
-class DesktopShortcuts : public QObject
+class DesktopKeys : public QObject
 {
     Q_OBJECT
 

@@ -1,10 +1,10 @@
 // Where the running desktop keeps its shortcuts.
 #pragma once
 
-#include "platform/linux/desktopkeys/DesktopShortcuts.h"
+#include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <QProcessEnvironment>
 #include <memory>
 
 /// Null if the desktop is none that we know. To be started before it tells anything.
-std::unique_ptr<DesktopShortcuts> shortcutsOfDesktop(const QProcessEnvironment &environment);
+std::unique_ptr<DesktopKeys> makeDesktopKeys(const QProcessEnvironment &environment);
