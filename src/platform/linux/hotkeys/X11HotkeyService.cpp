@@ -309,9 +309,9 @@ void X11HotkeyService::takeKeyMap(xcb_query_keymap_cookie_t request, std::vector
 
 void X11HotkeyService::apply(const KeyMapSnapshot &snapshot)
 {
-    m_presses.releaseAllUp(snapshot.map);
+    m_repeatFilter.releaseAllUp(snapshot.map);
     for (const KeyGrab &grab : snapshot.grabs) {
-        if (m_presses.markIfDown(grab.key, snapshot.map))
+        if (m_repeatFilter.markIfDown(grab.key, snapshot.map))
             m_grabs.tellRepeats(grab);
     }
 }
@@ -335,7 +335,7 @@ void X11HotkeyService::drain()
 
     // A closed connection is always readable.
     m_notifier->setEnabled(m_connection.isOpen());
-    if (!m_presses.hasHeldKeys())
+    if (!m_repeatFilter.hasHeldKeys())
         m_heldKeysTimer.stop();
     else if (!m_heldKeysTimer.isActive())
         m_heldKeysTimer.start();
@@ -350,7 +350,7 @@ void X11HotkeyService::handle(const xcb_generic_event_t &event)
     } else if (type == XCB_GE_GENERIC) {
         handleXInput(as<xcb_input_key_press_event_t>(event));
     } else if (type == XCB_KEY_RELEASE) {
-        m_presses.released(as<xcb_key_release_event_t>(event).detail);
+        m_repeatFilter.released(as<xcb_key_release_event_t>(event).detail);
     } else if (type == m_xkbEvent || type == XCB_MAPPING_NOTIFY) {
         // New keys or new modifiers; most often they turn out to be the old.
         m_keyboardTimer.start();
@@ -361,7 +361,7 @@ void X11HotkeyService::handleXInput(const xcb_input_key_press_event_t &event)
 {
     const auto key = xcb_keycode_t(event.detail);
     if (event.event_type == XCB_INPUT_KEY_RELEASE) {
-        m_presses.released(key);
+        m_repeatFilter.released(key);
     } else if (event.event_type == XCB_INPUT_KEY_PRESS) {
         const bool isRepeat = event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT;
         handleDown({.key = key,
@@ -377,7 +377,7 @@ void X11HotkeyService::handleDown(const KeyEvent &event)
     const auto target = m_targets.find({event.key, m_keyboard.ownModifiers(event.state)});
     const bool isOurs = target != m_targets.end();
     const bool isRepeat =
-        isOurs ? !m_presses.isFresh(event.key, event.down) : m_presses.isHeld(event.key);
+        isOurs ? !m_repeatFilter.isFresh(event.key, event.down) : m_repeatFilter.isHeld(event.key);
     // This grab stays until the key is let go, so that its further repeats reach nobody.
     if (isRepeat)
         return;

@@ -3,8 +3,8 @@
 
 #include "platform/HotkeyService.h"
 #include "platform/linux/activation/UserActivation.h"
+#include "platform/linux/hotkeys/AutoRepeatFilter.h"
 #include "platform/linux/hotkeys/KeyGrabs.h"
-#include "platform/linux/hotkeys/PressFilter.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QObject>
@@ -90,7 +90,7 @@ private:
     /// Which keys were down when the server had got as far as that request.
     struct KeyMapSnapshot {
         unsigned int sequence;
-        PressFilter::KeyMap map;
+        AutoRepeatFilter::KeyMap map;
         /// Keys that came under a grab around that time, or out of somebody else's.
         std::vector<KeyGrab> grabs;
     };
@@ -134,7 +134,7 @@ private:
     uint8_t m_xkbEvent = 0;
     X11Keyboard m_keyboard;
     KeyGrabs m_grabs;
-    PressFilter m_presses;
+    AutoRepeatFilter m_repeatFilter;
     std::vector<KeyMapSnapshot> m_snapshots;
 
     std::map<KeyCombination, Registered> m_registered;

@@ -1,7 +1,7 @@
 #include "platform/linux/recording/KeyCapture.h"
 
 #include "platform/linux/hotkeys/X11HotkeyService.h"
-#include "platform/linux/recording/HeldKeys.h"
+#include "platform/linux/recording/HeldKeyRepeatFilter.h"
 #include "platform/linux/recording/KeyTranslation.h"
 
 #include <QApplication>
@@ -9,11 +9,11 @@
 #include <QInputMethodQueryEvent>
 #include <QKeyEvent>
 
-KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeys &heldKeys,
+KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
                        X11HotkeyService *hotkeys)
     : m_widget(&widget)
     , m_handler(std::move(handler))
-    , m_heldKeys(heldKeys)
+    , m_repeatFilter(repeatFilter)
     , m_hotkeys(hotkeys)
 {
     connect(&widget, &QObject::destroyed, this, &KeyCapture::end);
@@ -61,7 +61,7 @@ void KeyCapture::end()
     if (!std::exchange(m_isOn, false))
         return;
     releaseKeyboard();
-    m_heldKeys.swallowRepeats();
+    m_repeatFilter.swallowRepeats();
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
@@ -114,7 +114,7 @@ bool KeyCapture::swallowKey(QKeyEvent &event)
 {
     // Or a widget's parents would be asked one after the other.
     event.accept();
-    if (!m_heldKeys.follow(event))
+    if (!m_repeatFilter.follow(event))
         return true;
     // With each press, because the grab may have been refused, or a menu may have ended it since.
     // The modifiers of a combination come before the press that it is needed for.

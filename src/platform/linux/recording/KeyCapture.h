@@ -9,7 +9,7 @@
 #include <QWidget>
 #include <QWindow>
 
-class HeldKeys;
+class HeldKeyRepeatFilter;
 class X11HotkeyService;
 
 class KeyCapture final : public QObject
@@ -21,7 +21,8 @@ public:
 
     /// The window is the one that the widget is in; the widget may die first. The handler may
     /// delete the capture. Hot keys, if there are any, are to be held up by the grab on X11.
-    KeyCapture(QWidget &widget, Handler handler, HeldKeys &heldKeys, X11HotkeyService *hotkeys);
+    KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
+               X11HotkeyService *hotkeys);
     ~KeyCapture() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -37,7 +38,7 @@ private:
 
     const QPointer<QWidget> m_widget;
     const Handler m_handler;
-    HeldKeys &m_heldKeys;
+    HeldKeyRepeatFilter &m_repeatFilter;
     X11HotkeyService *const m_hotkeys;
     bool m_isOn = false;
     QPointer<QWindow> m_grabbedWindow;

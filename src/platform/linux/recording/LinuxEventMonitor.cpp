@@ -13,6 +13,7 @@ std::optional<Registration>
 LinuxEventMonitor::addLocalMonitorForEvents(QWidget &widget,
                                             std::function<void(const KeyEvent &)> handler)
 {
-    auto capture = std::make_shared<KeyCapture>(widget, std::move(handler), m_heldKeys, m_hotkeys);
+    auto capture =
+        std::make_shared<KeyCapture>(widget, std::move(handler), m_repeatFilter, m_hotkeys);
     return Registration([capture = std::move(capture)]() mutable { capture.reset(); });
 }

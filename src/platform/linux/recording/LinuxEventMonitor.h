@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/EventMonitor.h"
-#include "platform/linux/recording/HeldKeys.h"
+#include "platform/linux/recording/HeldKeyRepeatFilter.h"
 
 class X11HotkeyService;
 
@@ -19,5 +19,5 @@ public:
 
 private:
     X11HotkeyService *const m_hotkeys;
-    HeldKeys m_heldKeys;
+    HeldKeyRepeatFilter m_repeatFilter;
 };

@@ -1,20 +1,20 @@
-#include "platform/linux/hotkeys/PressFilter.h"
+#include "platform/linux/hotkeys/AutoRepeatFilter.h"
 
 namespace
 {
-bool isDown(PressFilter::Key key, const PressFilter::KeyMap &map)
+bool isDown(AutoRepeatFilter::Key key, const AutoRepeatFilter::KeyMap &map)
 {
     return map[key / 8] & (1 << (key % 8));
 }
 } // namespace
 
-bool PressFilter::isFresh(Key key, KeyDown down)
+bool AutoRepeatFilter::isFresh(Key key, KeyDown down)
 {
     const bool wasHeld = !m_heldKeys.insert(key).second;
     return down == KeyDown::press || !wasHeld;
 }
 
-bool PressFilter::markIfDown(Key key, const KeyMap &map)
+bool AutoRepeatFilter::markIfDown(Key key, const KeyMap &map)
 {
     const bool isDownNow = isDown(key, map);
     if (isDownNow)
@@ -22,7 +22,7 @@ bool PressFilter::markIfDown(Key key, const KeyMap &map)
     return isDownNow;
 }
 
-void PressFilter::releaseAllUp(const KeyMap &map)
+void AutoRepeatFilter::releaseAllUp(const KeyMap &map)
 {
     std::erase_if(m_heldKeys, [&map](Key key) { return !isDown(key, map); });
 }

@@ -1,4 +1,4 @@
-// The keys that are still down when nobody listens to them any more: their repeats reach nobody.
+// Swallows the auto-repeats of keys that are still held when a recording ends.
 #pragma once
 
 #include <QHash>
@@ -6,7 +6,7 @@
 
 class QKeyEvent;
 
-class HeldKeys final : public QObject
+class HeldKeyRepeatFilter final : public QObject
 {
     Q_OBJECT
 

@@ -15,7 +15,7 @@ enum class KeyDown {
 
 /// A "down" is fresh if the server calls it a press, or if the key was up before it as far as is
 /// known. So a hold that began unseen counts with its first repeat, and only with that.
-class PressFilter
+class AutoRepeatFilter
 {
 public:
     using Key = quint8;

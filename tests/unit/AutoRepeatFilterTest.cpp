@@ -1,18 +1,18 @@
-#include "platform/linux/hotkeys/PressFilter.h"
+#include "platform/linux/hotkeys/AutoRepeatFilter.h"
 
 #include <QTest>
 #include <variant>
 
 namespace
 {
-constexpr PressFilter::Key k = 45;
-constexpr PressFilter::Key j = 44;
+constexpr AutoRepeatFilter::Key k = 45;
+constexpr AutoRepeatFilter::Key j = 44;
 
 // What can happen to a key, in the words of the server. Each "down" has a number.
 struct Down {
     int number;
     KeyDown down = KeyDown::pressOrRepeat;
-    PressFilter::Key key = k;
+    AutoRepeatFilter::Key key = k;
 };
 Down press(int number)
 {
@@ -23,19 +23,19 @@ Down repeat(int number)
     return {number, KeyDown::repeat};
 }
 struct Release {
-    PressFilter::Key key = k;
+    AutoRepeatFilter::Key key = k;
 };
 struct SeenDown {
-    QList<PressFilter::Key> keys;
+    QList<AutoRepeatFilter::Key> keys;
 };
 struct GrabbedWhileDown {
-    PressFilter::Key key = k;
+    AutoRepeatFilter::Key key = k;
 };
 using Event = std::variant<Down, Release, SeenDown, GrabbedWhileDown>;
 
-PressFilter::KeyMap keyMap(const QList<PressFilter::Key> &keys)
+AutoRepeatFilter::KeyMap keyMap(const QList<AutoRepeatFilter::Key> &keys)
 {
-    PressFilter::KeyMap map{};
+    AutoRepeatFilter::KeyMap map{};
     for (const auto key : keys)
         map[key / 8] = quint8(map[key / 8] | (1 << (key % 8)));
     return map;
@@ -43,7 +43,7 @@ PressFilter::KeyMap keyMap(const QList<PressFilter::Key> &keys)
 
 /// Plays the events and tells the numbers of the fresh ones.
 struct Player {
-    PressFilter filter;
+    AutoRepeatFilter filter;
     QList<int> fresh;
 
     void operator()(const Down &down)
@@ -60,7 +60,7 @@ struct Player {
 };
 } // namespace
 
-class PressFilterTest : public QObject
+class AutoRepeatFilterTest : public QObject
 {
     Q_OBJECT
 
@@ -110,7 +110,7 @@ private Q_SLOTS:
 
     void marksNoKeyThatIsUp()
     {
-        PressFilter filter;
+        AutoRepeatFilter filter;
         QVERIFY(!filter.markIfDown(k, keyMap({j})));
         QVERIFY(!filter.hasHeldKeys());
         QVERIFY(filter.markIfDown(k, keyMap({k})));
@@ -119,7 +119,7 @@ private Q_SLOTS:
 
     void knowsWhetherKeysAreHeld()
     {
-        PressFilter filter;
+        AutoRepeatFilter filter;
         QVERIFY(filter.isFresh(k, KeyDown::press));
         QVERIFY(filter.isHeld(k));
         QVERIFY(!filter.isHeld(j));
@@ -128,5 +128,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(PressFilterTest)
-#include "PressFilterTest.moc"
+QTEST_APPLESS_MAIN(AutoRepeatFilterTest)
+#include "AutoRepeatFilterTest.moc"

@@ -1,11 +1,11 @@
-#include "platform/linux/recording/HeldKeys.h"
+#include "platform/linux/recording/HeldKeyRepeatFilter.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <algorithm>
 
-bool HeldKeys::follow(const QKeyEvent &event)
+bool HeldKeyRepeatFilter::follow(const QKeyEvent &event)
 {
     if (event.type() == QEvent::KeyRelease) {
         if (!event.isAutoRepeat())
@@ -17,13 +17,13 @@ bool HeldKeys::follow(const QKeyEvent &event)
     return isFresh;
 }
 
-void HeldKeys::swallowRepeats()
+void HeldKeyRepeatFilter::swallowRepeats()
 {
     if (!m_keys.isEmpty())
         QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool HeldKeys::eventFilter(QObject *, QEvent *event)
+bool HeldKeyRepeatFilter::eventFilter(QObject *, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ShortcutOverride:
@@ -43,7 +43,7 @@ bool HeldKeys::eventFilter(QObject *, QEvent *event)
 }
 
 /// Whether the event still belongs to a press that the windows never saw.
-bool HeldKeys::isRest(const QKeyEvent &event)
+bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
 {
     const bool isHeld = m_keys.contains(event.nativeScanCode());
     if (event.type() == QEvent::KeyRelease) {
@@ -63,13 +63,13 @@ bool HeldKeys::isRest(const QKeyEvent &event)
 
 /// A repeat comes as a release and a press of the same time. When the press has not arrived yet,
 /// Qt takes the one for a real release, and the other for a fresh press.
-bool HeldKeys::isMisjudgedRepeat(const QKeyEvent &press) const
+bool HeldKeyRepeatFilter::isMisjudgedRepeat(const QKeyEvent &press) const
 {
     return m_releaseTime != 0 && press.timestamp() == m_releaseTime
         && press.nativeScanCode() == m_releasedKey;
 }
 
-void HeldKeys::letGo(const QKeyEvent &event)
+void HeldKeyRepeatFilter::letGo(const QKeyEvent &event)
 {
     m_keys.remove(event.nativeScanCode());
     m_releasedKey = event.nativeScanCode();
