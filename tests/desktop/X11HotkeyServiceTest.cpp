@@ -1,6 +1,6 @@
 // Registrations against a rival who holds keys, what they cost, and who is asked for them.
 
-#include "platform/linux/hotkeys/TrialGrabs.h"
+#include "platform/linux/hotkeys/GrabProbe.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "support/Keyboard.h"
 #include "support/RequestCounter.h"
@@ -26,7 +26,7 @@ struct Desk {
     X11Connection connection;
     UserActivation activation;
     X11HotkeyService service{connection, activation};
-    TrialGrabs trials{service};
+    GrabProbe probe{service};
     RequestCounter requests{connection.get()};
     Keyboard keyboard;
 
@@ -44,12 +44,12 @@ struct Desk {
         return registration;
     }
 
-    /// What is known of K when the trials are over.
+    /// What is known of K when the probe is over.
     bool isHeldElsewhere(quint32 keyCode = keyK)
     {
-        trials.isHeldElsewhere(keyCode, control);
+        probe.isHeldElsewhere(keyCode, control);
         QTest::qWait(0);
-        return trials.isHeldElsewhere(keyCode, control);
+        return probe.isHeldElsewhere(keyCode, control);
     }
 
     std::optional<Registration> registerKey(quint32 keyCode, HotkeyId id = someId)
@@ -283,10 +283,10 @@ private Q_SLOTS:
         QList<HotkeyId> presses;
         desk.service.installHandler([&presses](HotkeyId id) { presses << id; });
         const auto registration = desk.registerRefusedK();
-        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
-        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
-        desk.trials.askAgain();
-        QVERIFY(!desk.trials.isHeldElsewhere(keyK, control));
+        QVERIFY(desk.probe.isHeldElsewhere(keyK, control));
+        QSignalSpy changes(&desk.probe, &GrabProbe::changed);
+        desk.probe.invalidate();
+        QVERIFY(!desk.probe.isHeldElsewhere(keyK, control));
         QCOMPARE(changes.count(), 1);
         desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
         QTRY_COMPARE(presses, QList<HotkeyId>({someId}));
@@ -299,14 +299,14 @@ private Q_SLOTS:
         rival.grab(KEY_K, xControl);
         const auto registration = desk.registerKey(keyK);
         desk.service.flush();
-        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
-        desk.trials.askAgain();
-        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QSignalSpy changes(&desk.probe, &GrabProbe::changed);
+        desk.probe.invalidate();
+        QVERIFY(desk.probe.isHeldElsewhere(keyK, control));
         QCOMPARE(changes.count(), 0);
         QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl | XCB_MOD_MASK_LOCK));
     }
 
-    void learnsByATrialWhatIsNotRegistered_data()
+    void learnsByAProbeWhatIsNotRegistered_data()
     {
         QTest::addColumn<quint32>("keyCode");
         QTest::addColumn<QList<int>>("rivals");
@@ -327,7 +327,7 @@ private Q_SLOTS:
         add("it has both", keyF13OrPrint, {KEY_F13, KEY_SYSRQ}, xControl, true);
         add("no keyboard has such a key", 128, {KEY_K}, xControl, false);
     }
-    void learnsByATrialWhatIsNotRegistered()
+    void learnsByAProbeWhatIsNotRegistered()
     {
         QFETCH(const quint32, keyCode);
         QFETCH(const QList<int>, rivals);
@@ -344,28 +344,28 @@ private Q_SLOTS:
         Desk desk;
         Keyboard rival;
         rival.grab(KEY_K, xControl);
-        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
+        QSignalSpy changes(&desk.probe, &GrabProbe::changed);
         desk.isHeldElsewhere(keyJ);
         QCOMPARE(changes.count(), 0);
         desk.isHeldElsewhere(keyK);
         QCOMPARE(changes.count(), 1);
     }
 
-    void keepsNothingOfATrial()
+    void keepsNothingOfAProbe()
     {
         Desk desk;
         desk.isHeldElsewhere();
         QVERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
     }
 
-    void triesACombinationOnceUntilItIsToAskAgain()
+    void probesACombinationOnceUntilItIsInvalidated()
     {
         Desk desk;
         desk.isHeldElsewhere();
         const auto before = desk.requests.soFar();
         desk.isHeldElsewhere();
         QCOMPARE(desk.requests.soFar(), before);
-        desk.trials.askAgain();
+        desk.probe.invalidate();
         desk.isHeldElsewhere();
         QVERIFY(desk.requests.soFar() > before);
     }
@@ -374,12 +374,12 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.isHeldElsewhere();
-        QSignalSpy changes(&desk.trials, &TrialGrabs::changed);
-        desk.trials.askAgain();
+        QSignalSpy changes(&desk.probe, &GrabProbe::changed);
+        desk.probe.invalidate();
         QCOMPARE(changes.count(), 1);
     }
 
-    void losesNoPressThatComesWithTheAnswerOfATrial()
+    void losesNoPressThatComesWithTheAnswerOfAProbe()
     {
         Desk desk;
         QList<HotkeyId> presses;
@@ -387,11 +387,11 @@ private Q_SLOTS:
         const auto registration = desk.registerKey(keyK);
         desk.service.flush();
         desk.keyboard.type({KEY_LEFTCTRL, KEY_K});
-        desk.service.tryOut({{keyJ, control}});
+        desk.service.probe({{keyJ, control}});
         QTRY_COMPARE(presses, QList<HotkeyId>({someId}));
     }
 
-    void keepsItsAnswerUntilTheNextTrialIsOver()
+    void keepsItsAnswerUntilTheNextProbeIsOver()
     {
         Desk desk;
         auto rival = std::make_unique<Keyboard>();
@@ -399,9 +399,9 @@ private Q_SLOTS:
         QVERIFY(desk.isHeldElsewhere());
         rival.reset();
         QTRY_VERIFY(!desk.keyboard.isGrabbed(KEY_K, xControl));
-        desk.trials.askAgain();
-        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
-        QTRY_VERIFY(!desk.trials.isHeldElsewhere(keyK, control));
+        desk.probe.invalidate();
+        QVERIFY(desk.probe.isHeldElsewhere(keyK, control));
+        QTRY_VERIFY(!desk.probe.isHeldElsewhere(keyK, control));
     }
 
     void keepsTheAnswerOfARegistrationThatHasEnded()
@@ -411,19 +411,19 @@ private Q_SLOTS:
         rival.grab(KEY_K, xControl);
         auto registration = desk.registerKey(keyK);
         desk.service.flush();
-        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QVERIFY(desk.probe.isHeldElsewhere(keyK, control));
         registration.reset();
-        QVERIFY(desk.trials.isHeldElsewhere(keyK, control));
+        QVERIFY(desk.probe.isHeldElsewhere(keyK, control));
         QVERIFY(desk.isHeldElsewhere());
     }
 
-    void triesAgainWhatHasBeenRegisteredSinceTheLastTrial()
+    void probesAgainWhatHasBeenRegisteredSinceTheLastProbe()
     {
         Desk desk;
         QVERIFY(!desk.isHeldElsewhere());
         auto registration = desk.registerKey(keyK);
         desk.service.flush();
-        desk.trials.isHeldElsewhere(keyK, control);
+        desk.probe.isHeldElsewhere(keyK, control);
         registration.reset();
         desk.service.flush();
         Keyboard rival;
@@ -431,7 +431,7 @@ private Q_SLOTS:
         QVERIFY(desk.isHeldElsewhere());
     }
 
-    void doesNotTryWhatWeHold()
+    void doesNotProbeWhatWeHold()
     {
         Desk desk;
         const auto registration = desk.registerKey(keyK);
@@ -444,11 +444,11 @@ private Q_SLOTS:
     void keepsWhatWasRegisteredAfterTheQuestion()
     {
         Desk desk;
-        desk.trials.isHeldElsewhere(keyK, control);
+        desk.probe.isHeldElsewhere(keyK, control);
         const auto registration = desk.registerKey(keyK);
         desk.service.flush();
         QVERIFY(!desk.isHeldElsewhere());
-        QVERIFY(desk.service.tryOut({{keyK, control}}).empty());
+        QVERIFY(desk.service.probe({{keyK, control}}).empty());
         QVERIFY(desk.keyboard.isGrabbed(KEY_K, xControl));
     }
 };

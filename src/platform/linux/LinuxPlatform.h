@@ -52,7 +52,7 @@ private:
     std::unique_ptr<X11Connection> m_x11;
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;
-    std::unique_ptr<TrialGrabs> m_trialGrabs;
+    std::unique_ptr<GrabProbe> m_grabProbe;
     LinuxSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};

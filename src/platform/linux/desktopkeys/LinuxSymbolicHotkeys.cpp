@@ -30,10 +30,10 @@ QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &
 
 LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
                                            std::unique_ptr<KeyboardLayout> layout,
-                                           TrialGrabs *trialGrabs)
+                                           GrabProbe *grabProbe)
     : m_desktopKeys(std::move(desktopKeys))
     , m_layout(std::move(layout))
-    , m_trialGrabs(trialGrabs)
+    , m_grabProbe(grabProbe)
 {
     if (m_desktopKeys) {
         connect(m_desktopKeys.get(), &DesktopKeys::changed, this, &LinuxSymbolicHotkeys::resolve);
@@ -41,9 +41,9 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopK
     }
     m_settling.setInterval(settlingTime);
     m_settling.setSingleShot(true);
-    if (m_trialGrabs) {
-        connect(m_trialGrabs, &TrialGrabs::changed, this, [this] { m_observers.tell(); });
-        connect(&m_settling, &QTimer::timeout, m_trialGrabs, &TrialGrabs::askAgain);
+    if (m_grabProbe) {
+        connect(m_grabProbe, &GrabProbe::changed, this, [this] { m_observers.tell(); });
+        connect(&m_settling, &QTimer::timeout, m_grabProbe, &GrabProbe::invalidate);
     }
 }
 
@@ -58,13 +58,13 @@ std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
 
 bool LinuxSymbolicHotkeys::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
 {
-    return m_trialGrabs && m_trialGrabs->isHeldElsewhere(keyCode, modifiers);
+    return m_grabProbe && m_grabProbe->isHeldElsewhere(keyCode, modifiers);
 }
 
 void LinuxSymbolicHotkeys::refresh()
 {
-    if (m_trialGrabs)
-        m_trialGrabs->askAgain();
+    if (m_grabProbe)
+        m_grabProbe->invalidate();
     if (m_isStarted)
         m_desktopKeys->refresh();
 }

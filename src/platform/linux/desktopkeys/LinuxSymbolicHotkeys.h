@@ -4,7 +4,7 @@
 #include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
 #include "platform/linux/desktopkeys/DesktopKeys.h"
-#include "platform/linux/hotkeys/TrialGrabs.h"
+#include "platform/linux/hotkeys/GrabProbe.h"
 #include "platform/linux/layout/KeyboardLayout.h"
 
 #include <QObject>
@@ -17,10 +17,10 @@ class LinuxSymbolicHotkeys : public QObject, public SymbolicHotkeys
     Q_OBJECT
 
 public:
-    /// Without desktop keys the desktop is none that we know; without trial grabs it is not on X11.
-    /// The trial grabs must outlive it.
+    /// Without desktop keys the desktop is none that we know; without a grab probe it is not on
+    /// X11. The probe must outlive it.
     LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
-                         std::unique_ptr<KeyboardLayout> layout, TrialGrabs *trialGrabs);
+                         std::unique_ptr<KeyboardLayout> layout, GrabProbe *grabProbe);
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
@@ -37,7 +37,7 @@ private:
 
     std::unique_ptr<DesktopKeys> m_desktopKeys;
     std::unique_ptr<KeyboardLayout> m_layout;
-    TrialGrabs *m_trialGrabs;
+    GrabProbe *m_grabProbe;
     QTimer m_settling;
     bool m_isStarted = false;
     std::optional<QList<SymbolicHotkey>> m_hotkeys;

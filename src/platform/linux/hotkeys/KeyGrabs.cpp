@@ -58,13 +58,13 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
     return refused;
 }
 
-std::set<KeyGrab> KeyGrabs::tryOut(const std::set<KeyGrab> &grabs) const
+std::set<KeyGrab> KeyGrabs::probe(const std::set<KeyGrab> &grabs) const
 {
     // To end a grab that we hold would leave its combination dead.
-    std::vector<KeyGrab> tried;
-    std::ranges::set_difference(grabs, m_held, std::back_inserter(tried));
+    std::vector<KeyGrab> probed;
+    std::ranges::set_difference(grabs, m_held, std::back_inserter(probed));
     std::vector<xcb_void_cookie_t> requests;
-    for (const KeyGrab &grab : tried) {
+    for (const KeyGrab &grab : probed) {
         requests.push_back(request(grab));
         // Does nothing where the grab was refused.
         xcb_ungrab_key(m_connection.get(), grab.key, m_connection.root(), grab.modifiers);
@@ -73,7 +73,7 @@ std::set<KeyGrab> KeyGrabs::tryOut(const std::set<KeyGrab> &grabs) const
     std::set<KeyGrab> refused;
     for (size_t i = 0; i < requests.size(); ++i) {
         if (isRefused(requests[i]))
-            refused.insert(tried[i]);
+            refused.insert(probed[i]);
     }
     return refused;
 }

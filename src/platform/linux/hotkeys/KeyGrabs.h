@@ -37,7 +37,7 @@ public:
 
     /// Which of them another program holds, in one round trip. The others are taken for a moment,
     /// unless we hold them.
-    std::set<KeyGrab> tryOut(const std::set<KeyGrab> &grabs) const;
+    std::set<KeyGrab> probe(const std::set<KeyGrab> &grabs) const;
 
     /// From the next "down" on, the server's events for this grab tell presses from repeats.
     void tellRepeats(const KeyGrab &grab);

@@ -169,7 +169,7 @@ std::optional<bool> X11HotkeyService::isRefused(quint32 keyCode, quint32 modifie
 void X11HotkeyService::retryRefused()
 {
     // Few, most often, whereas to ask for everything anew goes through all that is registered.
-    if (tryOut(m_refused) == m_refused)
+    if (probe(m_refused) == m_refused)
         return;
     takeKeysOfKeyboard();
     flush();
@@ -224,7 +224,7 @@ std::set<KeyCombination> X11HotkeyService::refusedCombinations() const
     return refused;
 }
 
-std::set<KeyCombination> X11HotkeyService::tryOut(const std::set<KeyCombination> &combinations)
+std::set<KeyCombination> X11HotkeyService::probe(const std::set<KeyCombination> &combinations)
 {
     std::set<KeyGrab> grabs;
     for (const KeyCombination &combination : combinations) {
@@ -233,7 +233,7 @@ std::set<KeyCombination> X11HotkeyService::tryOut(const std::set<KeyCombination>
                 grabs.insert(grab);
         }
     }
-    const auto refused = m_grabs.tryOut(grabs);
+    const auto refused = m_grabs.probe(grabs);
     drain();
 
     std::set<KeyCombination> refusedCombinations;

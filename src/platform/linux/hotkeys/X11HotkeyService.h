@@ -56,7 +56,7 @@ public:
 
     /// Which of the combinations that are not registered would be refused. One round trip, during
     /// which a press of the others might reach us in place of the window in front.
-    std::set<KeyCombination> tryOut(const std::set<KeyCombination> &combinations);
+    std::set<KeyCombination> probe(const std::set<KeyCombination> &combinations);
 
     /// Starts to receive presses, those included that came since the grabs were made. To be
     /// called once, when QApplication exists.

@@ -7,23 +7,23 @@
 #include <map>
 #include <set>
 
-/// Of combinations that are registered, their registration tells. Others are tried out, on the next
-/// turn of the event loop and all at once, and then no more until askAgain(): a trial might take
+/// Of combinations that are registered, their registration tells. Others are probed, on the next
+/// turn of the event loop and all at once, and then no more until invalidate(): a probe might take
 /// away a press.
-class TrialGrabs : public QObject
+class GrabProbe : public QObject
 {
     Q_OBJECT
 
 public:
     /// The service must outlive it.
-    explicit TrialGrabs(X11HotkeyService &service);
+    explicit GrabProbe(X11HotkeyService &service);
 
     /// As far as is known by now.
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers);
 
-    /// What is known may be out of date: asks for refused registrations once more, and tries out
+    /// What is known may be out of date: asks for refused registrations once more, and probes
     /// again what is asked for from now on.
-    void askAgain();
+    void invalidate();
 
 Q_SIGNALS:
     /// Some answers differ from what was told before, or may.
@@ -35,7 +35,7 @@ private:
         bool isUpToDate;
     };
 
-    void tryOut();
+    void probe();
 
     X11HotkeyService &m_service;
     std::map<KeyCombination, Answer> m_answers;

@@ -1,18 +1,18 @@
-#include "platform/linux/hotkeys/TrialGrabs.h"
+#include "platform/linux/hotkeys/GrabProbe.h"
 
 #include <utility>
 
-TrialGrabs::TrialGrabs(X11HotkeyService &service)
+GrabProbe::GrabProbe(X11HotkeyService &service)
     : m_service(service)
 {
-    connect(&service, &X11HotkeyService::refusalsChanged, this, &TrialGrabs::changed);
+    connect(&service, &X11HotkeyService::refusalsChanged, this, &GrabProbe::changed);
 }
 
-bool TrialGrabs::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
+bool GrabProbe::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
 {
     const KeyCombination combination{keyCode, modifiers};
     if (const auto isRefused = m_service.isRefused(keyCode, modifiers)) {
-        // Until a trial knows better, should the registration end.
+        // Until a probe knows better, should the registration end.
         m_answers.insert_or_assign(combination, Answer{*isRefused, false});
         return *isRefused;
     }
@@ -20,29 +20,29 @@ bool TrialGrabs::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
     const bool isKnown = answer != m_answers.end();
     if (!isKnown || !answer->second.isUpToDate) {
         if (m_questions.empty())
-            QMetaObject::invokeMethod(this, &TrialGrabs::tryOut, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &GrabProbe::probe, Qt::QueuedConnection);
         m_questions.insert(combination);
     }
     return isKnown && answer->second.isHeld;
 }
 
-void TrialGrabs::askAgain()
+void GrabProbe::invalidate()
 {
     m_service.retryRefused();
-    bool hasTried = false;
+    bool hasProbed = false;
     for (auto &[combination, answer] : m_answers)
-        hasTried |= std::exchange(answer.isUpToDate, false);
-    if (hasTried)
+        hasProbed |= std::exchange(answer.isUpToDate, false);
+    if (hasProbed)
         Q_EMIT changed();
 }
 
-void TrialGrabs::tryOut()
+void GrabProbe::probe()
 {
     // Some may have been registered meanwhile, and their registration tells then.
     std::erase_if(m_questions, [this](const KeyCombination &combination) {
         return m_service.isRefused(combination.keyCode, combination.modifiers).has_value();
     });
-    const auto held = m_service.tryOut(m_questions);
+    const auto held = m_service.probe(m_questions);
     bool hasNews = false;
     for (const KeyCombination &combination : std::exchange(m_questions, {})) {
         const bool isHeld = held.contains(combination);
