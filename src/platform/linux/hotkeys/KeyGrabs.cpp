@@ -28,8 +28,8 @@ KeyGrabs::KeyGrabs(const X11Connection &connection)
 KeyGrabs::Difference KeyGrabs::differenceTo(const std::set<KeyGrab> &wanted) const
 {
     Difference difference;
-    std::ranges::set_difference(m_held, wanted, std::back_inserter(difference.surplus));
-    std::ranges::set_difference(wanted, m_held, std::back_inserter(difference.lacking));
+    std::ranges::set_difference(m_held, wanted, std::back_inserter(difference.toRelease));
+    std::ranges::set_difference(wanted, m_held, std::back_inserter(difference.toGrab));
     return difference;
 }
 
@@ -37,7 +37,7 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
 {
     auto *const connection = m_connection.get();
     const auto root = m_connection.root();
-    for (const KeyGrab &grab : difference.surplus) {
+    for (const KeyGrab &grab : difference.toRelease) {
         xcb_ungrab_key(connection, grab.key, root, grab.modifiers);
         m_held.erase(grab);
         if (m_tellingRepeats.erase(grab) > 0) {
@@ -48,12 +48,12 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
     }
 
     std::vector<xcb_void_cookie_t> requests;
-    for (const KeyGrab &grab : difference.lacking)
+    for (const KeyGrab &grab : difference.toGrab)
         requests.push_back(request(grab));
 
     std::set<KeyGrab> refused;
     for (size_t i = 0; i < requests.size(); ++i)
-        (isRefused(requests[i]) ? refused : m_held).insert(difference.lacking[i]);
+        (isRefused(requests[i]) ? refused : m_held).insert(difference.toGrab[i]);
     xcb_flush(connection);
     return refused;
 }

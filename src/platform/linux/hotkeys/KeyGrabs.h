@@ -24,14 +24,14 @@ public:
     explicit KeyGrabs(const X11Connection &connection);
 
     struct Difference {
-        std::vector<KeyGrab> surplus;
-        std::vector<KeyGrab> lacking;
+        std::vector<KeyGrab> toRelease;
+        std::vector<KeyGrab> toGrab;
     };
 
     /// What keeps the held grabs from being the wanted ones.
     Difference differenceTo(const std::set<KeyGrab> &wanted) const;
 
-    /// Lets go of the surplus and takes what is lacking, in one round trip. Returns the grabs
+    /// Releases the one list and grabs the other, in one round trip. Returns the grabs
     /// that another program holds; those are not held by us then.
     std::set<KeyGrab> apply(const Difference &difference);
 

@@ -134,16 +134,16 @@ void X11HotkeyService::flush()
     m_flushIsDue = false;
     dropEndedClaims();
     const auto difference = m_grabs.differenceTo(wantedGrabs());
-    if (!difference.lacking.empty()) {
+    if (!difference.toGrab.empty()) {
         // The keys are looked at before and after: what was down before is no press of ours, and
         // what went down in between without a press reaching us is none either.
         const auto before = requestKeyMap();
         const auto refused = m_grabs.apply(difference);
         const auto after = requestKeyMap();
-        takeKeyMap(before, difference.lacking);
-        takeKeyMap(after, difference.lacking);
-        letGoOf(refused);
-    } else if (!difference.surplus.empty()) {
+        takeKeyMap(before, difference.toGrab);
+        takeKeyMap(after, difference.toGrab);
+        releaseRefused(refused);
+    } else if (!difference.toRelease.empty()) {
         m_grabs.apply(difference);
     }
     updateTargets();
@@ -197,7 +197,7 @@ std::set<KeyGrab> X11HotkeyService::wantedGrabs() const
     return wanted;
 }
 
-void X11HotkeyService::letGoOf(const std::set<KeyGrab> &refused)
+void X11HotkeyService::releaseRefused(const std::set<KeyGrab> &refused)
 {
     if (refused.empty())
         return;
@@ -374,7 +374,7 @@ void X11HotkeyService::handleXInput(const xcb_input_key_press_event_t &event)
 
 void X11HotkeyService::handleDown(const KeyEvent &event)
 {
-    const auto target = m_targets.find({event.key, m_keyboard.ownModifiers(event.state)});
+    const auto target = m_targets.find({event.key, m_keyboard.combinationModifiers(event.state)});
     const bool isOurs = target != m_targets.end();
     const bool isRepeat =
         isOurs ? !m_repeatFilter.isFresh(event.key, event.down) : m_repeatFilter.isHeld(event.key);

@@ -114,7 +114,7 @@ private:
     QList<KeyGrab> grabsOf(const KeyCombination &combination, xcb_keycode_t key) const;
     std::set<KeyGrab> wantedGrabs() const;
     std::set<KeyCombination> refusedCombinations() const;
-    void letGoOf(const std::set<KeyGrab> &refused);
+    void releaseRefused(const std::set<KeyGrab> &refused);
     void updateTargets();
     void readKeyboard();
     void takeKeysOfKeyboard();

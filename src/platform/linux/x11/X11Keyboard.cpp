@@ -197,7 +197,7 @@ QList<quint16> X11Keyboard::lockVariants(quint16 modifiers) const
     }
 }
 
-quint16 X11Keyboard::ownModifiers(quint16 state) const
+quint16 X11Keyboard::combinationModifiers(quint16 state) const
 {
     return state & (XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | m_command | m_option);
 }

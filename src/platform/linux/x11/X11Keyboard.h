@@ -43,7 +43,7 @@ public:
     QList<quint16> lockVariants(quint16 modifiers) const;
 
     /// What a press's state says of the four modifiers that combinations are made of.
-    quint16 ownModifiers(quint16 state) const;
+    quint16 combinationModifiers(quint16 state) const;
 
     /// The same as EventFlag bits.
     quint32 eventFlags(quint16 state) const;
