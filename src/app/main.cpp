@@ -77,7 +77,7 @@ int main(int argc, char *argv[])
         session.userActivation(),
         {.activate = [&app] { app.appDelegate.openSettings(); }, .fire = fire});
     if (tokens != StartupTokens())
-        session.userActivation().handedOver(tokens);
+        session.userActivation().accept(tokens);
     app.appDelegate.applicationDidFinishLaunching();
     // Perhaps nothing came on the screen that would tell the desktop that we are there.
     StartupNotification::finish(tokens.startupId);

@@ -39,18 +39,18 @@ private Q_SLOTS:
         QFETCH(const QByteArray, id);
         QFETCH(const TimeOrNothing, time);
         UserActivation activation{.x11Time = 7};
-        activation.handedOver({.startupId = id});
+        activation.accept({.startupId = id});
         QCOMPARE(activation, UserActivation{.x11Time = time});
     }
 
     void takesTheTokenOfTheLatestActionOnly()
     {
         UserActivation activation;
-        activation.handedOver({.activationToken = "token"});
+        activation.accept({.activationToken = "token"});
         QCOMPARE(activation, UserActivation{.activationToken = "token"});
         activation.happenedNow();
         QCOMPARE(activation, UserActivation());
-        activation.handedOver({.activationToken = "token"});
+        activation.accept({.activationToken = "token"});
         activation.happenedAt(7);
         QCOMPARE(activation, UserActivation{.x11Time = 7});
     }

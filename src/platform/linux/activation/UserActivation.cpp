@@ -4,7 +4,7 @@
 #include "platform/linux/activation/StartupNotification.h"
 #include "platform/linux/base/Session.h"
 
-void UserActivation::handedOver(const StartupTokens &tokens)
+void UserActivation::accept(const StartupTokens &tokens)
 {
     if (const auto time = StartupNotification::userTime(tokens.startupId))
         happenedAt(*time);
@@ -13,7 +13,7 @@ void UserActivation::handedOver(const StartupTokens &tokens)
     activationToken = tokens.activationToken;
 }
 
-StartupTokens UserActivation::handOver()
+StartupTokens UserActivation::issueTokens()
 {
     return {
         .startupId = x11Time ? StartupNotification::newId(*x11Time) : QByteArray(),

@@ -16,10 +16,10 @@ struct UserActivation {
     bool operator==(const UserActivation &) const = default;
 
     /// The user acted in another program, which hands over its tokens.
-    void handedOver(const StartupTokens &tokens);
+    void accept(const StartupTokens &tokens);
 
     /// Fresh ones for a program that is started on behalf of the action.
-    StartupTokens handOver();
+    StartupTokens issueTokens();
 
     /// The user pressed a key at that time of the X server.
     void happenedAt(quint32 time);

@@ -45,14 +45,14 @@ InstanceClaim SingleInstance::claim(const StartupTokens &tokens)
 void SingleInstance::attachToEventLoop(UserActivation &activation, const InstanceHandlers &handlers)
 {
     m_activation.callOnTimeout([this, &activation, activate = handlers.activate] {
-        activation.handedOver(m_latestTokens);
+        activation.accept(m_latestTokens);
         activate();
         StartupNotification::finish(m_latestTokens.startupId);
         m_latestTokens = {};
     });
     m_bus.activate = [this](const StartupTokens &tokens) { queueActivation(tokens); };
     m_bus.fire = [&activation, fire = handlers.fire](const QUuid &id, const StartupTokens &tokens) {
-        activation.handedOver(tokens);
+        activation.accept(tokens);
         const bool isKnown = fire(id);
         StartupNotification::finish(tokens.startupId);
         return isKnown;

@@ -32,7 +32,7 @@ void LinuxWorkspace::openApplication(const QString &path,
                                      std::function<void(std::optional<Error>)> completion)
 {
     if (!path.endsWith(u".desktop"_s)) {
-        completion(m_launcher.launchProgram({absolute(path)}, m_activation.handOver()));
+        completion(m_launcher.launchProgram({absolute(path)}, m_activation.issueTokens()));
         return;
     }
     const DesktopApp *const app = m_apps.find(absolute(path));
@@ -41,7 +41,7 @@ void LinuxWorkspace::openApplication(const QString &path,
         return;
     }
     m_launcher.launch(
-        *app, {}, m_activation.handOver(),
+        *app, {}, m_activation.issueTokens(),
         [completion = std::move(completion)](const auto &error) { completion(inWords(error)); });
 }
 
@@ -54,6 +54,6 @@ void LinuxWorkspace::open(const QUrl &url, std::function<void(bool isOpened)> co
         return;
     }
     m_launcher.launch(
-        *app, target, m_activation.handOver(),
+        *app, target, m_activation.issueTokens(),
         [completion = std::move(completion)](const auto &error) { completion(!error); });
 }

@@ -104,7 +104,7 @@ void LinuxSystemSettings::open(const QStringList &command)
         return;
     // The click in our own window, by which the page may come before it.
     m_activation.happenedNow();
-    m_launcher.launchProgram(command, m_activation.handOver());
+    m_launcher.launchProgram(command, m_activation.issueTokens());
 }
 
 QStringList notificationSettingsCommand(const QProcessEnvironment &environment)

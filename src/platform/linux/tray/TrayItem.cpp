@@ -114,6 +114,5 @@ void TrayItem::choose(const MenuItem &item)
 
 void TrayItem::noteUserAction()
 {
-    m_activation.handedOver(
-        {.startupId = {}, .activationToken = std::exchange(m_activationToken, {})});
+    m_activation.accept({.startupId = {}, .activationToken = std::exchange(m_activationToken, {})});
 }
