@@ -46,7 +46,7 @@ class FakeDesktopKeys : public DesktopKeys
 {
 public:
     void start() override { ++starts; }
-    using DesktopKeys::take;
+    using DesktopKeys::setAccelerators;
 
     int starts = 0;
 };
@@ -55,7 +55,7 @@ class FakeKeyboardLayout : public KeyboardLayout
 {
 public:
     void start() override { ++starts; }
-    using KeyboardLayout::take;
+    using KeyboardLayout::setKeys;
 
     int starts = 0;
 };
@@ -69,12 +69,12 @@ struct Desk {
     int notices = 0;
     Registration observer = hotkeys.addObserver([this] { ++notices; });
 
-    explicit Desk(const LayoutKeys &keys = layoutKeys("us")) { layout->take(keys); }
+    explicit Desk(const LayoutKeys &keys = layoutKeys("us")) { layout->setKeys(keys); }
 
     /// The key codes that the shortcut has on this desk, with their flags.
     std::optional<QList<SymbolicHotkey>> resolve(const Accelerator &shortcut)
     {
-        desktopKeys->take(QList{shortcut});
+        desktopKeys->setAccelerators(QList{shortcut});
         return hotkeys.copySymbolicHotkeys();
     }
 };
@@ -215,20 +215,20 @@ private Q_SLOTS:
     void tellsOfEachChangeOnce()
     {
         Desk desk;
-        desk.desktopKeys->take(QList{symbol("e")});
+        desk.desktopKeys->setAccelerators(QList{symbol("e")});
         QCOMPARE(desk.notices, 1);
-        desk.desktopKeys->take(QList{symbol("q")});
+        desk.desktopKeys->setAccelerators(QList{symbol("q")});
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyQ});
-        desk.desktopKeys->take(QList{symbol("q")});
+        desk.desktopKeys->setAccelerators(QList{symbol("q")});
         QCOMPARE(desk.notices, 2);
     }
 
     void forgetsWhatADesktopHadThatHasGone()
     {
         Desk desk;
-        desk.desktopKeys->take(QList{symbol("e")});
-        desk.desktopKeys->take(std::nullopt);
+        desk.desktopKeys->setAccelerators(QList{symbol("e")});
+        desk.desktopKeys->setAccelerators(std::nullopt);
         QVERIFY(!desk.hotkeys.copySymbolicHotkeys());
         QCOMPARE(desk.notices, 2);
     }
@@ -236,8 +236,8 @@ private Q_SLOTS:
     void followsTheLayout()
     {
         Desk desk;
-        desk.desktopKeys->take(QList{symbol("z")});
-        desk.layout->take(layoutKeys("de"));
+        desk.desktopKeys->setAccelerators(QList{symbol("z")});
+        desk.layout->setKeys(layoutKeys("de"));
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyY});
     }
@@ -245,8 +245,8 @@ private Q_SLOTS:
     void tellsNothingOfALayoutThatHasTheKeysWhereTheyWere()
     {
         Desk desk;
-        desk.desktopKeys->take(QList{symbol("e")});
-        desk.layout->take(layoutKeys("de"));
+        desk.desktopKeys->setAccelerators(QList{symbol("e")});
+        desk.layout->setKeys(layoutKeys("de"));
         QCOMPARE(desk.notices, 1);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyE});
     }

@@ -25,7 +25,7 @@ void DBusDesktopKeys::start()
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &newOwner) {
                 m_reading.reset();
-                take(std::nullopt);
+                setAccelerators(std::nullopt);
                 // Services have their names before they can answer.
                 if (!newOwner.isEmpty())
                     refresh();

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-void DesktopKeys::take(std::optional<Accelerators> accelerators)
+void DesktopKeys::setAccelerators(std::optional<Accelerators> accelerators)
 {
     if (accelerators == m_accelerators)
         return;

@@ -30,7 +30,7 @@ Q_SIGNALS:
     void changed();
 
 protected:
-    void take(std::optional<Accelerators> accelerators);
+    void setAccelerators(std::optional<Accelerators> accelerators);
 
 private:
     std::optional<Accelerators> m_accelerators;

@@ -267,14 +267,14 @@ void GSettingsKeys::follow(const std::stop_token &end)
         if (end.stop_requested())
             return;
         if (settings.isStale())
-            tell(settings.read());
+            notify(settings.read());
         else
             g_main_context_iteration(context.get(), TRUE);
     }
 }
 
-void GSettingsKeys::tell(const Accelerators &accelerators)
+void GSettingsKeys::notify(const Accelerators &accelerators)
 {
     QMetaObject::invokeMethod(
-        this, [this, accelerators] { take(accelerators); }, Qt::QueuedConnection);
+        this, [this, accelerators] { setAccelerators(accelerators); }, Qt::QueuedConnection);
 }

@@ -44,7 +44,7 @@ public:
 
 private:
     void follow(const std::stop_token &end);
-    void tell(const Accelerators &accelerators);
+    void notify(const Accelerators &accelerators);
 
     const GSettingsFamily m_family;
     /// Uses all of the above, and so ends first.

@@ -54,11 +54,11 @@ void KGlobalAccelKeys::readComponents(const QDBusMessage &paths)
 {
     const QDBusPendingReply<QList<QDBusObjectPath>> components(paths);
     if (components.isError())
-        return take(std::nullopt);
+        return setAccelerators(std::nullopt);
     m_found.clear();
     m_unanswered = components.value().size();
     if (m_unanswered == 0)
-        return take(m_found);
+        return setAccelerators(m_found);
     for (const QDBusObjectPath &component : components.value())
         ask(component.path(), u"org.kde.kglobalaccel.Component"_s, u"allShortcutInfos"_s, {},
             [this](const QDBusMessage &answer) { add(answer); });
@@ -71,5 +71,5 @@ void KGlobalAccelKeys::add(const QDBusMessage &shortcuts)
             m_found << *accelerator;
     }
     if (--m_unanswered == 0)
-        take(std::exchange(m_found, {}));
+        setAccelerators(std::exchange(m_found, {}));
 }

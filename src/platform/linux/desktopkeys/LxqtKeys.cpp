@@ -122,5 +122,5 @@ void LxqtKeys::read()
     for (const QString &file : files)
         m_watcher->addPath(watchable(file));
     const auto inForce = std::ranges::find_if(files, isFile);
-    take(inForce == files.end() ? std::nullopt : shortcuts(*inForce));
+    setAccelerators(inForce == files.end() ? std::nullopt : shortcuts(*inForce));
 }

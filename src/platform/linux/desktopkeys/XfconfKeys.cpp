@@ -54,8 +54,8 @@ void XfconfKeys::read()
         [this](const QDBusMessage &answer) {
             const QDBusPendingReply<QVariantMap> settings(answer);
             if (settings.isError())
-                return take(std::nullopt);
-            take(shortcuts(u"/commands/"_s, settings.value())
+                return setAccelerators(std::nullopt);
+            setAccelerators(shortcuts(u"/commands/"_s, settings.value())
                  + shortcuts(u"/xfwm4/"_s, settings.value()));
         });
 }

@@ -1,6 +1,6 @@
 #include "platform/linux/layout/KeyboardLayout.h"
 
-void KeyboardLayout::take(const LayoutKeys &keys)
+void KeyboardLayout::setKeys(const LayoutKeys &keys)
 {
     if (keys == m_keys)
         return;

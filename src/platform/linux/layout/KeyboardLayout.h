@@ -22,7 +22,7 @@ Q_SIGNALS:
     void changed();
 
 protected:
-    void take(const LayoutKeys &keys);
+    void setKeys(const LayoutKeys &keys);
 
 private:
     LayoutKeys m_keys;

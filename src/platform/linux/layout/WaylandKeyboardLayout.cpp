@@ -116,5 +116,5 @@ void WaylandKeyboardLayout::read(int file, quint32 size)
                                    XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS));
     munmap(text, size);
     if (keymap)
-        take(LayoutKeys(keymap.get(), firstLayout));
+        setKeys(LayoutKeys(keymap.get(), firstLayout));
 }

@@ -44,14 +44,14 @@ void CanberraAlertSound::beep()
     try {
         std::thread([this] { begin(); }).detach();
     } catch (const std::system_error &) {
-        tellEnd(CA_ERROR_SYSTEM);
+        finished(CA_ERROR_SYSTEM);
     }
 }
 
 void CanberraAlertSound::begin()
 {
     if (!m_context && ca_context_create(&m_context) != CA_SUCCESS) {
-        tellEnd(CA_ERROR_SYSTEM);
+        finished(CA_ERROR_SYSTEM);
         return;
     }
     ca_proplist *properties = nullptr;
@@ -60,15 +60,15 @@ void CanberraAlertSound::begin()
     ca_proplist_sets(properties, CA_PROP_APPLICATION_NAME, "Corvane");
     ca_proplist_sets(properties, CA_PROP_APPLICATION_ID, "org.corvane.Corvane");
     const auto ended = [](ca_context *, uint32_t, int result, void *sound) {
-        static_cast<CanberraAlertSound *>(sound)->tellEnd(result);
+        static_cast<CanberraAlertSound *>(sound)->finished(result);
     };
     const int result = ca_context_play_full(m_context, 0, properties, ended, this);
     ca_proplist_destroy(properties);
     if (result != CA_SUCCESS)
-        tellEnd(result);
+        finished(result);
 }
 
-void CanberraAlertSound::tellEnd(int result)
+void CanberraAlertSound::finished(int result)
 {
     const auto end = [this, result] {
         m_isPlaying = false;

@@ -22,7 +22,7 @@ public:
 
 private:
     /// In any thread: takes the result to the main one.
-    void tellEnd(int result);
+    void finished(int result);
     void begin();
 
     /// Made for the first sound and kept: to end it while a sound ends crashes the library.
