@@ -22,8 +22,8 @@ const QString service = u"org.kde.kglobalaccel"_s;
 
 constexpr int metaShiftF1 = int(Qt::MetaModifier) | int(Qt::ShiftModifier) | Qt::Key_F1;
 constexpr int metaF2 = int(Qt::MetaModifier) | Qt::Key_F2;
-constexpr Accelerator f1{.modifiers = commandEventFlag | shiftEventFlag, .symbol = XKB_KEY_F1};
-constexpr Accelerator f2{.modifiers = commandEventFlag, .symbol = XKB_KEY_F2};
+constexpr Accelerator f1{.modifiers = commandEventFlag | shiftEventFlag, .keysym = XKB_KEY_F1};
+constexpr Accelerator f2{.modifiers = commandEventFlag, .keysym = XKB_KEY_F2};
 
 void ask(const QString &method, const QVariantList &arguments)
 {
@@ -73,7 +73,7 @@ private Q_SLOTS:
     void knowsWhatKWinComesWith_data()
     {
         QTest::addColumn<quint32>("modifiers");
-        QTest::addColumn<quint32>("symbol");
+        QTest::addColumn<quint32>("keysym");
         QTest::addColumn<bool>("impliesShift");
         QTest::newRow("a letter") << quint32(commandEventFlag) << quint32(XKB_KEY_w) << false;
         QTest::newRow("a function key") << quint32(optionEventFlag) << quint32(XKB_KEY_F4) << false;
@@ -88,11 +88,11 @@ private Q_SLOTS:
     void knowsWhatKWinComesWith()
     {
         QFETCH(const quint32, modifiers);
-        QFETCH(const quint32, symbol);
+        QFETCH(const quint32, keysym);
         QFETCH(const bool, impliesShift);
         const Source source;
         QTRY_VERIFY(
-            source.has({.modifiers = modifiers, .symbol = symbol, .impliesShift = impliesShift}));
+            source.has({.modifiers = modifiers, .keysym = keysym, .impliesShift = impliesShift}));
     }
 
     void knowsWhatProgramsHave()

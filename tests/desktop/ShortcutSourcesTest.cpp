@@ -43,13 +43,13 @@ const QString channel = u"xfce4-keyboard-shortcuts"_s;
 /// What is soon enough for a change of the settings.
 constexpr int soon = 1000;
 
-constexpr Accelerator superK{.modifiers = commandEventFlag, .symbol = XKB_KEY_k};
-constexpr Accelerator superL{.modifiers = commandEventFlag, .symbol = XKB_KEY_l};
+constexpr Accelerator superK{.modifiers = commandEventFlag, .keysym = XKB_KEY_k};
+constexpr Accelerator superL{.modifiers = commandEventFlag, .keysym = XKB_KEY_l};
 constexpr Accelerator controlAltT{
     .modifiers = controlEventFlag | optionEventFlag,
-    .symbol = XKB_KEY_t,
+    .keysym = XKB_KEY_t,
 };
-constexpr Accelerator altF4{.modifiers = optionEventFlag, .symbol = XKB_KEY_F4};
+constexpr Accelerator altF4{.modifiers = optionEventFlag, .keysym = XKB_KEY_F4};
 
 /// One of KGlobalAccel's.
 struct ShortcutInfo {

@@ -70,53 +70,53 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<quint32>("modifiers");
-        QTest::addColumn<quint32>("symbol");
-        QTest::addColumn<quint32>("place");
-        const auto addSymbol = [](const char *row, const QString &text, quint32 modifiers,
-                                  quint32 symbol) {
-            QTest::newRow(row) << text << modifiers << symbol << 0U;
+        QTest::addColumn<quint32>("keysym");
+        QTest::addColumn<quint32>("keycode");
+        const auto addKeysym = [](const char *row, const QString &text, quint32 modifiers,
+                                  quint32 keysym) {
+            QTest::newRow(row) << text << modifiers << keysym << 0U;
         };
-        const auto addPlace = [](const char *row, const QString &text, quint32 modifiers,
-                                 quint32 place) {
-            QTest::newRow(row) << text << modifiers << 0U << place;
+        const auto addKeycode = [](const char *row, const QString &text, quint32 modifiers,
+                                   quint32 keycode) {
+            QTest::newRow(row) << text << modifiers << 0U << keycode;
         };
-        addSymbol("a key alone", u"Print"_s, 0, XKB_KEY_Print);
-        addSymbol("control", u"<Control>t"_s, controlEventFlag, XKB_KEY_t);
-        addSymbol("control by the name of GTK", u"<Primary>t"_s, controlEventFlag, XKB_KEY_t);
-        addSymbol("control in short", u"<Ctrl>t"_s, controlEventFlag, XKB_KEY_t);
-        addSymbol("control in very short", u"<Ctl>t"_s, controlEventFlag, XKB_KEY_t);
-        addSymbol("alt", u"<Alt>t"_s, optionEventFlag, XKB_KEY_t);
-        addSymbol("alt by its number", u"<Mod1>t"_s, optionEventFlag, XKB_KEY_t);
-        addSymbol("meta", u"<Meta>t"_s, optionEventFlag, XKB_KEY_t);
-        addSymbol("super", u"<Super>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("super by its number", u"<Mod4>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("hyper", u"<Hyper>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("shift", u"<Shift>t"_s, shiftEventFlag, XKB_KEY_t);
-        addSymbol("shift in short", u"<Shft>t"_s, shiftEventFlag, XKB_KEY_t);
-        addSymbol("all modifiers", u"<Shift><Primary><Alt><Super>t"_s, allFlags, XKB_KEY_t);
-        addSymbol("a modifier twice", u"<Control><Primary>t"_s, controlEventFlag, XKB_KEY_t);
-        addSymbol("modifiers in any case", u"<PRIMARY><mod1>t"_s,
+        addKeysym("a key alone", u"Print"_s, 0, XKB_KEY_Print);
+        addKeysym("control", u"<Control>t"_s, controlEventFlag, XKB_KEY_t);
+        addKeysym("control by the name of GTK", u"<Primary>t"_s, controlEventFlag, XKB_KEY_t);
+        addKeysym("control in short", u"<Ctrl>t"_s, controlEventFlag, XKB_KEY_t);
+        addKeysym("control in very short", u"<Ctl>t"_s, controlEventFlag, XKB_KEY_t);
+        addKeysym("alt", u"<Alt>t"_s, optionEventFlag, XKB_KEY_t);
+        addKeysym("alt by its number", u"<Mod1>t"_s, optionEventFlag, XKB_KEY_t);
+        addKeysym("meta", u"<Meta>t"_s, optionEventFlag, XKB_KEY_t);
+        addKeysym("super", u"<Super>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("super by its number", u"<Mod4>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("hyper", u"<Hyper>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("shift", u"<Shift>t"_s, shiftEventFlag, XKB_KEY_t);
+        addKeysym("shift in short", u"<Shft>t"_s, shiftEventFlag, XKB_KEY_t);
+        addKeysym("all modifiers", u"<Shift><Primary><Alt><Super>t"_s, allFlags, XKB_KEY_t);
+        addKeysym("a modifier twice", u"<Control><Primary>t"_s, controlEventFlag, XKB_KEY_t);
+        addKeysym("modifiers in any case", u"<PRIMARY><mod1>t"_s,
                   controlEventFlag | optionEventFlag, XKB_KEY_t);
-        addSymbol("Num Lock on", u"<Mod2><Super>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("Caps Lock on", u"<Super><Lock>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("at the key's release", u"<Release><Super>t"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("a capital letter", u"<Super>T"_s, commandEventFlag, XKB_KEY_t);
-        addSymbol("a capital letter of Greek", u"Greek_ALPHA"_s, 0, XKB_KEY_Greek_alpha);
-        addSymbol("a key's name in another case", u"<Alt>f4"_s, optionEventFlag, XKB_KEY_F4);
-        addSymbol("names that differ in case alone", u"XF86Screensaver"_s, 0,
+        addKeysym("Num Lock on", u"<Mod2><Super>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("Caps Lock on", u"<Super><Lock>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("at the key's release", u"<Release><Super>t"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("a capital letter", u"<Super>T"_s, commandEventFlag, XKB_KEY_t);
+        addKeysym("a capital letter of Greek", u"Greek_ALPHA"_s, 0, XKB_KEY_Greek_alpha);
+        addKeysym("a key's name in another case", u"<Alt>f4"_s, optionEventFlag, XKB_KEY_F4);
+        addKeysym("names that differ in case alone", u"XF86Screensaver"_s, 0,
                   XKB_KEY_XF86Screensaver);
-        addSymbol("the other of them", u"XF86ScreenSaver"_s, 0, XKB_KEY_XF86ScreenSaver);
-        addSymbol("a media key", u"XF86AudioPlay"_s, 0, XKB_KEY_XF86AudioPlay);
-        addSymbol("a media key in short", u"AudioPlay"_s, 0, XKB_KEY_XF86AudioPlay);
-        addSymbol("a media key in short and another case", u"audioplay"_s, 0,
+        addKeysym("the other of them", u"XF86ScreenSaver"_s, 0, XKB_KEY_XF86ScreenSaver);
+        addKeysym("a media key", u"XF86AudioPlay"_s, 0, XKB_KEY_XF86AudioPlay);
+        addKeysym("a media key in short", u"AudioPlay"_s, 0, XKB_KEY_XF86AudioPlay);
+        addKeysym("a media key in short and another case", u"audioplay"_s, 0,
                   XKB_KEY_XF86AudioPlay);
-        addSymbol("a letter by its number", u"U00D6"_s, 0, XKB_KEY_odiaeresis);
-        addSymbol("a modifier as the key", u"Super_L"_s, 0, XKB_KEY_Super_L);
-        addPlace("the key above Tab", u"<Super>Above_Tab"_s, commandEventFlag, 49);
-        addPlace("a place", u"<Control><Alt>0x2e"_s, controlEventFlag | optionEventFlag, 46);
-        addPlace("a place in capitals", u"<Alt>0X2E"_s, optionEventFlag, 46);
-        addPlace("the first place", u"0x1"_s, 0, 1);
-        addPlace("the last place", u"0xff"_s, 0, 255);
+        addKeysym("a letter by its number", u"U00D6"_s, 0, XKB_KEY_odiaeresis);
+        addKeysym("a modifier as the key", u"Super_L"_s, 0, XKB_KEY_Super_L);
+        addKeycode("the key above Tab", u"<Super>Above_Tab"_s, commandEventFlag, 49);
+        addKeycode("a key code", u"<Control><Alt>0x2e"_s, controlEventFlag | optionEventFlag, 46);
+        addKeycode("a key code in capitals", u"<Alt>0X2E"_s, optionEventFlag, 46);
+        addKeycode("the first key code", u"0x1"_s, 0, 1);
+        addKeycode("the last key code", u"0xff"_s, 0, 255);
     }
     void readsTheFormOfGtk()
     {
@@ -124,8 +124,8 @@ private Q_SLOTS:
         const auto accelerator = gtkAccelerator(text);
         QVERIFY(accelerator);
         QTEST(accelerator->modifiers, "modifiers");
-        QTEST(accelerator->symbol, "symbol");
-        QTEST(accelerator->place, "place");
+        QTEST(accelerator->keysym, "keysym");
+        QTEST(accelerator->keycode, "keycode");
         QVERIFY(!accelerator->impliesShift);
     }
 
@@ -138,8 +138,8 @@ private Q_SLOTS:
         add("a switched off one", u"disabled"_s);
         add("a switched off one in another case", u"Disabled"_s);
         add("none", u"none"_s);
-        add("no symbol", u"NoSymbol"_s);
-        add("the symbol of nothing", u"<Super>VoidSymbol"_s);
+        add("no keysym", u"NoSymbol"_s);
+        add("the keysym of nothing", u"<Super>VoidSymbol"_s);
         add("a blank", u" "_s);
         add("a blank before", u" <Super>t"_s);
         add("a blank within", u"<Super> t"_s);
@@ -160,14 +160,14 @@ private Q_SLOTS:
         add("two keys", u"<Super>t x"_s);
         add("two combinations", u"<Super>t<Super>x"_s);
         add("another form", u"Ctrl+Alt+T"_s);
-        add("the zeroth place", u"0x0"_s);
-        add("no place", u"0x"_s);
-        add("a place beyond the last", u"0x100"_s);
-        add("a place far beyond the last", u"0xffffffffffffffffff"_s);
-        add("a negative place", u"0x-2e"_s);
-        add("a place twice", u"0x0x2e"_s);
-        add("a place that is no number", u"0xyz"_s);
-        add("a symbol by its number", u"0x1008ff14"_s);
+        add("the zeroth key code", u"0x0"_s);
+        add("no key code", u"0x"_s);
+        add("a key code beyond the last", u"0x100"_s);
+        add("a key code far beyond the last", u"0xffffffffffffffffff"_s);
+        add("a negative key code", u"0x-2e"_s);
+        add("a key code twice", u"0x0x2e"_s);
+        add("a key code that is no number", u"0xyz"_s);
+        add("a keysym by its number", u"0x1008ff14"_s);
         add("a letter that there cannot be", u"U110000"_s);
         add("a letter beyond ASCII", u"<Super>ö"_s);
         add("half a letter", u"<Super>"_s + QChar(0xd800));
@@ -194,8 +194,8 @@ private Q_SLOTS:
             if (!accelerator)
                 continue;
             ++good;
-            QVERIFY2((accelerator->symbol == 0) != (accelerator->place == 0), qPrintable(text));
-            QVERIFY2(accelerator->place <= 255, qPrintable(text));
+            QVERIFY2((accelerator->keysym == 0) != (accelerator->keycode == 0), qPrintable(text));
+            QVERIFY2(accelerator->keycode <= 255, qPrintable(text));
             QVERIFY2((accelerator->modifiers & ~allFlags) == 0, qPrintable(text));
         }
         QVERIFY2(good > 1000, QByteArray::number(good).constData());
@@ -206,13 +206,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("code");
         QTest::addColumn<quint32>("modifiers");
-        QTest::addColumn<quint32>("symbol");
+        QTest::addColumn<quint32>("keysym");
         QTest::addColumn<bool>("impliesShift");
-        const auto add = [](const char *row, int code, quint32 modifiers, quint32 symbol) {
-            QTest::newRow(row) << code << modifiers << symbol << false;
+        const auto add = [](const char *row, int code, quint32 modifiers, quint32 keysym) {
+            QTest::newRow(row) << code << modifiers << keysym << false;
         };
-        const auto addImplying = [](const char *row, int code, quint32 modifiers, quint32 symbol) {
-            QTest::newRow(row) << code << modifiers << symbol << true;
+        const auto addImplying = [](const char *row, int code, quint32 modifiers, quint32 keysym) {
+            QTest::newRow(row) << code << modifiers << keysym << true;
         };
         add("a key alone", Qt::Key_Print, 0, XKB_KEY_Print);
         add("meta", meta | Qt::Key_T, commandEventFlag, XKB_KEY_t);
@@ -253,9 +253,9 @@ private Q_SLOTS:
         const auto accelerator = qtAccelerator(code);
         QVERIFY(accelerator);
         QTEST(accelerator->modifiers, "modifiers");
-        QTEST(accelerator->symbol, "symbol");
+        QTEST(accelerator->keysym, "keysym");
         QTEST(accelerator->impliesShift, "impliesShift");
-        QCOMPARE(accelerator->place, 0U);
+        QCOMPARE(accelerator->keycode, 0U);
     }
 
     void readsNothingFromCodesOfNoCombination_data()
@@ -295,9 +295,9 @@ private Q_SLOTS:
             if (!accelerator)
                 continue;
             ++good;
-            QVERIFY2(accelerator->symbol != 0 && accelerator->place == 0,
+            QVERIFY2(accelerator->keysym != 0 && accelerator->keycode == 0,
                      QByteArray::number(code).constData());
-            QCOMPARE(accelerator->symbol, xkb_keysym_to_lower(accelerator->symbol));
+            QCOMPARE(accelerator->keysym, xkb_keysym_to_lower(accelerator->keysym));
             QVERIFY((accelerator->modifiers & ~allFlags) == 0);
         }
         QVERIFY2(good > 1000, QByteArray::number(good).constData());
@@ -308,9 +308,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<quint32>("modifiers");
-        QTest::addColumn<quint32>("symbol");
+        QTest::addColumn<quint32>("keysym");
         const auto add = [](const char *row, const QString &text, quint32 modifiers,
-                            quint32 symbol) { QTest::newRow(row) << text << modifiers << symbol; };
+                            quint32 keysym) { QTest::newRow(row) << text << modifiers << keysym; };
         add("a key alone", u"Print"_s, 0, XKB_KEY_Print);
         add("a letter", u"Control+Alt+T"_s, controlEventFlag | optionEventFlag, XKB_KEY_t);
         add("all modifiers", u"Shift+Control+Alt+Meta+F5"_s, allFlags, XKB_KEY_F5);
@@ -325,8 +325,8 @@ private Q_SLOTS:
         const auto accelerator = lxqtAccelerator(text);
         QVERIFY(accelerator);
         QTEST(accelerator->modifiers, "modifiers");
-        QTEST(accelerator->symbol, "symbol");
-        QCOMPARE(accelerator->place, 0U);
+        QTEST(accelerator->keysym, "keysym");
+        QCOMPARE(accelerator->keycode, 0U);
         QVERIFY(!accelerator->impliesShift);
     }
 
@@ -341,7 +341,7 @@ private Q_SLOTS:
         add("a modifier in another case", u"control+T"_s);
         add("the sign between", u"Meta++"_s);
         add("an unknown key", u"Meta+NoSuchKey"_s);
-        add("the symbol of nothing", u"Meta+VoidSymbol"_s);
+        add("the keysym of nothing", u"Meta+VoidSymbol"_s);
         add("a letter beyond ASCII", u"Meta+ö"_s);
         add("another form", u"<Control>T"_s);
         add("many signs", u"+"_s.repeated(100'000));

@@ -29,7 +29,7 @@ struct Key {
     int key;
     quint32 evdevCode;
     QString text = {};
-    quint32 symbol = 0;
+    quint32 keysym = 0;
 };
 const Key a{Qt::Key_A, KEY_A, u"a"_s};
 const Key k{Qt::Key_K, KEY_K, u"k"_s};
@@ -47,7 +47,7 @@ bool send(QObject &receiver, QEvent::Type type, const Key &key,
           Qt::KeyboardModifiers modifiers = Qt::NoModifier, Repeat repeat = Repeat::no)
 {
     const quint32 scanCode = key.evdevCode ? key.evdevCode + 8 : 0;
-    QKeyEvent event(type, key.key, modifiers, scanCode, key.symbol, 0, key.text,
+    QKeyEvent event(type, key.key, modifiers, scanCode, key.keysym, 0, key.text,
                     repeat == Repeat::yes);
     event.setTimestamp(now);
     event.ignore();

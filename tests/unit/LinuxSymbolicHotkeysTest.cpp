@@ -79,9 +79,9 @@ struct Desk {
     }
 };
 
-Accelerator symbol(const char *name, quint32 modifiers = commandEventFlag)
+Accelerator onKeysym(const char *name, quint32 modifiers = commandEventFlag)
 {
-    return {.modifiers = modifiers, .symbol = xkb_keysym_from_name(name, XKB_KEYSYM_NO_FLAGS)};
+    return {.modifiers = modifiers, .keysym = xkb_keysym_from_name(name, XKB_KEYSYM_NO_FLAGS)};
 }
 
 QList<qint64> codes(const std::optional<QList<SymbolicHotkey>> &hotkeys)
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QFETCH(const LayoutKeys, keys);
         QFETCH(const QByteArray, name);
         Desk desk(keys);
-        QTEST(codes(desk.resolve(symbol(name.constData()))), "codes");
+        QTEST(codes(desk.resolve(onKeysym(name.constData()))), "codes");
     }
 
     void keepsTheModifiers()
@@ -150,7 +150,7 @@ private Q_SLOTS:
         Desk desk;
         constexpr quint32 modifiers = shiftEventFlag | optionEventFlag;
         const QList<SymbolicHotkey> expected{{key3, modifiers, true}};
-        QCOMPARE(desk.resolve(symbol("3", modifiers)), expected);
+        QCOMPARE(desk.resolve(onKeysym("3", modifiers)), expected);
     }
 
     void addsShiftWhereItGoesWithoutSaying_data()
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QFETCH(const bool, impliesShift);
         QFETCH(const SymbolicHotkey, hotkey);
         Desk desk;
-        auto shortcut = symbol(name.constData());
+        auto shortcut = onKeysym(name.constData());
         shortcut.impliesShift = impliesShift;
         QCOMPARE(desk.resolve(shortcut), QList{hotkey});
     }
@@ -182,14 +182,14 @@ private Q_SLOTS:
     void findsAKeyByItsPlaceInAnyLayout()
     {
         Desk desk(layoutKeys("de"));
-        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .place = 49})),
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = 49})),
                  QList{keyBeside1});
     }
 
     void leavesOutAPlaceWithoutAVirtualKeyCode()
     {
         Desk desk;
-        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .place = 255})),
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = 255})),
                  QList<qint64>());
     }
 
@@ -215,19 +215,19 @@ private Q_SLOTS:
     void tellsOfEachChangeOnce()
     {
         Desk desk;
-        desk.desktopKeys->setAccelerators(QList{symbol("e")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("e")});
         QCOMPARE(desk.notices, 1);
-        desk.desktopKeys->setAccelerators(QList{symbol("q")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("q")});
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyQ});
-        desk.desktopKeys->setAccelerators(QList{symbol("q")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("q")});
         QCOMPARE(desk.notices, 2);
     }
 
     void forgetsWhatADesktopHadThatHasGone()
     {
         Desk desk;
-        desk.desktopKeys->setAccelerators(QList{symbol("e")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("e")});
         desk.desktopKeys->setAccelerators(std::nullopt);
         QVERIFY(!desk.hotkeys.copySymbolicHotkeys());
         QCOMPARE(desk.notices, 2);
@@ -236,7 +236,7 @@ private Q_SLOTS:
     void followsTheLayout()
     {
         Desk desk;
-        desk.desktopKeys->setAccelerators(QList{symbol("z")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("z")});
         desk.layout->setKeys(layoutKeys("de"));
         QCOMPARE(desk.notices, 2);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyY});
@@ -245,7 +245,7 @@ private Q_SLOTS:
     void tellsNothingOfALayoutThatHasTheKeysWhereTheyWere()
     {
         Desk desk;
-        desk.desktopKeys->setAccelerators(QList{symbol("e")});
+        desk.desktopKeys->setAccelerators(QList{onKeysym("e")});
         desk.layout->setKeys(layoutKeys("de"));
         QCOMPARE(desk.notices, 1);
         QCOMPARE(codes(desk.hotkeys.copySymbolicHotkeys()), QList{keyE});

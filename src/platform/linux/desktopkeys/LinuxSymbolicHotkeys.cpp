@@ -12,13 +12,13 @@ constexpr auto settlingTime = 300ms;
 /// One for each key that the accelerator may be pressed with.
 QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
 {
-    if (accelerator.symbol == 0) {
-        const auto code = keys.virtualKeyCode(accelerator.place);
+    if (accelerator.keysym == 0) {
+        const auto code = keys.virtualKeyCode(accelerator.keycode);
         return code ? QList<SymbolicHotkey>{{*code, accelerator.modifiers, true}}
                     : QList<SymbolicHotkey>();
     }
     QList<SymbolicHotkey> found;
-    for (const LayoutKeys::Key &key : keys.withSymbol(accelerator.symbol)) {
+    for (const LayoutKeys::Key &key : keys.keysWithKeysym(accelerator.keysym)) {
         const bool needsShift = accelerator.impliesShift && key.needsShift;
         found.append({key.virtualKeyCode,
                       needsShift ? accelerator.modifiers | shiftEventFlag : accelerator.modifiers,

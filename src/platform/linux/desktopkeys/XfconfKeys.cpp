@@ -56,6 +56,6 @@ void XfconfKeys::read()
             if (settings.isError())
                 return setAccelerators(std::nullopt);
             setAccelerators(shortcuts(u"/commands/"_s, settings.value())
-                 + shortcuts(u"/xfwm4/"_s, settings.value()));
+                            + shortcuts(u"/xfwm4/"_s, settings.value()));
         });
 }

@@ -6,15 +6,16 @@
 
 class QString;
 
-/// Names its key by a symbol, which the current layout puts on one key or another, or by its place.
+/// Names its key by a keysym, which the current layout puts on one key or another, or by its key
+/// code.
 struct Accelerator {
     /// An OR of EventFlag bits.
     quint32 modifiers = 0;
-    /// The key's symbol, a keysym of XKB in its lower case; 0 if the place is given.
-    quint32 symbol = 0;
-    /// The key's place, an X key code (Linux's event code and 8); 0 if the symbol is given.
-    quint32 place = 0;
-    /// Whether Shift goes without saying where a layout has the symbol on a key's second level.
+    /// A keysym of XKB in its lower case; 0 if the key code is given.
+    quint32 keysym = 0;
+    /// An X key code (Linux's event code and 8); 0 if the keysym is given.
+    quint32 keycode = 0;
+    /// Whether Shift goes without saying where a layout has the keysym on a key's second level.
     bool impliesShift = false;
 
     bool operator==(const Accelerator &) const = default;

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Where the key above Tab is, which desktops name by its place.
+/// The X key code of the key above Tab, which desktops do not name by a keysym.
 constexpr quint32 aboveTab = 49;
 
 constexpr struct {
@@ -55,23 +55,23 @@ bool couldBeName(const QByteArray &text)
     });
 }
 
-quint32 symbolNamed(const QByteArray &name)
+quint32 keysymNamed(const QByteArray &name)
 {
-    // Two symbols, such as those of large and small kana, may differ in their names' case alone.
-    auto symbol = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
-    if (symbol == XKB_KEY_NoSymbol)
-        symbol = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
-    if (symbol == XKB_KEY_NoSymbol)
-        symbol = xkb_keysym_from_name(("XF86" + name).constData(), XKB_KEYSYM_CASE_INSENSITIVE);
-    return symbol == XKB_KEY_VoidSymbol ? 0 : xkb_keysym_to_lower(symbol);
+    // Two keysyms, such as those of large and small kana, may differ in their names' case alone.
+    auto keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
+    if (keysym == XKB_KEY_NoSymbol)
+        keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    if (keysym == XKB_KEY_NoSymbol)
+        keysym = xkb_keysym_from_name(("XF86" + name).constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    return keysym == XKB_KEY_VoidSymbol ? 0 : xkb_keysym_to_lower(keysym);
 }
 
-/// Zero if the text gives no place.
-quint32 placeNamed(const QByteArray &name)
+/// Zero if the text gives no key code.
+quint32 keycodeNamed(const QByteArray &name)
 {
     bool isNumber = false;
-    const uint place = name.toUInt(&isNumber, 16);
-    return isNumber && place <= 255 ? place : 0;
+    const uint keycode = name.toUInt(&isNumber, 16);
+    return isNumber && keycode <= 255 ? keycode : 0;
 }
 } // namespace
 
@@ -92,12 +92,12 @@ std::optional<Accelerator> gtkAccelerator(const QString &text)
     if (!couldBeName(name))
         return std::nullopt;
     if (name == "Above_Tab")
-        accelerator.place = aboveTab;
+        accelerator.keycode = aboveTab;
     else if (name.startsWith("0x") || name.startsWith("0X"))
-        accelerator.place = placeNamed(name);
+        accelerator.keycode = keycodeNamed(name);
     else
-        accelerator.symbol = symbolNamed(name);
-    if (!accelerator.place && !accelerator.symbol)
+        accelerator.keysym = keysymNamed(name);
+    if (!accelerator.keycode && !accelerator.keysym)
         return std::nullopt;
     return accelerator;
 }

@@ -24,9 +24,9 @@ std::optional<Accelerator> lxqtAccelerator(const QString &text)
             return {};
         accelerator.modifiers |= eventFlags.value(word);
     }
-    accelerator.symbol =
+    accelerator.keysym =
         xkb_keysym_to_lower(xkb_keysym_from_name(key.constData(), XKB_KEYSYM_NO_FLAGS));
-    if (accelerator.symbol == XKB_KEY_NoSymbol || accelerator.symbol == XKB_KEY_VoidSymbol)
+    if (accelerator.keysym == XKB_KEY_NoSymbol || accelerator.keysym == XKB_KEY_VoidSymbol)
         return {};
     return accelerator;
 }

@@ -12,9 +12,9 @@ namespace
 {
 struct NamedKey {
     int key;
-    xkb_keysym_t symbol;
+    xkb_keysym_t keysym;
     /// On the keypad; 0 if it has no such key.
-    xkb_keysym_t keypadSymbol = 0;
+    xkb_keysym_t keypadKeysym = 0;
 };
 
 /// All that have a name rather than a character, but for the function keys.
@@ -75,7 +75,7 @@ bool isCharacter(int key)
     return key < Qt::Key_Escape && QChar::isPrint(uint(key));
 }
 
-xkb_keysym_t symbolOf(int key, bool isOnKeypad)
+xkb_keysym_t keysymOf(int key, bool isOnKeypad)
 {
     if (isCharacter(key))
         return isOnKeypad ? keypadCharacter(key)
@@ -85,7 +85,7 @@ xkb_keysym_t symbolOf(int key, bool isOnKeypad)
     const auto *const found = std::ranges::find(namedKeys, key, &NamedKey::key);
     if (found == std::end(namedKeys))
         return 0;
-    return isOnKeypad ? found->keypadSymbol : found->symbol;
+    return isOnKeypad ? found->keypadKeysym : found->keysym;
 }
 } // namespace
 
@@ -96,13 +96,13 @@ std::optional<Accelerator> qtAccelerator(int code)
     if (code <= 0 || modifiers.testFlag(Qt::GroupSwitchModifier))
         return {};
     const bool isOnKeypad = modifiers.testFlag(Qt::KeypadModifier);
-    const xkb_keysym_t symbol = symbolOf(key, isOnKeypad);
-    if (!symbol)
+    const xkb_keysym_t keysym = keysymOf(key, isOnKeypad);
+    if (!keysym)
         return {};
     return Accelerator{
         .modifiers =
             Modifiers::eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
-        .symbol = symbol,
+        .keysym = keysym,
         .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
     };
 }

@@ -13,44 +13,45 @@ constexpr xkb_level_index_t shiftLevel = 1;
 LayoutKeys::LayoutKeys(xkb_keymap *keymap, quint32 layout)
 {
     for (const KeyCodes::PhysicalKey &key : KeyCodes::allKeys()) {
-        const xkb_keycode_t place = xkb_keymap_key_by_name(keymap, key.xkbName);
-        if (place == XKB_KEYCODE_INVALID)
+        const xkb_keycode_t keycode = xkb_keymap_key_by_name(keymap, key.xkbName);
+        if (keycode == XKB_KEYCODE_INVALID)
             continue;
-        m_byPlace.insert(place, quint16(key.keyCode));
-        add(keymap, layout, place, quint16(key.keyCode));
+        m_byKeycode.insert(keycode, quint16(key.keyCode));
+        add(keymap, layout, keycode, quint16(key.keyCode));
     }
 }
 
-void LayoutKeys::add(xkb_keymap *keymap, quint32 layout, quint32 place, quint16 virtualKeyCode)
+void LayoutKeys::add(xkb_keymap *keymap, quint32 layout, quint32 keycode, quint16 virtualKeyCode)
 {
-    const auto layouts = xkb_keymap_num_layouts_for_key(keymap, place);
+    const auto layouts = xkb_keymap_num_layouts_for_key(keymap, keycode);
     for (quint32 i = 0; i < layouts; ++i) {
         // A key may have fewer layouts than the keyboard; that in use is then one of its own.
         const quint32 layoutOfKey = (layout + i) % layouts;
-        const auto levels = xkb_keymap_num_levels_for_key(keymap, place, layoutOfKey);
+        const auto levels = xkb_keymap_num_levels_for_key(keymap, keycode, layoutOfKey);
         for (xkb_level_index_t level = 0; level < levels; ++level) {
-            const xkb_keysym_t *symbols = nullptr;
-            // No shortcut means a key that gives several symbols at once.
-            if (xkb_keymap_key_get_syms_by_level(keymap, place, layoutOfKey, level, &symbols) == 1)
-                add(symbols[0], {i, level, {{virtualKeyCode, level == shiftLevel}}});
+            const xkb_keysym_t *keysyms = nullptr;
+            // No shortcut means a key that gives several keysyms at once.
+            if (xkb_keymap_key_get_syms_by_level(keymap, keycode, layoutOfKey, level, &keysyms)
+                == 1)
+                add(keysyms[0], {i, level, {{virtualKeyCode, level == shiftLevel}}});
         }
     }
 }
 
-void LayoutKeys::add(quint32 symbol, const Found &found)
+void LayoutKeys::add(quint32 keysym, const Found &found)
 {
-    const auto former = m_bySymbol.find(symbol);
+    const auto former = m_byKeysym.find(keysym);
     const auto rank = [](const Found &some) { return std::tuple(some.layoutRank, some.level); };
-    if (former == m_bySymbol.end() || rank(found) < rank(*former))
-        m_bySymbol.insert(symbol, found);
+    if (former == m_byKeysym.end() || rank(found) < rank(*former))
+        m_byKeysym.insert(keysym, found);
     else if (rank(found) == rank(*former))
         former->keys += found.keys;
 }
 
-std::optional<quint16> LayoutKeys::virtualKeyCode(quint32 place) const
+std::optional<quint16> LayoutKeys::virtualKeyCode(quint32 keycode) const
 {
-    const auto found = m_byPlace.constFind(place);
-    if (found == m_byPlace.cend())
+    const auto found = m_byKeycode.constFind(keycode);
+    if (found == m_byKeycode.cend())
         return std::nullopt;
     return *found;
 }

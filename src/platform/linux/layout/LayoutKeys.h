@@ -1,4 +1,4 @@
-// Which physical keys have a symbol in the user's keyboard layout.
+// Which physical keys have a keysym in the user's keyboard layout.
 #pragma once
 
 #include <QHash>
@@ -19,7 +19,7 @@ public:
 
     struct Key {
         quint16 virtualKeyCode;
-        /// Whether the layout has the symbol where Shift is held.
+        /// Whether the layout has the keysym where Shift is held.
         bool needsShift;
 
         bool operator==(const Key &) const = default;
@@ -27,10 +27,10 @@ public:
 
     /// The keys that have a keysym: those of the layout in use, else of the first other one that
     /// has it at all, and there on the lowest level that does. Only keys with virtual key codes.
-    QList<Key> withSymbol(quint32 symbol) const { return m_bySymbol.value(symbol).keys; }
+    QList<Key> keysWithKeysym(quint32 keysym) const { return m_byKeysym.value(keysym).keys; }
 
     /// The virtual key code of an X key code; nothing if that key has none.
-    std::optional<quint16> virtualKeyCode(quint32 place) const;
+    std::optional<quint16> virtualKeyCode(quint32 keycode) const;
 
     bool operator==(const LayoutKeys &) const = default;
 
@@ -44,9 +44,9 @@ private:
         bool operator==(const Found &) const = default;
     };
 
-    void add(xkb_keymap *keymap, quint32 layout, quint32 place, quint16 virtualKeyCode);
-    void add(quint32 symbol, const Found &found);
+    void add(xkb_keymap *keymap, quint32 layout, quint32 keycode, quint16 virtualKeyCode);
+    void add(quint32 keysym, const Found &found);
 
-    QHash<quint32, Found> m_bySymbol;
-    QHash<quint32, quint16> m_byPlace;
+    QHash<quint32, Found> m_byKeysym;
+    QHash<quint32, quint16> m_byKeycode;
 };

@@ -62,8 +62,8 @@ void X11KeyboardLayout::read()
     if (keymap) {
         const XkbState state(xkb_x11_state_new_from_device(keymap.get(), connection, keyboard));
         if (state)
-            setKeys(LayoutKeys(keymap.get(),
-                            xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE)));
+            setKeys(LayoutKeys(
+                keymap.get(), xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE)));
     }
     // The answers may have brought events with them, for which the notifier does not wake.
     readEvents();

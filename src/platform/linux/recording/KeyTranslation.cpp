@@ -34,8 +34,8 @@ bool isModifier(const QKeyEvent &press)
         break;
     }
     // ISO_Lock to ISO_Level5_Lock, most of which Qt has no keys for, and Shift_Lock.
-    const quint32 symbol = press.nativeVirtualKey();
-    return (symbol >= 0xfe01 && symbol <= 0xfe13) || symbol == 0xffe6;
+    const quint32 keysym = press.nativeVirtualKey();
+    return (keysym >= 0xfe01 && keysym <= 0xfe13) || keysym == 0xffe6;
 }
 
 std::optional<quint16> keyCode(quint32 scanCode, const X11Keyboard *keyboard)

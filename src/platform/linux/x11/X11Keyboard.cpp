@@ -33,19 +33,19 @@ public:
         : m_keysPerModifier(map->keycodes_per_modifier)
         , m_modifierKeys(xcb_get_modifier_mapping_keycodes(map),
                          size_t(xcb_get_modifier_mapping_keycodes_length(map)))
-        , m_symbolsPerKey(keys->keysyms_per_keycode)
-        , m_symbols(xcb_get_keyboard_mapping_keysyms(keys),
+        , m_keysymsPerKey(keys->keysyms_per_keycode)
+        , m_keysyms(xcb_get_keyboard_mapping_keysyms(keys),
                     size_t(xcb_get_keyboard_mapping_keysyms_length(keys)))
         , m_firstKey(firstKey)
     {
     }
 
-    /// The first of Mod1 to Mod5 with a key that has the symbol; 0 if there is none.
-    quint16 bitOf(xcb_keysym_t symbol) const
+    /// The first of Mod1 to Mod5 with a key that has the keysym; 0 if there is none.
+    quint16 bitOf(xcb_keysym_t keysym) const
     {
         for (size_t modifier = XCB_MAP_INDEX_1; modifier <= XCB_MAP_INDEX_5; ++modifier) {
-            const auto hasSymbol = [this, symbol](xcb_keycode_t key) { return has(key, symbol); };
-            if (std::ranges::any_of(keysOf(modifier), hasSymbol))
+            const auto hasKeysym = [this, keysym](xcb_keycode_t key) { return has(key, keysym); };
+            if (std::ranges::any_of(keysOf(modifier), hasKeysym))
                 return quint16(1 << modifier);
         }
         return 0;
@@ -62,19 +62,19 @@ private:
         return m_modifierKeys.subspan(modifier * m_keysPerModifier, m_keysPerModifier);
     }
 
-    bool has(xcb_keycode_t key, xcb_keysym_t symbol) const
+    bool has(xcb_keycode_t key, xcb_keysym_t keysym) const
     {
         if (key < m_firstKey)
             return false;
-        const auto symbols =
-            m_symbols.subspan(size_t(key - m_firstKey) * m_symbolsPerKey, m_symbolsPerKey);
-        return std::ranges::find(symbols, symbol) != symbols.end();
+        const auto keysyms =
+            m_keysyms.subspan(size_t(key - m_firstKey) * m_keysymsPerKey, m_keysymsPerKey);
+        return std::ranges::find(keysyms, keysym) != keysyms.end();
     }
 
     size_t m_keysPerModifier;
     std::span<const xcb_keycode_t> m_modifierKeys;
-    size_t m_symbolsPerKey;
-    std::span<const xcb_keysym_t> m_symbols;
+    size_t m_keysymsPerKey;
+    std::span<const xcb_keysym_t> m_keysyms;
     xcb_keycode_t m_firstKey;
 };
 
@@ -95,12 +95,12 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
         xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
                           XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
     const auto modifiers = xcb_get_modifier_mapping(connection);
-    const auto symbols = xcb_get_keyboard_mapping(
+    const auto keysyms = xcb_get_keyboard_mapping(
         connection, keyboard.m_firstKey, quint8(keyboard.m_lastKey - keyboard.m_firstKey + 1));
 
     keyboard.readKeyNames(connection, names.sequence);
     keyboard.findVirtualKeyCodes();
-    keyboard.readModifiers(connection, modifiers.sequence, symbols.sequence);
+    keyboard.readModifiers(connection, modifiers.sequence, keysyms.sequence);
     return keyboard;
 }
 
@@ -137,11 +137,11 @@ void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSe
 {
     const XcbPointer<xcb_get_modifier_mapping_reply_t> modifiers(
         xcb_get_modifier_mapping_reply(connection, {mapSequence}, nullptr));
-    const XcbPointer<xcb_get_keyboard_mapping_reply_t> symbols(
+    const XcbPointer<xcb_get_keyboard_mapping_reply_t> keysyms(
         xcb_get_keyboard_mapping_reply(connection, {keysSequence}, nullptr));
-    if (!modifiers || !symbols)
+    if (!modifiers || !keysyms)
         return;
-    const ModifierMap map(modifiers.get(), symbols.get(), m_firstKey);
+    const ModifierMap map(modifiers.get(), keysyms.get(), m_firstKey);
     m_command = firstOf(map.bitOf(superLeft), map.bitOf(superRight));
     m_option = firstOf(map.bitOf(altLeft), map.bitOf(altRight));
     m_locks = quint16(map.bitOf(numLock) | map.bitOf(scrollLock));
@@ -164,8 +164,8 @@ QList<xcb_keycode_t> X11Keyboard::keys(quint32 virtualKeyCode) const
 {
     QList<xcb_keycode_t> found;
     for (const KeyCodes::PhysicalKey &key : KeyCodes::physicalKeys(virtualKeyCode)) {
-        if (const auto place = find(key))
-            found.append(*place);
+        if (const auto keycode = find(key))
+            found.append(*keycode);
     }
     return found;
 }
