@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// A list of 300,000 entries is smaller.
-constexpr qint64 maxBytes = 64LL * 1024 * 1024;
+constexpr qint64 maxListBytes = 64LL * 1024 * 1024;
 
 Error noPlace()
 {
@@ -17,7 +17,7 @@ Error noPlace()
 
 EntriesFile::EntriesFile(const QString &applicationSupport)
     : m_hasPlace(!applicationSupport.isEmpty())
-    , m_file(applicationSupport + u"/Corvane/entries.json"_s, maxBytes)
+    , m_file(applicationSupport + u"/Corvane/entries.json"_s, maxListBytes)
 {
 }
 

@@ -59,7 +59,7 @@ using Accelerators = DesktopKeys::Accelerators;
 constexpr const char *customKey = "binding";
 
 /// Numbers that have become free are used again, so that larger gaps in a row are most unlikely.
-constexpr int longestGap = 16;
+constexpr int maxGap = 16;
 
 void noteChange(GSettings *, const char *, gpointer isStale)
 {
@@ -232,7 +232,7 @@ Accelerators FamilySettings::readCustoms(const QStringList &list)
             addCustom(name);
         return accelerators;
     }
-    for (int number = 0, gap = 0; gap < longestGap; ++number)
+    for (int number = 0, gap = 0; gap < maxGap; ++number)
         gap = addCustom(QString::number(number)) ? 0 : gap + 1;
     return accelerators;
 }

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 namespace
 {
 /// Far more than anybody's shortcuts take; what is longer is something else.
-constexpr qint64 longestFile = 1'000'000;
+constexpr qint64 maxFileSize = 1'000'000;
 
 /// In the order of their precedence.
 QStringList configFiles()
@@ -75,7 +75,7 @@ std::optional<Accelerator> shortcut(const Group &group)
 std::optional<DesktopKeys::Accelerators> shortcuts(const QString &path)
 {
     QFile file(path);
-    if (file.size() > longestFile || !file.open(QIODevice::ReadOnly))
+    if (file.size() > maxFileSize || !file.open(QIODevice::ReadOnly))
         return {};
     QList<Group> groups;
     while (!file.atEnd()) {

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString objectPath = u"/org/corvane/Corvane"_s;
-constexpr std::chrono::seconds longestWaitForBus(2);
+constexpr std::chrono::seconds maxWaitForBus(2);
 
 QDBusError errorOfActivating(const StartupTokens &tokens, const QDeadlineTimer &deadline)
 {
@@ -44,7 +44,7 @@ InstanceClaim DBusApplication::claim(const StartupTokens &tokens, const QDeadlin
         return InstanceClaim::first;
     // Qt asks the bus through the same interface when it looks for assistive programs, and would
     // wait for 25 s if the bus has stopped meanwhile.
-    bus.interface()->setTimeout(int(std::chrono::milliseconds(longestWaitForBus).count()));
+    bus.interface()->setTimeout(int(std::chrono::milliseconds(maxWaitForBus).count()));
     // The object first: whoever finds the name expects it.
     if (!bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
         return InstanceClaim::first;

@@ -17,7 +17,7 @@ namespace
 {
 constexpr off_t lockedFirst = 1;
 constexpr off_t lockedWithText = 2;
-constexpr qsizetype longestText = 4096;
+constexpr qsizetype maxTextLength = 4096;
 
 /// For the open file description (F_OFD_…). A lock of the process would be lost as soon as any code
 /// in it opens and closes the file, such as a file panel that looks at its type.
@@ -107,8 +107,8 @@ std::optional<InstanceLock::Holder> InstanceLock::holder() const
     Holder found{.lockedBytes = range.l_len};
     if (found.lockedBytes < lockedWithText)
         return found;
-    QByteArray text(longestText, '\0');
-    text.truncate(std::max<ssize_t>(0, pread(m_file, text.data(), size_t(longestText), 0)));
+    QByteArray text(maxTextLength, '\0');
+    text.truncate(std::max<ssize_t>(0, pread(m_file, text.data(), size_t(maxTextLength), 0)));
     QByteArrayList lines = text.split('\n');
     found.process = lines.takeFirst().toInt();
     found.displays = lines;

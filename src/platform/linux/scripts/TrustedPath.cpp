@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// As many as the system itself follows.
-constexpr int mostLinks = 40;
+constexpr int maxLinks = 40;
 
 Error error(const QString &text, const QByteArray &path)
 {
@@ -132,7 +132,7 @@ std::optional<Error> reasonForDistrust(const QString &path)
             return reason;
         if (!S_ISLNK(status.st_mode))
             walk.enter(next);
-        else if (++links <= mostLinks)
+        else if (++links <= maxLinks)
             walk.follow(targetOfLink(next));
         else
             return Error{QString::fromLocal8Bit(std::strerror(ELOOP))};

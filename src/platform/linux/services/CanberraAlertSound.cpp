@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 namespace
 {
 /// What takes longer hangs.
-constexpr auto longestSound = 2s;
+constexpr auto maxSoundDuration = 2s;
 
 void ringXBell()
 {
@@ -28,7 +28,7 @@ void ringXBell()
 CanberraAlertSound::CanberraAlertSound()
 {
     m_patience.setSingleShot(true);
-    m_patience.setInterval(longestSound);
+    m_patience.setInterval(maxSoundDuration);
     connect(&m_patience, &QTimer::timeout, this, ringXBell);
 }
 

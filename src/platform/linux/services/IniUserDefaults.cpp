@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// A hundred thousand combinations take less.
-constexpr qint64 mostBytes = 16LL * 1024 * 1024;
+constexpr qint64 maxSettingsBytes = 16LL * 1024 * 1024;
 
 /// As QSettings writes them.
 const QString trueWord = u"true"_s;
@@ -81,7 +81,7 @@ Content contentOf(const QString &path)
 } // namespace
 
 IniUserDefaults::IniUserDefaults(const QString &path)
-    : m_file(path, mostBytes)
+    : m_file(path, maxSettingsBytes)
     , m_error(read())
 {
     if (m_error)
@@ -187,7 +187,7 @@ Result<QByteArray> IniUserDefaults::text() const
     const Error notWhole{u"The file could not be written whole. The disk may be full."_s};
     if (settings.status() != QSettings::NoError)
         return notWhole;
-    auto text = readWhole(written, mostBytes);
+    auto text = readWhole(written, maxSettingsBytes);
     if (!text)
         return text;
     // QSettings does not notice a full disk, so the file is parsed again. It has another name then,
