@@ -1,6 +1,7 @@
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 
 #include "platform/KeyModifier.h"
+#include "platform/linux/hotkeys/X11KeyEvent.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
@@ -22,18 +23,6 @@ constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
 bool containsAny(const std::set<KeyGrab> &set, const QList<KeyGrab> &grabs)
 {
     return std::ranges::any_of(grabs, [&](const KeyGrab &grab) { return set.contains(grab); });
-}
-
-/// What a passive grab compares of a state: neither pointer buttons nor the group of the layout.
-quint16 grabbedModifiers(quint16 state)
-{
-    return state & 0xff;
-}
-
-template <typename Event>
-const Event &as(const xcb_generic_event_t &event)
-{
-    return reinterpret_cast<const Event &>(event);
 }
 } // namespace
 
@@ -344,40 +333,23 @@ void X11HotkeyService::drain()
 void X11HotkeyService::handle(const xcb_generic_event_t &event)
 {
     const uint8_t type = event.response_type & ~0x80;
-    if (type == XCB_KEY_PRESS) {
-        const auto &press = as<xcb_key_press_event_t>(event);
-        handleDown({.key = press.detail, .state = press.state, .time = press.time});
-    } else if (type == XCB_GE_GENERIC) {
-        handleXInput(as<xcb_input_key_press_event_t>(event));
-    } else if (type == XCB_KEY_RELEASE) {
-        m_repeatFilter.released(as<xcb_key_release_event_t>(event).detail);
+    if (const auto keyEvent = X11KeyEvent::read(event)) {
+        if (keyEvent->down)
+            handleDown(*keyEvent, *keyEvent->down);
+        else
+            m_repeatFilter.released(keyEvent->key);
     } else if (type == m_xkbEvent || type == XCB_MAPPING_NOTIFY) {
         // New keys or new modifiers; most often they turn out to be the old.
         m_keyboardTimer.start();
     }
 }
 
-void X11HotkeyService::handleXInput(const xcb_input_key_press_event_t &event)
-{
-    const auto key = xcb_keycode_t(event.detail);
-    if (event.event_type == XCB_INPUT_KEY_RELEASE) {
-        m_repeatFilter.released(key);
-    } else if (event.event_type == XCB_INPUT_KEY_PRESS) {
-        const bool isRepeat = event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT;
-        handleDown({.key = key,
-                    .state = quint16(event.mods.effective),
-                    .time = event.time,
-                    .down = isRepeat ? KeyDown::repeat : KeyDown::press,
-                    .keyboard = event.deviceid});
-    }
-}
-
-void X11HotkeyService::handleDown(const KeyEvent &event)
+void X11HotkeyService::handleDown(const X11KeyEvent &event, KeyDown down)
 {
     const auto target = m_targets.find({event.key, m_keyboard.combinationModifiers(event.state)});
     const bool isOurs = target != m_targets.end();
     const bool isRepeat =
-        isOurs ? !m_repeatFilter.isFresh(event.key, event.down) : m_repeatFilter.isHeld(event.key);
+        isOurs ? !m_repeatFilter.isFresh(event.key, down) : m_repeatFilter.isHeld(event.key);
     // This grab stays until the key is let go, so that its further repeats reach nobody.
     if (isRepeat)
         return;
@@ -389,10 +361,10 @@ void X11HotkeyService::handleDown(const KeyEvent &event)
 }
 
 /// At once, and not at the key's release, or what is started could not grab the keyboard.
-void X11HotkeyService::releaseKeyboard(const KeyEvent &event)
+void X11HotkeyService::releaseKeyboard(const X11KeyEvent &event)
 {
     auto *const connection = m_connection.get();
-    m_grabs.tellRepeats({event.key, grabbedModifiers(event.state)});
+    m_grabs.tellRepeats({event.key, event.grabbedModifiers()});
     if (event.keyboard)
         xcb_input_xi_ungrab_device(connection, XCB_CURRENT_TIME, *event.keyboard);
     else

@@ -16,7 +16,7 @@
 #include <vector>
 
 class X11Connection;
-struct xcb_input_key_press_event_t;
+struct X11KeyEvent;
 
 /// A virtual key code with a mask of KeyModifier bits.
 struct KeyCombination {
@@ -95,17 +95,6 @@ private:
         std::vector<KeyGrab> grabs;
     };
 
-    /// The event of either kind of grab.
-    struct KeyEvent {
-        xcb_keycode_t key;
-        quint16 state;
-        /// The server's, in ms. It may wrap.
-        quint32 time;
-        KeyDown down = KeyDown::pressOrRepeat;
-        /// Which keyboard an XInput 2 grab is active on; nothing if it is a core grab.
-        std::optional<quint16> keyboard = {};
-    };
-
     void selectKeyboardEvents();
     void unregister(const KeyCombination &combination, quint64 token);
     void scheduleFlush();
@@ -124,9 +113,8 @@ private:
     void apply(const KeyMapSnapshot &snapshot);
     void drain();
     void handle(const xcb_generic_event_t &event);
-    void handleXInput(const xcb_input_key_press_event_t &event);
-    void handleDown(const KeyEvent &event);
-    void releaseKeyboard(const KeyEvent &event);
+    void handleDown(const X11KeyEvent &event, KeyDown down);
+    void releaseKeyboard(const X11KeyEvent &event);
     void checkHeldKeys();
 
     const X11Connection &m_connection;
