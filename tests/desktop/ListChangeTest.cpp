@@ -45,7 +45,7 @@ constexpr std::pair<KeyModifier, quint16> modifiers[] = {
 
 XKeys xKeys(const Shortcut &keys)
 {
-    const auto physical = KeyCodes::physicalKeys(quint32(keys.carbonKeyCode)).constFirst();
+    const auto physical = KeyCodes::physicalKeys(VirtualKey(keys.carbonKeyCode)).constFirst();
     quint16 state = 0;
     for (const auto &[modifier, bit] : modifiers)
         state |= keys.carbonModifiers & modifier ? bit : 0;

@@ -12,11 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr quint32 keyJ = 38;
-constexpr quint32 keyK = 40;
+constexpr VirtualKey keyJ{38};
+constexpr VirtualKey keyK{40};
 /// X keyboards cannot have it.
-constexpr quint32 keyFn = 63;
-constexpr quint32 keyF13OrPrint = 105;
+constexpr VirtualKey keyFn{63};
+constexpr VirtualKey keyF13OrPrint{105};
 constexpr quint32 control = 0x1000;
 constexpr quint16 xControl = XCB_MOD_MASK_CONTROL;
 constexpr HotkeyId someId{0, 1};
@@ -45,16 +45,16 @@ struct Desk {
     }
 
     /// What is known of K when the probe is over.
-    bool isHeldElsewhere(quint32 keyCode = keyK)
+    bool isHeldElsewhere(VirtualKey key = keyK)
     {
-        probe.isHeldElsewhere(keyCode, control);
+        probe.isHeldElsewhere(key, control);
         QTest::qWait(0);
-        return probe.isHeldElsewhere(keyCode, control);
+        return probe.isHeldElsewhere(key, control);
     }
 
-    std::optional<Registration> registerKey(quint32 keyCode, HotkeyId id = someId)
+    std::optional<Registration> registerKey(VirtualKey key, HotkeyId id = someId)
     {
-        return service.registerHotkey(keyCode, control, id);
+        return service.registerHotkey(quint32(key), control, id);
     }
 };
 } // namespace
@@ -141,8 +141,8 @@ private Q_SLOTS:
     void refusesKeysThatNoKeyboardHas()
     {
         Desk desk;
-        QVERIFY(!desk.registerKey(52));
-        QVERIFY(!desk.registerKey(4294967295));
+        QVERIFY(!desk.registerKey(VirtualKey{52}));
+        QVERIFY(!desk.registerKey(VirtualKey{4294967295}));
     }
 
     void sendsNothingForKeysThatAreGivenUpAndTakenAgain()
@@ -308,13 +308,13 @@ private Q_SLOTS:
 
     void learnsByAProbeWhatIsNotRegistered_data()
     {
-        QTest::addColumn<quint32>("keyCode");
+        QTest::addColumn<VirtualKey>("key");
         QTest::addColumn<QList<int>>("rivals");
         QTest::addColumn<quint16>("modifiers");
         QTest::addColumn<bool>("isHeld");
-        const auto add = [](const char *row, quint32 keyCode, const QList<int> &rivals,
+        const auto add = [](const char *row, VirtualKey key, const QList<int> &rivals,
                             quint16 modifiers, bool isHeld) {
-            QTest::newRow(row) << keyCode << rivals << modifiers << isHeld;
+            QTest::newRow(row) << key << rivals << modifiers << isHeld;
         };
         add("nobody has them", keyK, {}, xControl, false);
         add("another program has them", keyK, {KEY_K}, xControl, true);
@@ -325,18 +325,18 @@ private Q_SLOTS:
         add("it has another key", keyK, {KEY_J}, xControl, false);
         add("it has one of the two keys of a code", keyF13OrPrint, {KEY_F13}, xControl, false);
         add("it has both", keyF13OrPrint, {KEY_F13, KEY_SYSRQ}, xControl, true);
-        add("no keyboard has such a key", 128, {KEY_K}, xControl, false);
+        add("no keyboard has such a key", VirtualKey(128), {KEY_K}, xControl, false);
     }
     void learnsByAProbeWhatIsNotRegistered()
     {
-        QFETCH(const quint32, keyCode);
+        QFETCH(const VirtualKey, key);
         QFETCH(const QList<int>, rivals);
         QFETCH(const quint16, modifiers);
         Desk desk;
         Keyboard rival;
-        for (const int key : rivals)
-            rival.grab(key, modifiers);
-        QTEST(desk.isHeldElsewhere(keyCode), "isHeld");
+        for (const int rivalKey : rivals)
+            rival.grab(rivalKey, modifiers);
+        QTEST(desk.isHeldElsewhere(key), "isHeld");
     }
 
     void tellsOfAnAnswerThatIsNews()

@@ -5,14 +5,14 @@
 
 namespace
 {
-constexpr AutoRepeatFilter::Key k = 45;
-constexpr AutoRepeatFilter::Key j = 44;
+constexpr XKeycode k{45};
+constexpr XKeycode j{44};
 
 // What can happen to a key, in the words of the server. Each "down" has a number.
 struct Down {
     int number;
     KeyDown down = KeyDown::pressOrRepeat;
-    AutoRepeatFilter::Key key = k;
+    XKeycode key = k;
 };
 Down press(int number)
 {
@@ -23,21 +23,23 @@ Down repeat(int number)
     return {number, KeyDown::repeat};
 }
 struct Release {
-    AutoRepeatFilter::Key key = k;
+    XKeycode key = k;
 };
 struct SeenDown {
-    QList<AutoRepeatFilter::Key> keys;
+    QList<XKeycode> keys;
 };
 struct GrabbedWhileDown {
-    AutoRepeatFilter::Key key = k;
+    XKeycode key = k;
 };
 using Event = std::variant<Down, Release, SeenDown, GrabbedWhileDown>;
 
-AutoRepeatFilter::KeyMap keyMap(const QList<AutoRepeatFilter::Key> &keys)
+AutoRepeatFilter::KeyMap keyMap(const QList<XKeycode> &keys)
 {
     AutoRepeatFilter::KeyMap map{};
-    for (const auto key : keys)
-        map[key / 8] = quint8(map[key / 8] | (1 << (key % 8)));
+    for (const auto key : keys) {
+        const auto bit = quint8(key);
+        map[bit / 8] = quint8(map[bit / 8] | (1 << (bit % 8)));
+    }
     return map;
 }
 

@@ -37,8 +37,8 @@ private Q_SLOTS:
         QFETCH(const quint32, keyCode);
         QList<int> evdevCodes;
         QStringList xkbNames;
-        for (const auto &key : KeyCodes::physicalKeys(keyCode)) {
-            evdevCodes << key.evdevCode;
+        for (const auto &key : KeyCodes::physicalKeys(VirtualKey(keyCode))) {
+            evdevCodes << int(key.evdevCode);
             xkbNames << QString::fromLatin1(key.xkbName);
         }
         QTEST(evdevCodes, "evdevCodes");
@@ -49,23 +49,23 @@ private Q_SLOTS:
     {
         const QList<qint64> named = KeyboardShortcuts::keyNames().keys();
         for (const qint64 keyCode : named)
-            QVERIFY2(!KeyCodes::physicalKeys(quint32(keyCode)).isEmpty(),
+            QVERIFY2(!KeyCodes::physicalKeys(VirtualKey(keyCode)).isEmpty(),
                      QByteArray::number(keyCode).constData());
     }
 
     void knowsTheCodeOfAKey()
     {
-        QCOMPARE(KeyCodes::keyCode(KEY_A), quint16(0));
-        QCOMPARE(KeyCodes::keyCode(KEY_SYSRQ), quint16(105));
-        QCOMPARE(KeyCodes::keyCode(KEY_CALC), std::nullopt);
-        QCOMPARE(KeyCodes::keyCode(4294967295), std::nullopt);
+        QCOMPARE(KeyCodes::virtualKey(EvdevCode(KEY_A)), VirtualKey(0));
+        QCOMPARE(KeyCodes::virtualKey(EvdevCode(KEY_SYSRQ)), VirtualKey(105));
+        QCOMPARE(KeyCodes::virtualKey(EvdevCode(KEY_CALC)), std::nullopt);
+        QCOMPARE(KeyCodes::virtualKey(EvdevCode(4294967295)), std::nullopt);
     }
 
     void givesEachKeyOneCodeOnly()
     {
-        QSet<quint16> seen;
+        QSet<EvdevCode> seen;
         for (quint32 keyCode = 0; keyCode < 256; ++keyCode) {
-            for (const auto &key : KeyCodes::physicalKeys(keyCode)) {
+            for (const auto &key : KeyCodes::physicalKeys(VirtualKey(keyCode))) {
                 QVERIFY2(!seen.contains(key.evdevCode), key.xkbName);
                 seen.insert(key.evdevCode);
             }

@@ -179,17 +179,17 @@ private Q_SLOTS:
         QCOMPARE(desk.resolve(shortcut), QList{hotkey});
     }
 
-    void findsAKeyByItsPlaceInAnyLayout()
+    void findsAKeyByItsKeyCodeInAnyLayout()
     {
         Desk desk(layoutKeys("de"));
-        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = 49})),
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = XKeycode(49)})),
                  QList{keyBeside1});
     }
 
-    void leavesOutAPlaceWithoutAVirtualKeyCode()
+    void leavesOutAKeyCodeWithoutAVirtualKeyCode()
     {
         Desk desk;
-        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = 255})),
+        QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = XKeycode(255)})),
                  QList<qint64>());
     }
 

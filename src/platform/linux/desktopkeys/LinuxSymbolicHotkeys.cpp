@@ -12,15 +12,15 @@ constexpr auto settlingTime = 300ms;
 /// One for each key that the accelerator may be pressed with.
 QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
 {
-    if (accelerator.keysym == 0) {
-        const auto code = keys.virtualKeyCode(accelerator.keycode);
-        return code ? QList<SymbolicHotkey>{{*code, accelerator.modifiers, true}}
-                    : QList<SymbolicHotkey>();
+    if (accelerator.keycode) {
+        const auto key = keys.virtualKey(*accelerator.keycode);
+        return key ? QList<SymbolicHotkey>{{qint64(*key), accelerator.modifiers, true}}
+                   : QList<SymbolicHotkey>();
     }
     QList<SymbolicHotkey> found;
     for (const LayoutKeys::Key &key : keys.keysWithKeysym(accelerator.keysym)) {
         const bool needsShift = accelerator.impliesShift && key.needsShift;
-        found.append({key.virtualKeyCode,
+        found.append({qint64(key.virtualKey),
                       needsShift ? accelerator.modifiers | shiftEventFlag : accelerator.modifiers,
                       true});
     }
@@ -58,7 +58,7 @@ std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
 
 bool LinuxSymbolicHotkeys::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
 {
-    return m_grabProbe && m_grabProbe->isHeldElsewhere(keyCode, modifiers);
+    return m_grabProbe && m_grabProbe->isHeldElsewhere(VirtualKey(keyCode), modifiers);
 }
 
 void LinuxSymbolicHotkeys::refresh()

@@ -2,19 +2,20 @@
 
 namespace
 {
-bool isDown(AutoRepeatFilter::Key key, const AutoRepeatFilter::KeyMap &map)
+bool isDown(XKeycode key, const AutoRepeatFilter::KeyMap &map)
 {
-    return map[key / 8] & (1 << (key % 8));
+    const auto bit = quint8(key);
+    return map[bit / 8] & (1 << (bit % 8));
 }
 } // namespace
 
-bool AutoRepeatFilter::isFresh(Key key, KeyDown down)
+bool AutoRepeatFilter::isFresh(XKeycode key, KeyDown down)
 {
     const bool wasHeld = !m_heldKeys.insert(key).second;
     return down == KeyDown::press || !wasHeld;
 }
 
-bool AutoRepeatFilter::markIfDown(Key key, const KeyMap &map)
+bool AutoRepeatFilter::markIfDown(XKeycode key, const KeyMap &map)
 {
     const bool isDownNow = isDown(key, map);
     if (isDownNow)
@@ -24,5 +25,5 @@ bool AutoRepeatFilter::markIfDown(Key key, const KeyMap &map)
 
 void AutoRepeatFilter::releaseAllUp(const KeyMap &map)
 {
-    std::erase_if(m_heldKeys, [&map](Key key) { return !isDown(key, map); });
+    std::erase_if(m_heldKeys, [&map](XKeycode key) { return !isDown(key, map); });
 }

@@ -1,6 +1,8 @@
 // Tells a fresh press of a key from the automatic repeats of a held one.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QtGlobal>
 #include <array>
 #include <set>
@@ -18,26 +20,25 @@ enum class KeyDown {
 class AutoRepeatFilter
 {
 public:
-    using Key = quint8;
     /// One bit for each key, as XQueryKeymap has it.
     using KeyMap = std::array<quint8, 32>;
 
     /// Notes a "down". True for a press that the user made, and for the first "down" of a hold that
     /// began unseen.
-    bool isFresh(Key key, KeyDown down);
+    bool isFresh(XKeycode key, KeyDown down);
 
     /// A key that is already down when its grab is made: what follows are repeats. True if it is.
-    bool markIfDown(Key key, const KeyMap &map);
+    bool markIfDown(XKeycode key, const KeyMap &map);
 
     /// The user let the key go.
-    void released(Key key) { m_heldKeys.erase(key); }
+    void released(XKeycode key) { m_heldKeys.erase(key); }
 
     /// Notes which of the held keys are not down any more.
     void releaseAllUp(const KeyMap &map);
 
-    bool isHeld(Key key) const { return m_heldKeys.contains(key); }
+    bool isHeld(XKeycode key) const { return m_heldKeys.contains(key); }
     bool hasHeldKeys() const { return !m_heldKeys.empty(); }
 
 private:
-    std::set<Key> m_heldKeys;
+    std::set<XKeycode> m_heldKeys;
 };

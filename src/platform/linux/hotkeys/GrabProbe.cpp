@@ -8,10 +8,10 @@ GrabProbe::GrabProbe(X11HotkeyService &service)
     connect(&service, &X11HotkeyService::refusalsChanged, this, &GrabProbe::changed);
 }
 
-bool GrabProbe::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
+bool GrabProbe::isHeldElsewhere(VirtualKey key, quint32 modifiers)
 {
-    const KeyCombination combination{keyCode, modifiers};
-    if (const auto isRefused = m_service.isRefused(keyCode, modifiers)) {
+    const KeyCombination combination{key, modifiers};
+    if (const auto isRefused = m_service.isRefused(key, modifiers)) {
         // Until a probe knows better, should the registration end.
         m_answers.insert_or_assign(combination, Answer{*isRefused, false});
         return *isRefused;
@@ -40,7 +40,7 @@ void GrabProbe::probe()
 {
     // Some may have been registered meanwhile, and their registration tells then.
     std::erase_if(m_questions, [this](const KeyCombination &combination) {
-        return m_service.isRefused(combination.keyCode, combination.modifiers).has_value();
+        return m_service.isRefused(combination.key, combination.modifiers).has_value();
     });
     const auto held = m_service.probe(m_questions);
     bool hasNews = false;

@@ -19,7 +19,7 @@ public:
     explicit GrabProbe(X11HotkeyService &service);
 
     /// As far as is known by now.
-    bool isHeldElsewhere(quint32 keyCode, quint32 modifiers);
+    bool isHeldElsewhere(VirtualKey key, quint32 modifiers);
 
     /// What is known may be out of date: asks for refused registrations once more, and probes
     /// again what is asked for from now on.

@@ -38,11 +38,11 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
     auto *const connection = m_connection.get();
     const auto root = m_connection.root();
     for (const KeyGrab &grab : difference.toRelease) {
-        xcb_ungrab_key(connection, grab.key, root, grab.modifiers);
+        xcb_ungrab_key(connection, xcb_keycode_t(grab.key), root, grab.modifiers);
         m_held.erase(grab);
         if (m_tellingRepeats.erase(grab) > 0) {
             const uint32_t modifiers = grab.modifiers;
-            xcb_input_xi_passive_ungrab_device(connection, root, grab.key, allKeyboards, 1,
+            xcb_input_xi_passive_ungrab_device(connection, root, quint32(grab.key), allKeyboards, 1,
                                                XCB_INPUT_GRAB_TYPE_KEYCODE, &modifiers);
         }
     }
@@ -67,7 +67,8 @@ std::set<KeyGrab> KeyGrabs::probe(const std::set<KeyGrab> &grabs) const
     for (const KeyGrab &grab : probed) {
         requests.push_back(request(grab));
         // Does nothing where the grab was refused.
-        xcb_ungrab_key(m_connection.get(), grab.key, m_connection.root(), grab.modifiers);
+        xcb_ungrab_key(m_connection.get(), xcb_keycode_t(grab.key), m_connection.root(),
+                       grab.modifiers);
     }
 
     std::set<KeyGrab> refused;
@@ -92,7 +93,7 @@ void KeyGrabs::tellRepeats(const KeyGrab &grab)
     xcb_discard_reply(m_connection.get(),
                       xcb_input_xi_passive_grab_device(
                           m_connection.get(), XCB_CURRENT_TIME, m_connection.root(), XCB_NONE,
-                          grab.key, allKeyboards, 1, 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
+                          quint32(grab.key), allKeyboards, 1, 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
                           XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
                           XCB_INPUT_GRAB_OWNER_NO_OWNER, &events, &modifiers)
                           .sequence);
@@ -102,7 +103,8 @@ xcb_void_cookie_t KeyGrabs::request(const KeyGrab &grab) const
 {
     // Asynchronous: a synchronous grab would freeze the keyboard if we hung.
     return xcb_grab_key_checked(m_connection.get(), reportToUsOnly, m_connection.root(),
-                                grab.modifiers, grab.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                                grab.modifiers, xcb_keycode_t(grab.key), XCB_GRAB_MODE_ASYNC,
+                                XCB_GRAB_MODE_ASYNC);
 }
 
 bool KeyGrabs::isRefused(xcb_void_cookie_t request) const

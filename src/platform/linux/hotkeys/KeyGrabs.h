@@ -1,6 +1,8 @@
 // The passive key grabs that we hold at the X server.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QtGlobal>
 #include <compare>
 #include <set>
@@ -11,7 +13,7 @@ class X11Connection;
 
 /// A key with the exact modifier state that it is grabbed with, lock modifiers included.
 struct KeyGrab {
-    xcb_keycode_t key;
+    XKeycode key;
     quint16 modifiers;
 
     auto operator<=>(const KeyGrab &) const = default;

@@ -72,12 +72,13 @@ void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
 std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
                                                              HotkeyId id)
 {
-    if (KeyCodes::physicalKeys(keyCode).isEmpty())
+    const VirtualKey key{keyCode};
+    if (KeyCodes::physicalKeys(key).isEmpty())
         return std::nullopt;
-    const KeyCombination combination{keyCode, modifiers & allModifiers};
+    const KeyCombination combination{key, modifiers & allModifiers};
     Registered &registered = m_registered[combination];
     // All of them, so that the next flush asks for those that were refused too.
-    registered.keys = m_keyboard.keys(keyCode);
+    registered.keys = m_keyboard.keys(key);
     registered.isRefused = false;
 
     const quint64 token = ++m_lastToken;
@@ -143,9 +144,9 @@ void X11HotkeyService::flush()
     }
 }
 
-std::optional<bool> X11HotkeyService::isRefused(quint32 keyCode, quint32 modifiers) const
+std::optional<bool> X11HotkeyService::isRefused(VirtualKey key, quint32 modifiers) const
 {
-    const KeyCombination combination{keyCode, modifiers & allModifiers};
+    const KeyCombination combination{key, modifiers & allModifiers};
     const auto found = m_registered.find(combination);
     if (found == m_registered.cend()
         || std::ranges::none_of(found->second.claims,
@@ -164,7 +165,7 @@ void X11HotkeyService::retryRefused()
     flush();
 }
 
-QList<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination, xcb_keycode_t key) const
+QList<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination, XKeycode key) const
 {
     QList<KeyGrab> grabs;
     if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
@@ -178,7 +179,7 @@ std::set<KeyGrab> X11HotkeyService::wantedGrabs() const
 {
     std::set<KeyGrab> wanted;
     for (const auto &[combination, registered] : m_registered) {
-        for (const xcb_keycode_t key : registered.keys) {
+        for (const XKeycode key : registered.keys) {
             for (const KeyGrab &grab : grabsOf(combination, key))
                 wanted.insert(grab);
         }
@@ -191,11 +192,11 @@ void X11HotkeyService::releaseRefused(const std::set<KeyGrab> &refused)
     if (refused.empty())
         return;
     for (auto &[combination, registered] : m_registered) {
-        const auto grabs = [&combination = combination, this](xcb_keycode_t key) {
+        const auto grabs = [&combination = combination, this](XKeycode key) {
             return grabsOf(combination, key);
         };
         const auto removed = registered.keys.removeIf(
-            [&](xcb_keycode_t key) { return containsAny(refused, grabs(key)); });
+            [&](XKeycode key) { return containsAny(refused, grabs(key)); });
         if (removed > 0)
             registered.isRefused = registered.keys.isEmpty();
     }
@@ -217,7 +218,7 @@ std::set<KeyCombination> X11HotkeyService::probe(const std::set<KeyCombination> 
 {
     std::set<KeyGrab> grabs;
     for (const KeyCombination &combination : combinations) {
-        for (const xcb_keycode_t key : m_keyboard.keys(combination.keyCode)) {
+        for (const XKeycode key : m_keyboard.keys(combination.key)) {
             for (const KeyGrab &grab : grabsOf(combination, key))
                 grabs.insert(grab);
         }
@@ -226,14 +227,14 @@ std::set<KeyCombination> X11HotkeyService::probe(const std::set<KeyCombination> 
     drain();
 
     std::set<KeyCombination> refusedCombinations;
-    std::ranges::copy_if(
-        combinations, std::inserter(refusedCombinations, refusedCombinations.end()),
-        [&](const KeyCombination &combination) {
-            const auto keys = m_keyboard.keys(combination.keyCode);
-            return !keys.isEmpty() && std::ranges::all_of(keys, [&](xcb_keycode_t key) {
-                return containsAny(refused, grabsOf(combination, key));
-            });
-        });
+    std::ranges::copy_if(combinations,
+                         std::inserter(refusedCombinations, refusedCombinations.end()),
+                         [&](const KeyCombination &combination) {
+                             const auto keys = m_keyboard.keys(combination.key);
+                             return !keys.isEmpty() && std::ranges::all_of(keys, [&](XKeycode key) {
+                                 return containsAny(refused, grabsOf(combination, key));
+                             });
+                         });
     return refusedCombinations;
 }
 
@@ -242,7 +243,7 @@ void X11HotkeyService::updateTargets()
     m_targets.clear();
     for (const auto &[combination, registered] : m_registered) {
         if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
-            for (const xcb_keycode_t key : registered.keys)
+            for (const XKeycode key : registered.keys)
                 m_targets.insert({{key, *modifiers}, registered.claims.constFirst().id});
         }
     }
@@ -259,7 +260,7 @@ void X11HotkeyService::readKeyboard()
 void X11HotkeyService::takeKeysOfKeyboard()
 {
     for (auto &[combination, registered] : m_registered) {
-        registered.keys = m_keyboard.keys(combination.keyCode);
+        registered.keys = m_keyboard.keys(combination.key);
         registered.isRefused = false;
     }
 }

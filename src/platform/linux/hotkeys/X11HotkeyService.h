@@ -18,9 +18,9 @@
 class X11Connection;
 struct X11KeyEvent;
 
-/// A virtual key code with a mask of KeyModifier bits.
+/// A key with a mask of KeyModifier bits.
 struct KeyCombination {
-    quint32 keyCode;
+    VirtualKey key;
     quint32 modifiers;
 
     auto operator<=>(const KeyCombination &) const = default;
@@ -49,7 +49,7 @@ public:
 
     /// Whether another program held keys that are registered, at the last flush; nothing if they
     /// are not registered.
-    std::optional<bool> isRefused(quint32 keyCode, quint32 modifiers) const;
+    std::optional<bool> isRefused(VirtualKey key, quint32 modifiers) const;
 
     /// Asks for what was refused once more.
     void retryRefused();
@@ -83,7 +83,7 @@ private:
         /// Never empty. The first is live.
         QList<Claim> claims;
         /// Where the key is on the present keyboard, less what another program holds.
-        QList<xcb_keycode_t> keys;
+        QList<XKeycode> keys;
         /// Another program holds them all.
         bool isRefused = false;
     };
@@ -100,7 +100,7 @@ private:
     void scheduleFlush();
     void dropEndedClaims();
     /// One for each mix of the lock modifiers; none while the keyboard lacks a modifier.
-    QList<KeyGrab> grabsOf(const KeyCombination &combination, xcb_keycode_t key) const;
+    QList<KeyGrab> grabsOf(const KeyCombination &combination, XKeycode key) const;
     std::set<KeyGrab> wantedGrabs() const;
     std::set<KeyCombination> refusedCombinations() const;
     void releaseRefused(const std::set<KeyGrab> &refused);

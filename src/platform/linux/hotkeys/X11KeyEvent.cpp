@@ -13,12 +13,12 @@ const Event &as(const xcb_generic_event_t &event)
 /// Presses and releases have the same form, here and in XInput 2.
 X11KeyEvent coreEvent(const xcb_key_press_event_t &event, std::optional<KeyDown> down)
 {
-    return {.key = event.detail, .state = event.state, .time = event.time, .down = down};
+    return {.key = XKeycode(event.detail), .state = event.state, .time = event.time, .down = down};
 }
 
 X11KeyEvent xInputEvent(const xcb_input_key_press_event_t &event, std::optional<KeyDown> down)
 {
-    return {.key = xcb_keycode_t(event.detail),
+    return {.key = XKeycode(event.detail),
             .state = quint16(event.mods.effective),
             .time = event.time,
             .down = down,

@@ -9,7 +9,7 @@
 
 /// The event of a core grab or of an XInput 2 grab.
 struct X11KeyEvent {
-    xcb_keycode_t key;
+    XKeycode key;
     /// The modifiers, and with a core grab more than those.
     quint16 state;
     /// The server's, in ms. It may wrap.

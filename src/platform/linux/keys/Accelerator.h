@@ -1,6 +1,8 @@
 // A key combination as desktops keep it in their settings.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QtGlobal>
 #include <optional>
 
@@ -11,10 +13,10 @@ class QString;
 struct Accelerator {
     /// An OR of EventFlag bits.
     quint32 modifiers = 0;
-    /// A keysym of XKB in its lower case; 0 if the key code is given.
+    /// A keysym of XKB in its lower case; 0 if there is a key code.
     quint32 keysym = 0;
-    /// An X key code (Linux's event code and 8); 0 if the keysym is given.
-    quint32 keycode = 0;
+    /// Nothing if there is a keysym.
+    std::optional<XKeycode> keycode = {};
     /// Whether Shift goes without saying where a layout has the keysym on a key's second level.
     bool impliesShift = false;
 

@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The X key code of the key above Tab, which desktops do not name by a keysym.
-constexpr quint32 aboveTab = 49;
+/// The key above Tab, which desktops do not name by a keysym.
+constexpr XKeycode aboveTab{49};
 
 constexpr struct {
     QLatin1StringView name;
@@ -66,12 +66,14 @@ quint32 keysymNamed(const QByteArray &name)
     return keysym == XKB_KEY_VoidSymbol ? 0 : xkb_keysym_to_lower(keysym);
 }
 
-/// Zero if the text gives no key code.
-quint32 keycodeNamed(const QByteArray &name)
+/// Nothing if the text gives no key code.
+std::optional<XKeycode> keycodeNamed(const QByteArray &name)
 {
     bool isNumber = false;
-    const uint keycode = name.toUInt(&isNumber, 16);
-    return isNumber && keycode <= 255 ? keycode : 0;
+    const uint number = name.toUInt(&isNumber, 16);
+    if (!isNumber || number == 0 || number > 255)
+        return std::nullopt;
+    return XKeycode(number);
 }
 } // namespace
 

@@ -1,8 +1,9 @@
 // Which key of a Linux keyboard a virtual key code means.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QList>
-#include <QtGlobal>
 #include <optional>
 #include <span>
 
@@ -10,23 +11,20 @@ namespace KeyCodes
 {
 
 struct PhysicalKey {
-    quint32 keyCode;
-    quint16 evdevCode;
+    VirtualKey virtualKey;
+    EvdevCode evdevCode;
     /// The key's name in XKB key maps, at most four characters.
     const char *xkbName;
 };
-
-/// What Linux's event codes are moved by wherever X servers and Wayland use them.
-constexpr quint32 evdevOffset = 8;
 
 /// All keys that have a virtual key code.
 std::span<const PhysicalKey> allKeys();
 
 /// One key as a rule; two where a PC's Print, Scroll Lock and Pause stand for F13 to F15; none
-/// for a code that no key has.
-QList<PhysicalKey> physicalKeys(quint32 keyCode);
+/// for a number that no key has.
+QList<PhysicalKey> physicalKeys(VirtualKey key);
 
-/// The virtual key code of Linux's event code; nothing if that key has none.
-std::optional<quint16> keyCode(quint32 evdevCode);
+/// Nothing if the key has no virtual key code.
+std::optional<VirtualKey> virtualKey(EvdevCode code);
 
 } // namespace KeyCodes

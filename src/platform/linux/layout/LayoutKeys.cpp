@@ -16,24 +16,24 @@ LayoutKeys::LayoutKeys(xkb_keymap *keymap, quint32 layout)
         const xkb_keycode_t keycode = xkb_keymap_key_by_name(keymap, key.xkbName);
         if (keycode == XKB_KEYCODE_INVALID)
             continue;
-        m_byKeycode.insert(keycode, quint16(key.keyCode));
-        add(keymap, layout, keycode, quint16(key.keyCode));
+        m_byKeycode.insert(XKeycode(keycode), key.virtualKey);
+        add(keymap, layout, XKeycode(keycode), key.virtualKey);
     }
 }
 
-void LayoutKeys::add(xkb_keymap *keymap, quint32 layout, quint32 keycode, quint16 virtualKeyCode)
+void LayoutKeys::add(xkb_keymap *keymap, quint32 layout, XKeycode keycode, VirtualKey virtualKey)
 {
-    const auto layouts = xkb_keymap_num_layouts_for_key(keymap, keycode);
+    const auto key = xkb_keycode_t(keycode);
+    const auto layouts = xkb_keymap_num_layouts_for_key(keymap, key);
     for (quint32 i = 0; i < layouts; ++i) {
         // A key may have fewer layouts than the keyboard; that in use is then one of its own.
         const quint32 layoutOfKey = (layout + i) % layouts;
-        const auto levels = xkb_keymap_num_levels_for_key(keymap, keycode, layoutOfKey);
+        const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layoutOfKey);
         for (xkb_level_index_t level = 0; level < levels; ++level) {
             const xkb_keysym_t *keysyms = nullptr;
             // No shortcut means a key that gives several keysyms at once.
-            if (xkb_keymap_key_get_syms_by_level(keymap, keycode, layoutOfKey, level, &keysyms)
-                == 1)
-                add(keysyms[0], {i, level, {{virtualKeyCode, level == shiftLevel}}});
+            if (xkb_keymap_key_get_syms_by_level(keymap, key, layoutOfKey, level, &keysyms) == 1)
+                add(keysyms[0], {i, level, {{virtualKey, level == shiftLevel}}});
         }
     }
 }
@@ -48,7 +48,7 @@ void LayoutKeys::add(quint32 keysym, const Found &found)
         former->keys += found.keys;
 }
 
-std::optional<quint16> LayoutKeys::virtualKeyCode(quint32 keycode) const
+std::optional<VirtualKey> LayoutKeys::virtualKey(XKeycode keycode) const
 {
     const auto found = m_byKeycode.constFind(keycode);
     if (found == m_byKeycode.cend())

@@ -1,6 +1,8 @@
 // Which physical keys have a keysym in the user's keyboard layout.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QHash>
 #include <QList>
 #include <QtGlobal>
@@ -18,7 +20,7 @@ public:
     LayoutKeys(xkb_keymap *keymap, quint32 layout);
 
     struct Key {
-        quint16 virtualKeyCode;
+        VirtualKey virtualKey;
         /// Whether the layout has the keysym where Shift is held.
         bool needsShift;
 
@@ -29,8 +31,8 @@ public:
     /// has it at all, and there on the lowest level that does. Only keys with virtual key codes.
     QList<Key> keysWithKeysym(quint32 keysym) const { return m_byKeysym.value(keysym).keys; }
 
-    /// The virtual key code of an X key code; nothing if that key has none.
-    std::optional<quint16> virtualKeyCode(quint32 keycode) const;
+    /// Nothing if the key has no virtual key code.
+    std::optional<VirtualKey> virtualKey(XKeycode keycode) const;
 
     bool operator==(const LayoutKeys &) const = default;
 
@@ -44,9 +46,9 @@ private:
         bool operator==(const Found &) const = default;
     };
 
-    void add(xkb_keymap *keymap, quint32 layout, quint32 keycode, quint16 virtualKeyCode);
+    void add(xkb_keymap *keymap, quint32 layout, XKeycode keycode, VirtualKey virtualKey);
     void add(quint32 keysym, const Found &found);
 
     QHash<quint32, Found> m_byKeysym;
-    QHash<quint32, quint16> m_byKeycode;
+    QHash<XKeycode, VirtualKey> m_byKeycode;
 };

@@ -5,6 +5,14 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+namespace
+{
+XKeycode keycode(const QKeyEvent &event)
+{
+    return XKeycode(event.nativeScanCode());
+}
+} // namespace
+
 bool HeldKeyRepeatFilter::follow(const QKeyEvent &event)
 {
     if (event.type() == QEvent::KeyRelease) {
@@ -13,7 +21,7 @@ bool HeldKeyRepeatFilter::follow(const QKeyEvent &event)
         return false;
     }
     const bool isFresh = !event.isAutoRepeat() && !isMisjudgedRepeat(event);
-    m_keys.insert(event.nativeScanCode(), event.key());
+    m_keys.insert(keycode(event), event.key());
     return isFresh;
 }
 
@@ -45,7 +53,7 @@ bool HeldKeyRepeatFilter::eventFilter(QObject *, QEvent *event)
 /// Whether the event still belongs to a press that the windows never saw.
 bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
 {
-    const bool isHeld = m_keys.contains(event.nativeScanCode());
+    const bool isHeld = m_keys.contains(keycode(event));
     if (event.type() == QEvent::KeyRelease) {
         follow(event);
         return isHeld;
@@ -55,7 +63,7 @@ bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
         return true;
     }
     // If it was held, its release has gone elsewhere, such as to a program in front.
-    m_keys.remove(event.nativeScanCode());
+    m_keys.remove(keycode(event));
     if (m_keys.isEmpty())
         QCoreApplication::instance()->removeEventFilter(this);
     return false;
@@ -66,12 +74,12 @@ bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
 bool HeldKeyRepeatFilter::isMisjudgedRepeat(const QKeyEvent &press) const
 {
     return m_releaseTime != 0 && press.timestamp() == m_releaseTime
-        && press.nativeScanCode() == m_releasedKey;
+        && keycode(press) == m_releasedKey;
 }
 
 void HeldKeyRepeatFilter::letGo(const QKeyEvent &event)
 {
-    m_keys.remove(event.nativeScanCode());
-    m_releasedKey = event.nativeScanCode();
+    m_keys.remove(keycode(event));
+    m_releasedKey = keycode(event);
     m_releaseTime = event.timestamp();
 }

@@ -1,6 +1,8 @@
 // Swallows the auto-repeats of keys that are still held when a recording ends.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QHash>
 #include <QObject>
 
@@ -26,9 +28,9 @@ private:
     bool isMisjudgedRepeat(const QKeyEvent &press) const;
     void letGo(const QKeyEvent &event);
 
-    /// What each key that is down types, by its scan code.
-    QHash<quint32, int> m_keys;
-    /// The last release by its scan code and its time, which is 0 for events that have none.
-    quint32 m_releasedKey = 0;
+    /// What each key that is down types.
+    QHash<XKeycode, int> m_keys;
+    /// The last release and its time, which is 0 for events that have none.
+    XKeycode m_releasedKey{};
     quint64 m_releaseTime = 0;
 };

@@ -5,14 +5,13 @@
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QKeyEvent>
-#include <limits>
 
 namespace KeyTranslation
 {
 
 namespace
 {
-constexpr quint16 escape = 53;
+constexpr VirtualKey escape{53};
 
 bool isModifier(const QKeyEvent &press)
 {
@@ -38,24 +37,20 @@ bool isModifier(const QKeyEvent &press)
     return (keysym >= 0xfe01 && keysym <= 0xfe13) || keysym == 0xffe6;
 }
 
-std::optional<quint16> keyCode(quint32 scanCode, const X11Keyboard *keyboard)
+std::optional<VirtualKey> virtualKey(XKeycode keycode, const X11Keyboard *keyboard)
 {
-    if (!keyboard)
-        return KeyCodes::keyCode(scanCode - KeyCodes::evdevOffset);
-    if (scanCode > std::numeric_limits<xcb_keycode_t>::max())
-        return std::nullopt;
-    return keyboard->virtualKeyCode(xcb_keycode_t(scanCode));
+    return keyboard ? keyboard->virtualKey(keycode) : KeyCodes::virtualKey(evdevCode(keycode));
 }
 } // namespace
 
 std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
 {
-    const auto code = keyCode(press.nativeScanCode(), keyboard);
+    const auto key = virtualKey(XKeycode(press.nativeScanCode()), keyboard);
     // Escape is the way out, whatever the user's layout makes of that key.
-    if (!code || (isModifier(press) && *code != escape))
+    if (!key || (isModifier(press) && *key != escape))
         return std::nullopt;
     // Qt's own modifiers would depend on the layout where the server's are known.
-    return KeyEvent{*code,
+    return KeyEvent{quint16(*key),
                     keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
                              : Modifiers::eventFlags(press.modifiers())};
 }

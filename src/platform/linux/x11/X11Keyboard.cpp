@@ -88,18 +88,19 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
 {
     auto *const connection = server.get();
     X11Keyboard keyboard;
-    keyboard.m_firstKey = xcb_get_setup(connection)->min_keycode;
-    keyboard.m_lastKey = xcb_get_setup(connection)->max_keycode;
+    const xcb_keycode_t first = xcb_get_setup(connection)->min_keycode;
+    const xcb_keycode_t last = xcb_get_setup(connection)->max_keycode;
+    keyboard.m_firstKey = XKeycode(first);
+    keyboard.m_lastKey = XKeycode(last);
 
     const auto names =
         xcb_xkb_get_names(connection, XCB_XKB_ID_USE_CORE_KBD,
                           XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES);
     const auto modifiers = xcb_get_modifier_mapping(connection);
-    const auto keysyms = xcb_get_keyboard_mapping(
-        connection, keyboard.m_firstKey, quint8(keyboard.m_lastKey - keyboard.m_firstKey + 1));
+    const auto keysyms = xcb_get_keyboard_mapping(connection, first, quint8(last - first + 1));
 
     keyboard.readKeyNames(connection, names.sequence);
-    keyboard.findVirtualKeyCodes();
+    keyboard.findVirtualKeys();
     keyboard.readModifiers(connection, modifiers.sequence, keysyms.sequence);
     return keyboard;
 }
@@ -116,19 +117,21 @@ void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequen
                                         reply->nKeys, reply->nKeyAliases, reply->nRadioGroups,
                                         reply->which, &lists);
     for (int i = 0; i < reply->nKeys; ++i)
-        m_keysByName.insert(keyName(lists.keyNames[i].name), xcb_keycode_t(reply->firstKey + i));
+        m_keysByName.insert(keyName(lists.keyNames[i].name),
+                            XKeycode(xcb_keycode_t(reply->firstKey + i)));
     for (int i = 0; i < reply->nKeyAliases; ++i) {
         // A copy: inserting may move what the hash holds. No key has the code 0.
-        if (const xcb_keycode_t real = m_keysByName.value(keyName(lists.keyAliases[i].real)))
+        const XKeycode real = m_keysByName.value(keyName(lists.keyAliases[i].real));
+        if (real != XKeycode())
             m_keysByName.insert(keyName(lists.keyAliases[i].alias), real);
     }
 }
 
-void X11Keyboard::findVirtualKeyCodes()
+void X11Keyboard::findVirtualKeys()
 {
     for (const KeyCodes::PhysicalKey &key : KeyCodes::allKeys()) {
         if (const auto found = find(key))
-            m_virtualKeyCodes[*found] = quint16(key.keyCode);
+            m_virtualKeys[size_t(*found)] = key.virtualKey;
     }
 }
 
@@ -141,7 +144,7 @@ void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSe
         xcb_get_keyboard_mapping_reply(connection, {keysSequence}, nullptr));
     if (!modifiers || !keysyms)
         return;
-    const ModifierMap map(modifiers.get(), keysyms.get(), m_firstKey);
+    const ModifierMap map(modifiers.get(), keysyms.get(), xcb_keycode_t(m_firstKey));
     m_command = firstOf(map.bitOf(superLeft), map.bitOf(superRight));
     m_option = firstOf(map.bitOf(altLeft), map.bitOf(altRight));
     m_locks = quint16(map.bitOf(numLock) | map.bitOf(scrollLock));
@@ -150,24 +153,30 @@ void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSe
     m_locks &= quint16(~(m_command | m_option));
 }
 
-std::optional<xcb_keycode_t> X11Keyboard::find(const KeyCodes::PhysicalKey &key) const
+std::optional<XKeycode> X11Keyboard::find(const KeyCodes::PhysicalKey &key) const
 {
     if (const auto byName = m_keysByName.constFind(key.xkbName); byName != m_keysByName.cend())
         return *byName;
-    const quint32 byNumber = key.evdevCode + KeyCodes::evdevOffset;
+    const XKeycode byNumber = xKeycode(key.evdevCode);
     if (m_keysByName.isEmpty() && byNumber >= m_firstKey && byNumber <= m_lastKey)
-        return xcb_keycode_t(byNumber);
+        return byNumber;
     return std::nullopt;
 }
 
-QList<xcb_keycode_t> X11Keyboard::keys(quint32 virtualKeyCode) const
+QList<XKeycode> X11Keyboard::keys(VirtualKey virtualKey) const
 {
-    QList<xcb_keycode_t> found;
-    for (const KeyCodes::PhysicalKey &key : KeyCodes::physicalKeys(virtualKeyCode)) {
+    QList<XKeycode> found;
+    for (const KeyCodes::PhysicalKey &key : KeyCodes::physicalKeys(virtualKey)) {
         if (const auto keycode = find(key))
             found.append(*keycode);
     }
     return found;
+}
+
+std::optional<VirtualKey> X11Keyboard::virtualKey(XKeycode key) const
+{
+    const auto index = size_t(key);
+    return index < m_virtualKeys.size() ? m_virtualKeys[index] : std::nullopt;
 }
 
 std::optional<quint16> X11Keyboard::modifiers(quint32 mask) const

@@ -2,6 +2,8 @@
 // has.
 #pragma once
 
+#include "platform/linux/keys/KeyNumbers.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -25,14 +27,11 @@ public:
     /// One round trip.
     static X11Keyboard read(const X11Connection &connection);
 
-    /// The X key codes of a virtual key code; none if this keyboard has no such key.
-    QList<xcb_keycode_t> keys(quint32 virtualKeyCode) const;
+    /// None if this keyboard has no such key.
+    QList<XKeycode> keys(VirtualKey virtualKey) const;
 
-    /// The virtual key code of an X key code; nothing if that key has none.
-    std::optional<quint16> virtualKeyCode(xcb_keycode_t key) const
-    {
-        return m_virtualKeyCodes[key];
-    }
+    /// Nothing if the key has no virtual key code, or if the server has no such key.
+    std::optional<VirtualKey> virtualKey(XKeycode key) const;
 
     /// The X modifier bits of a mask of KeyModifier bits, other bits aside;
     /// nothing if this keyboard lacks one of the modifiers.
@@ -50,16 +49,16 @@ public:
 
 private:
     void readKeyNames(xcb_connection_t *connection, unsigned int sequence);
-    void findVirtualKeyCodes();
+    void findVirtualKeys();
     void readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
                        unsigned int keysSequence);
 
-    std::optional<xcb_keycode_t> find(const KeyCodes::PhysicalKey &key) const;
+    std::optional<XKeycode> find(const KeyCodes::PhysicalKey &key) const;
 
-    QHash<QByteArray, xcb_keycode_t> m_keysByName;
-    std::array<std::optional<quint16>, 256> m_virtualKeyCodes;
-    xcb_keycode_t m_firstKey = 0;
-    xcb_keycode_t m_lastKey = 0;
+    QHash<QByteArray, XKeycode> m_keysByName;
+    std::array<std::optional<VirtualKey>, 256> m_virtualKeys;
+    XKeycode m_firstKey{};
+    XKeycode m_lastKey{};
     quint16 m_command = 0;
     quint16 m_option = 0;
     quint16 m_locks = 0;
