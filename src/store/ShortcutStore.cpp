@@ -46,7 +46,7 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     : m_platform(platform)
     , m_center(center)
     , m_file(platform.applicationSupport)
-    , m_index(m_entries, platform.userDefaults)
+    , m_entriesByKeys(m_entries, platform.userDefaults)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
     , m_symbolicHotkeysObserver(
           platform.symbolicHotkeys.addObserver([this] { Q_EMIT willChange(); }))
@@ -220,7 +220,7 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
     QStringList messages;
     if (KeyboardShortcuts::isTakenBySystem(*shortcut, m_platform.symbolicHotkeys))
         messages << shortcut->description() + u" is already used by macOS. It may not work."_s;
-    for (const LaunchEntry &other : m_index.enabledEntries(*shortcut)) {
+    for (const LaunchEntry &other : m_entriesByKeys.enabledEntries(*shortcut)) {
         if (other.id == excluding)
             continue;
         const QString user = other.name.isEmpty() ? u"another entry"_s : quoted(other.name);

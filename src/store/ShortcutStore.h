@@ -6,7 +6,7 @@
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
 #include "platform/Registration.h"
-#include "store/ShortcutIndex.h"
+#include "store/EntriesByKeys.h"
 
 #include <QList>
 #include <QObject>
@@ -120,7 +120,7 @@ private:
     HotkeyCenter &m_center;
     EntriesFile m_file;
     QList<LaunchEntry> m_entries;
-    mutable ShortcutIndex m_index;
+    mutable EntriesByKeys m_entriesByKeys;
     bool m_paused;
     QList<AppError> m_errors;
     Registration m_symbolicHotkeysObserver;

@@ -11,10 +11,10 @@
 class UserDefaults;
 
 /// The list and the user defaults must outlive it.
-class ShortcutIndex
+class EntriesByKeys
 {
 public:
-    ShortcutIndex(const QList<LaunchEntry> &entries, const UserDefaults &defaults);
+    EntriesByKeys(const QList<LaunchEntry> &entries, const UserDefaults &defaults);
 
     /// The enabled entries whose stored combination is this one, in the order of the list.
     QList<LaunchEntry> enabledEntries(const KeyboardShortcuts::Shortcut &shortcut);
@@ -26,7 +26,7 @@ private:
     const QList<LaunchEntry> &m_entries;
     const UserDefaults &m_defaults;
     QHash<KeyboardShortcuts::Shortcut, QList<LaunchEntry>> m_enabled;
-    /// What the index was made of: the list, whose memory this shares until the list changes, and
+    /// What it was made of: the list, whose memory this shares until the list changes, and
     /// the revision of the user defaults.
     QList<LaunchEntry> m_indexed;
     std::optional<quint64> m_revision;

@@ -1,29 +1,29 @@
-#include "store/ShortcutIndex.h"
+#include "store/EntriesByKeys.h"
 
 #include "platform/UserDefaults.h"
 
 using namespace KeyboardShortcuts;
 
-ShortcutIndex::ShortcutIndex(const QList<LaunchEntry> &entries, const UserDefaults &defaults)
+EntriesByKeys::EntriesByKeys(const QList<LaunchEntry> &entries, const UserDefaults &defaults)
     : m_entries(entries)
     , m_defaults(defaults)
 {
 }
 
-QList<LaunchEntry> ShortcutIndex::enabledEntries(const Shortcut &shortcut)
+QList<LaunchEntry> EntriesByKeys::enabledEntries(const Shortcut &shortcut)
 {
     if (!isCurrent())
         rebuild();
     return m_enabled.value(shortcut);
 }
 
-bool ShortcutIndex::isCurrent() const
+bool EntriesByKeys::isCurrent() const
 {
     // A change of a shared list gives it memory of its own.
     return m_entries.isSharedWith(m_indexed) && m_revision == m_defaults.revision();
 }
 
-void ShortcutIndex::rebuild()
+void EntriesByKeys::rebuild()
 {
     m_indexed = m_entries;
     m_revision = m_defaults.revision();
