@@ -47,7 +47,7 @@ std::unique_ptr<QWidget> makeSettingsWindow(const Platform &platform, ShortcutSt
     setAccessibleRole(*window, QAccessible::Window);
     auto *const layout = new QVBoxLayout(window.get());
     layout->setContentsMargins({});
-    layout->addWidget(new SettingsView(store));
+    layout->addWidget(new SettingsView(platform, store));
     place(*window);
     return window;
 }

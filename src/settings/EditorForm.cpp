@@ -3,7 +3,6 @@
 #include "actions/ActionRunner.h"
 #include "foundation/Text.h"
 #include "platform/InstalledApplications.h"
-#include "platform/Platform.h"
 #include "platform/ShortcutLibrary.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
@@ -48,9 +47,12 @@ QString nameOfFile(const QString &path)
 }
 } // namespace
 
-EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
-                       std::function<void()> onClose)
+EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
+                       InstalledApplications &applications, ShortcutLibrary &shortcuts,
+                       const LaunchEntry &entry, std::function<void()> onClose)
     : m_store(store)
+    , m_applications(applications)
+    , m_shortcuts(shortcuts)
     , m_original(entry)
     , m_onClose(std::move(onClose))
     , m_draft(entry)
@@ -74,8 +76,9 @@ EditorForm::EditorForm(ShortcutStore &store, const LaunchEntry &entry,
         Row{
             spacing(8),
             text(TextStyle::body, u"Keys"_s),
-            stretched(widget(new KeyboardShortcuts::Recorder(
-                m_store, m_draft.shortcutName(), [this](const auto &keys) { keysChanged(keys); }))),
+            stretched(widget(
+                new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
+                                                [this](const auto &keys) { keysChanged(keys); }))),
         },
         announcedWarningLines(TextStyle::callout, [this] { return warnings(); }),
         tinted(
@@ -129,7 +132,7 @@ Item EditorForm::targetField()
         shownWhen([this] { return isKind(ActionKind::website); },
                   textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
         shownWhen([this] { return isKind(ActionKind::shortcut); },
-                  suggesting([this] { return m_store.platform().shortcutLibrary.names(); },
+                  suggesting([this] { return m_shortcuts.names(); },
                              textField(u"Shortcut"_s,
                                        u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
                                        draft(&LaunchEntry::target)))),
@@ -156,7 +159,7 @@ void EditorForm::choose()
     const auto use = [this](const QString &path) { chosen(path); };
     QDialog *panel = nullptr;
     if (isKind(ActionKind::app))
-        panel = new ApplicationPanel(m_store.platform().installedApplications, use, this);
+        panel = new ApplicationPanel(m_applications, use, this);
     else
         panel = new FilePanel(FilePanel::Choosable::filesAndFolders, u"Choose"_s, use, this);
     panel->setAttribute(Qt::WA_DeleteOnClose);
@@ -174,7 +177,7 @@ void EditorForm::chosen(const QString &path)
 QString EditorForm::displayName(const QString &path) const
 {
     if (isKind(ActionKind::app)) {
-        if (const auto app = m_store.platform().installedApplications.at(path))
+        if (const auto app = m_applications.at(path))
             return app->name;
     }
     return nameOfFile(path);

@@ -7,6 +7,9 @@
 #include <functional>
 #include <optional>
 
+class EventMonitor;
+class InstalledApplications;
+class ShortcutLibrary;
 class ShortcutStore;
 
 class EditorForm : public viewkit::View
@@ -15,8 +18,10 @@ class EditorForm : public viewkit::View
 
 public:
     /// For an entry of the store, or for a fresh one that is not in it yet. The callback closes the
-    /// form. The store must outlive it.
-    EditorForm(ShortcutStore &store, const LaunchEntry &entry, std::function<void()> onClose);
+    /// form. The store and the services must outlive it.
+    EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
+               InstalledApplications &applications, ShortcutLibrary &shortcuts,
+               const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
 
@@ -40,6 +45,8 @@ private:
     void finish();
 
     ShortcutStore &m_store;
+    InstalledApplications &m_applications;
+    ShortcutLibrary &m_shortcuts;
     const LaunchEntry m_original;
     const std::function<void()> m_onClose;
     LaunchEntry m_draft;

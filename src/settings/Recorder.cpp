@@ -1,7 +1,6 @@
 #include "settings/Recorder.h"
 
 #include "platform/KeyModifier.h"
-#include "platform/Platform.h"
 #include "store/ShortcutStore.h"
 
 using namespace Qt::StringLiterals;
@@ -30,9 +29,10 @@ quint32 modifierFlagsToCarbon(quint32 modifierFlags)
     return mask;
 }
 
-Recorder::Recorder(ShortcutStore &store, const Name &name,
+Recorder::Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name &name,
                    std::function<void(const std::optional<Shortcut> &)> onChange)
     : m_store(store)
+    , m_eventMonitor(eventMonitor)
     , m_name(name)
     , m_onChange(std::move(onChange))
     , m_current(store.getShortcut(name))
@@ -74,7 +74,7 @@ void Recorder::start()
 {
     m_hint = u"Esc cancels"_s;
     m_recording = true;
-    m_monitor = m_store.platform().eventMonitor.addLocalMonitorForEvents(
+    m_monitor = m_eventMonitor.addLocalMonitorForEvents(
         *this, [this](const KeyEvent &event) { handle(event); });
     invalidate();
 }

@@ -23,9 +23,9 @@ class Recorder : public viewkit::View
     Q_OBJECT
 
 public:
-    /// The callback is told of every new combination, and of a clear with nothing. The store must
-    /// outlive the recorder.
-    Recorder(ShortcutStore &store, const Name &name,
+    /// The callback is told of every new combination, and of a clear with nothing. The store and
+    /// the monitor must outlive the recorder.
+    Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name &name,
              std::function<void(const std::optional<Shortcut> &)> onChange = {});
 
 protected:
@@ -41,6 +41,7 @@ private:
     void store(const std::optional<Shortcut> &shortcut);
 
     ShortcutStore &m_store;
+    EventMonitor &m_eventMonitor;
     const Name m_name;
     const std::function<void(const std::optional<Shortcut> &)> m_onChange;
     std::optional<Shortcut> m_current;

@@ -28,9 +28,10 @@ constexpr QSize minViewSize(580, 480);
 constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
 } // namespace
 
-SettingsView::SettingsView(ShortcutStore &store)
-    : m_store(store)
-    , m_defaultsObserver(store.platform().userDefaults.addObserver([this] { invalidate(); }))
+SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
+    : m_platform(platform)
+    , m_store(store)
+    , m_defaultsObserver(platform.userDefaults.addObserver([this] { invalidate(); }))
 {
     const auto isNewUser = [this] { return !hasSeenWelcome(); };
     setBody(Column{
@@ -69,7 +70,7 @@ Item SettingsView::toolbar()
 Item SettingsView::welcomeCard()
 {
     const auto dismiss = [this] {
-        m_store.platform().userDefaults.setBoolean(DefaultsKeys::hasSeenWelcome, true);
+        m_platform.userDefaults.setBoolean(DefaultsKeys::hasSeenWelcome, true);
     };
     return Column{
         padding(12),
@@ -140,7 +141,7 @@ Item SettingsView::footer()
         Row{
             spacing(8),
             button(u"Open Notification Settings"_s,
-                   [this] { m_store.platform().systemSettings.openNotificationSettings(); }),
+                   [this] { m_platform.systemSettings.openNotificationSettings(); }),
             Spacer{},
             button(u"About"_s, [this] { openSheet(&SettingsView::m_showAbout); }),
             enabledWhen([this] { return hasEntries(); },
@@ -155,10 +156,10 @@ Item SettingsView::approvalRow()
     return Row{
         spacing(8),
         tinted(TextColor::warning,
-               text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
-        styled(TextStyle::caption,
-               button(u"Open Login Items"_s,
-                      [this] { m_store.platform().systemSettings.openLoginItems(); })),
+              text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
+        styled(
+            TextStyle::caption,
+            button(u"Open Login Items"_s, [this] { m_platform.systemSettings.openLoginItems(); })),
         Spacer{},
     };
 }
@@ -167,7 +168,9 @@ Item SettingsView::editorSheet()
 {
     const auto isEditing = [this] { return m_editing.has_value(); };
     return sheetWhen(this, isEditing, [this](QWidget *owner) {
-        auto *const form = new EditorForm(m_store, *m_editing, [this] { closeEditor(); });
+        auto *const form =
+            new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
+                           m_platform.shortcutLibrary, *m_editing, [this] { closeEditor(); });
         return new Sheet(
             form->title(), form, [form] { form->cancel(); }, owner);
     });
@@ -354,7 +357,7 @@ void SettingsView::open(FilePanel::Choosable choosable, const QString &title,
 
 void SettingsView::refreshLoginState()
 {
-    const LoginItemStatus status = m_store.platform().loginItem.status();
+    const LoginItemStatus status = m_platform.loginItem.status();
     m_launchAtLogin = status == LoginItemStatus::enabled;
     m_loginNeedsApproval = status == LoginItemStatus::requiresApproval;
     invalidate();
@@ -362,7 +365,7 @@ void SettingsView::refreshLoginState()
 
 void SettingsView::setLaunchAtLogin(bool on)
 {
-    LoginItem &item = m_store.platform().loginItem;
+    LoginItem &item = m_platform.loginItem;
     if (const auto error = on ? item.registerItem() : item.unregisterItem())
         m_store.report(u"Launch at login could not be changed."_s, *error);
     refreshLoginState();
@@ -375,12 +378,12 @@ bool SettingsView::hasEntries() const
 
 bool SettingsView::hasSeenWelcome() const
 {
-    return m_store.platform().userDefaults.boolean(DefaultsKeys::hasSeenWelcome).value_or(false);
+    return m_platform.userDefaults.boolean(DefaultsKeys::hasSeenWelcome).value_or(false);
 }
 
 Binding<bool> SettingsView::showNotification()
 {
-    UserDefaults &defaults = m_store.platform().userDefaults;
+    UserDefaults &defaults = m_platform.userDefaults;
     return {
         .get = [&defaults] { return ShortcutStore::showRunNotification(defaults); },
         .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::showRunNotification, on); },

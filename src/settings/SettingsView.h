@@ -11,14 +11,15 @@
 #include <optional>
 
 class ShortcutStore;
+struct Platform;
 
 class SettingsView : public viewkit::View
 {
     Q_OBJECT
 
 public:
-    /// The store must outlive it.
-    explicit SettingsView(ShortcutStore &store);
+    /// The platform and the store must outlive it.
+    SettingsView(const Platform &platform, ShortcutStore &store);
 
 protected:
     bool event(QEvent *event) override;
@@ -66,6 +67,7 @@ private:
     viewkit::Binding<bool> showNotification();
     void fitToContent();
 
+    const Platform &m_platform;
     ShortcutStore &m_store;
     Registration m_defaultsObserver;
     /// The entry whose editor is open.

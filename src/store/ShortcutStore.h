@@ -98,9 +98,6 @@ public:
     /// To be called when the stored combinations have changed, which observers show too.
     void announceChange();
 
-    /// For its views, which use the same services.
-    const Platform &platform() const { return m_platform; }
-
     /// Whether the user wants a notification of every successful run; by default, yes.
     static bool showRunNotification(const UserDefaults &defaults);
 

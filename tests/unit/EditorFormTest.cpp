@@ -42,7 +42,8 @@ struct Editor {
         for (const LaunchEntry &other : list)
             store.upsert(other);
         store.setShortcut(keys, entry.shortcutName());
-        form = new EditorForm(store, entry, [this] { ++closings; });
+        form = new EditorForm(store, platform.eventMonitor, platform.installedApplications,
+                              platform.shortcutLibrary, entry, [this] { ++closings; });
         sheet = new Sheet(
             form->title(), form, [this] { form->cancel(); }, &window);
         window.show();

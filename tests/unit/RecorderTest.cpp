@@ -32,7 +32,8 @@ struct Form {
         store.upsert(entry);
         if (stored)
             store.setShortcut(stored, name);
-        recorder.emplace(store, name, [this](const auto &shortcut) { changes << shortcut; });
+        recorder.emplace(store, platform.eventMonitor, name,
+                         [this](const auto &shortcut) { changes << shortcut; });
         recorder->QWidget::show();
     }
 
@@ -148,7 +149,7 @@ private Q_SLOTS:
             stored = form.stored();
             live = form.platform.hotkeys.live.size();
         };
-        Recorder recorder(form.store, form.name, onChange);
+        Recorder recorder(form.store, form.platform.eventMonitor, form.name, onChange);
         recorder.QWidget::show();
         recorder.findChild<QPushButton *>()->click();
         form.platform.eventMonitor.press(keyK, command);
@@ -160,7 +161,7 @@ private Q_SLOTS:
     void needsNoOwnerToTell()
     {
         Form form;
-        const Recorder recorder(form.store, form.name);
+        const Recorder recorder(form.store, form.platform.eventMonitor, form.name);
         recorder.findChild<QPushButton *>()->click();
         form.platform.eventMonitor.press(keyK, command);
         QCOMPARE(form.stored(), commandK);

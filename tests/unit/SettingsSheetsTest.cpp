@@ -192,7 +192,7 @@ private Q_SLOTS:
         file.close();
         home.platform.userDefaults.failure = Error{u"why"_s};
         ShortcutStore store(home.platform.services, home.center);
-        SettingsView view(store);
+        SettingsView view(home.platform.services, store);
         view.show();
         for (const QString &what : {u"shortcut list"_s, u"settings"_s}) {
             QVERIFY(seenText(SettingsWindow::sheet(wrong),

@@ -419,7 +419,7 @@ private Q_SLOTS:
         window.click(u"Got it"_s);
         QCOMPARE(window.platform.userDefaults.values.value(seenKey), QVariant(true));
         QTRY_VERIFY(!window.shows(welcome));
-        SettingsView again(*window.store);
+        SettingsView again(window.platform.services, *window.store);
         again.show();
         QVERIFY(!seenText(again, welcome));
     }

@@ -42,7 +42,7 @@ struct SettingsWindow : StoreHome {
         : StoreHome(entries)
     {
         platform.userDefaults.values.insert(defaults);
-        view.emplace(*store);
+        view.emplace(platform.services, *store);
         view->show();
         if (!QTest::qWaitForWindowActive(&*view))
             qFatal("the window did not become active");
