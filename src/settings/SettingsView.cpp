@@ -11,6 +11,7 @@
 #include "settings/EditorForm.h"
 #include "settings/EntryList.h"
 #include "settings/FilePanel.h"
+#include "settings/WelcomeCard.h"
 #include "store/ShortcutStore.h"
 #include "viewkit/Alert.h"
 #include "viewkit/Sheet.h"
@@ -33,11 +34,10 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     , m_store(store)
     , m_defaultsObserver(platform.userDefaults.addObserver([this] { invalidate(); }))
 {
-    const auto isNewUser = [this] { return !hasSeenWelcome(); };
     setBody(Column{
         toolbar(),
         divider(),
-        shownWhen(isNewUser, welcomeCard()),
+        welcomeCard(platform.userDefaults),
         shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
         shownWhen([this] { return hasEntries(); }, stretched(entryList())),
         divider(),
@@ -64,34 +64,6 @@ Item SettingsView::toolbar()
         button(u"Import…"_s, [this] { importList(); }),
         enabledWhen([this] { return hasEntries(); },
                     button(u"Export…"_s, [this] { exportList(); })),
-    };
-}
-
-Item SettingsView::welcomeCard()
-{
-    const auto dismiss = [this] {
-        m_platform.userDefaults.setBoolean(DefaultsKeys::hasSeenWelcome, true);
-    };
-    return Column{
-        padding(12),
-        card(Column{
-            padding(12),
-            spacing(6),
-            Row{
-                spacing(6),
-                symbol(u"hand.wave"_s, TextStyle::headline),
-                text(TextStyle::headline, u"Welcome to Corvane"_s),
-                Spacer{},
-            },
-            paragraph(TextStyle::body,
-                      u"Each shortcut is a key combination that opens an app, a folder, a file or "
-                      "a website, or runs a Shortcut, from anywhere on your Mac."_s),
-            paragraph(TextStyle::body,
-                      u"The one thing that can go wrong: if another app or macOS already uses the "
-                      "same combination, one of them may win and the other will not fire. The app "
-                      "warns you when it can tell."_s),
-            Row{Spacer{}, button(u"Got it"_s, dismiss)},
-        }),
     };
 }
 
@@ -156,7 +128,7 @@ Item SettingsView::approvalRow()
     return Row{
         spacing(8),
         tinted(TextColor::warning,
-              text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
+               text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
         styled(
             TextStyle::caption,
             button(u"Open Login Items"_s, [this] { m_platform.systemSettings.openLoginItems(); })),
@@ -374,11 +346,6 @@ void SettingsView::setLaunchAtLogin(bool on)
 bool SettingsView::hasEntries() const
 {
     return !m_store.entries().isEmpty();
-}
-
-bool SettingsView::hasSeenWelcome() const
-{
-    return m_platform.userDefaults.boolean(DefaultsKeys::hasSeenWelcome).value_or(false);
 }
 
 Binding<bool> SettingsView::showNotification()

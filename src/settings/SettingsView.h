@@ -27,7 +27,6 @@ protected:
 
 private:
     viewkit::Item toolbar();
-    viewkit::Item welcomeCard();
     viewkit::Item entryList();
     viewkit::Item emptyState();
     viewkit::Item footer();
@@ -63,7 +62,6 @@ private:
     void setLaunchAtLogin(bool on);
 
     bool hasEntries() const;
-    bool hasSeenWelcome() const;
     viewkit::Binding<bool> showNotification();
     void fitToContent();
 
