@@ -2,9 +2,7 @@
 
 #include "foundation/Json.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "hotkeys/SystemCheck.h"
 #include "platform/KeyModifier.h"
-#include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 
 #include <nlohmann/json.hpp>
@@ -50,11 +48,6 @@ QString Shortcut::description() const
         text += u'⌘';
     const auto name = keyNames().constFind(carbonKeyCode);
     return text + (name == keyNames().cend() ? u"Key %1"_s.arg(carbonKeyCode) : *name);
-}
-
-bool Shortcut::isTakenBySystem() const
-{
-    return KeyboardShortcuts::isTakenBySystem(*this, Platform::system().symbolicHotkeys);
 }
 
 size_t qHash(const Shortcut &shortcut, size_t seed)
@@ -108,16 +101,6 @@ void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name, User
     else
         defaults.remove(defaultsKey(name));
     center.sync(name);
-}
-
-std::optional<Shortcut> getShortcut(const Name &name)
-{
-    return getShortcut(name, Platform::system().userDefaults);
-}
-
-void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name)
-{
-    setShortcut(shortcut, name, Platform::system().userDefaults, HotkeyCenter::shared());
 }
 
 } // namespace KeyboardShortcuts

@@ -22,10 +22,6 @@ struct Shortcut {
 
     /// What the user reads, such as ⇧⌘A: modifiers in a fixed order, then the key's name.
     QString description() const;
-
-    /// Whether the system's desktop uses the combination for an enabled shortcut of its own, or
-    /// another program holds it, as last heard of it.
-    bool isTakenBySystem() const;
 };
 
 size_t qHash(const Shortcut &shortcut, size_t seed = 0);
@@ -51,9 +47,5 @@ std::optional<Shortcut> getShortcut(const Name &name, const UserDefaults &defaul
 /// Stores a combination, or removes it, and makes the change live.
 void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name, UserDefaults &defaults,
                  HotkeyCenter &center);
-
-/// The same on the system's own user defaults and HotkeyCenter::shared().
-std::optional<Shortcut> getShortcut(const Name &name);
-void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name);
 
 } // namespace KeyboardShortcuts

@@ -180,16 +180,17 @@ private Q_SLOTS:
                  (QList<FakeHotkeyService::Live>{{40, 256, {HotKeySignature, 1}}}));
     }
 
-    void reachesTheSharedCenterThroughItsShortForms()
+    void endsARemovedCombinationAtOnce()
     {
-        FakePlatform &system = FakePlatform::system();
-        HotkeyCenter::shared().handlers.insert(mailName.rawValue, [] {});
-        setShortcut(Shortcut{40, 256}, mailName);
-        QCOMPARE(getShortcut(mailName), (Shortcut{40, 256}));
-        QCOMPARE(system.hotkeys.live.size(), 1);
-        setShortcut(std::nullopt, mailName);
-        QCOMPARE(getShortcut(mailName), std::nullopt);
-        QVERIFY(system.hotkeys.live.isEmpty());
+        FakePlatform platform;
+        HotkeyCenter center(platform.hotkeys, platform.userDefaults);
+        center.handlers.insert(mailName.rawValue, [] {});
+        setShortcut(Shortcut{40, 256}, mailName, platform.userDefaults, center);
+        QCOMPARE(getShortcut(mailName, platform.userDefaults), (Shortcut{40, 256}));
+        QCOMPARE(platform.hotkeys.live.size(), 1);
+        setShortcut(std::nullopt, mailName, platform.userDefaults, center);
+        QCOMPARE(getShortcut(mailName, platform.userDefaults), std::nullopt);
+        QVERIFY(platform.hotkeys.live.isEmpty());
     }
 };
 

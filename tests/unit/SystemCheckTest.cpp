@@ -1,5 +1,5 @@
 #include "hotkeys/SystemCheck.h"
-#include "fakes/FakePlatform.h"
+#include "fakes/FakeSymbolicHotkeys.h"
 
 #include <QTest>
 
@@ -116,13 +116,6 @@ private Q_SLOTS:
         service.hotkeys->first().isEnabled = false;
         QVERIFY(!isTakenBySystem(screenshot, service));
         QCOMPARE(service.copies, 2);
-    }
-
-    void asksTheSystemsDesktopInItsShortForm()
-    {
-        FakePlatform::system().symbolicHotkeys.hotkeys = {screenshotHotkey};
-        QVERIFY(screenshot.isTakenBySystem());
-        QVERIFY(!Shortcut({21, 0x300}).isTakenBySystem());
     }
 };
 
