@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QString path = u"/kglobalaccel"_s;
-const QString interface = u"org.kde.KGlobalAccel"_s;
+const QString globalAccelPath = u"/kglobalaccel"_s;
+const QString globalAccelInterface = u"org.kde.KGlobalAccel"_s;
 
 /// The keys in force of all shortcuts, as Qt's codes.
 QList<int> activeKeys(const QDBusMessage &shortcuts)
@@ -40,13 +40,13 @@ KGlobalAccelKeys::KGlobalAccelKeys()
 
 void KGlobalAccelKeys::start()
 {
-    refreshOn(path, interface, u"yourShortcutsChanged"_s);
+    refreshOn(globalAccelPath, globalAccelInterface, u"yourShortcutsChanged"_s);
     DBusDesktopKeys::start();
 }
 
 void KGlobalAccelKeys::read()
 {
-    ask(path, interface, u"allComponents"_s, {},
+    ask(globalAccelPath, globalAccelInterface, u"allComponents"_s, {},
         [this](const QDBusMessage &answer) { readComponents(answer); });
 }
 

@@ -7,7 +7,7 @@ using namespace std::chrono_literals;
 namespace
 {
 /// A desktop hears of a change in its settings when we do, and then takes and lets go of keys.
-constexpr auto settlingTime = 300ms;
+constexpr auto desktopSettlingTime = 300ms;
 
 /// One for each key that the accelerator may be pressed with.
 QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
@@ -39,7 +39,7 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopK
         connect(m_desktopKeys.get(), &DesktopKeys::changed, this, &LinuxSymbolicHotkeys::resolve);
         connect(m_layout.get(), &KeyboardLayout::changed, this, &LinuxSymbolicHotkeys::resolve);
     }
-    m_settling.setInterval(settlingTime);
+    m_settling.setInterval(desktopSettlingTime);
     m_settling.setSingleShot(true);
     if (m_grabProbe) {
         connect(m_grabProbe, &GrabProbe::changed, this, [this] { m_observers.tell(); });

@@ -63,7 +63,7 @@ void addSetting(Group &group, const QByteArray &line)
         group.callsUs = callsUs(value);
 }
 
-std::optional<Accelerator> shortcut(const Group &group)
+std::optional<Accelerator> acceleratorOf(const Group &group)
 {
     if (!group.isEnabled || !group.hasAction || group.callsUs)
         return {};
@@ -72,7 +72,7 @@ std::optional<Accelerator> shortcut(const Group &group)
 }
 
 // Not read by QSettings, which would make objects out of whatever the file says.
-std::optional<DesktopKeys::Accelerators> shortcuts(const QString &path)
+std::optional<DesktopKeys::Accelerators> readAccelerators(const QString &path)
 {
     QFile file(path);
     if (file.size() > maxFileSize || !file.open(QIODevice::ReadOnly))
@@ -87,7 +87,7 @@ std::optional<DesktopKeys::Accelerators> shortcuts(const QString &path)
     }
     DesktopKeys::Accelerators found;
     for (const Group &group : groups) {
-        if (const auto accelerator = shortcut(group))
+        if (const auto accelerator = acceleratorOf(group))
             found << *accelerator;
     }
     return found;
@@ -122,5 +122,5 @@ void LxqtKeys::read()
     for (const QString &file : files)
         m_watcher->addPath(watchable(file));
     const auto inForce = std::ranges::find_if(files, isFile);
-    setAccelerators(inForce == files.end() ? std::nullopt : shortcuts(*inForce));
+    setAccelerators(inForce == files.end() ? std::nullopt : readAccelerators(*inForce));
 }

@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QString path = u"/org/xfce/Xfconf"_s;
-const QString interface = u"org.xfce.Xfconf"_s;
-const QString channel = u"xfce4-keyboard-shortcuts"_s;
+const QString xfconfPath = u"/org/xfce/Xfconf"_s;
+const QString xfconfInterface = u"org.xfce.Xfconf"_s;
+const QString shortcutsChannel = u"xfce4-keyboard-shortcuts"_s;
 
 bool counts(const QVariant &action)
 {
@@ -20,7 +20,7 @@ bool counts(const QVariant &action)
 }
 
 /// The user's shortcuts, once there are any, take the place of all that the desktop comes with.
-DesktopKeys::Accelerators shortcuts(const QString &folder, const QVariantMap &settings)
+DesktopKeys::Accelerators acceleratorsIn(const QString &folder, const QVariantMap &settings)
 {
     const bool hasOwn = settings.value(folder + u"custom/override"_s) == QVariant(true);
     const QString prefix = folder + (hasOwn ? u"custom/"_s : u"default/"_s);
@@ -43,19 +43,19 @@ XfconfKeys::XfconfKeys()
 
 void XfconfKeys::start()
 {
-    refreshOn(path, interface, u"PropertyChanged"_s, {channel});
-    refreshOn(path, interface, u"PropertyRemoved"_s, {channel});
+    refreshOn(xfconfPath, xfconfInterface, u"PropertyChanged"_s, {shortcutsChannel});
+    refreshOn(xfconfPath, xfconfInterface, u"PropertyRemoved"_s, {shortcutsChannel});
     DBusDesktopKeys::start();
 }
 
 void XfconfKeys::read()
 {
-    ask(path, interface, u"GetAllProperties"_s, {channel, u"/"_s},
+    ask(xfconfPath, xfconfInterface, u"GetAllProperties"_s, {shortcutsChannel, u"/"_s},
         [this](const QDBusMessage &answer) {
             const QDBusPendingReply<QVariantMap> settings(answer);
             if (settings.isError())
                 return setAccelerators(std::nullopt);
-            setAccelerators(shortcuts(u"/commands/"_s, settings.value())
-                            + shortcuts(u"/xfwm4/"_s, settings.value()));
+            setAccelerators(acceleratorsIn(u"/commands/"_s, settings.value())
+                            + acceleratorsIn(u"/xfwm4/"_s, settings.value()));
         });
 }

@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 namespace
 {
 /// One change of the keyboard comes as several events.
-constexpr auto settlingTime = 50ms;
+constexpr auto layoutSettlingTime = 50ms;
 } // namespace
 
 void X11KeyboardLayout::start()
@@ -21,7 +21,7 @@ void X11KeyboardLayout::start()
             m_connection->get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
             XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
         return;
-    m_settling.setInterval(settlingTime);
+    m_settling.setInterval(layoutSettlingTime);
     m_settling.setSingleShot(true);
     connect(&m_settling, &QTimer::timeout, this, &X11KeyboardLayout::read);
     m_notifier.emplace(xcb_get_file_descriptor(m_connection->get()), QSocketNotifier::Read);

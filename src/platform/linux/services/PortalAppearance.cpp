@@ -10,11 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QString service = u"org.freedesktop.portal.Desktop"_s;
-const QString path = u"/org/freedesktop/portal/desktop"_s;
-const QString interface = u"org.freedesktop.portal.Settings"_s;
-const QString group = u"org.freedesktop.appearance"_s;
-const QString key = u"color-scheme"_s;
+const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString portalInterface = u"org.freedesktop.portal.Settings"_s;
+const QString appearanceGroup = u"org.freedesktop.appearance"_s;
+const QString colorSchemeKey = u"color-scheme"_s;
 
 bool meansDark(const QVariant &value)
 {
@@ -26,7 +26,7 @@ void PortalAppearance::start()
 {
     auto bus = QDBusConnection::sessionBus();
     auto *const owner =
-        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &newOwner) {
                 if (!newOwner.isEmpty())
@@ -34,7 +34,8 @@ void PortalAppearance::start()
             });
     // Only of this setting, so that no other one wakes us. From any sender: for a name Qt would ask
     // the bus who has it, and wait for the answer.
-    bus.connect(QString(), path, interface, u"SettingChanged"_s, {group, key}, QString(), this,
+    bus.connect(QString(), portalPath, portalInterface, u"SettingChanged"_s,
+                {appearanceGroup, colorSchemeKey}, QString(), this,
                 SLOT(settingChanged(QDBusMessage)));
     read();
 }
@@ -42,10 +43,11 @@ void PortalAppearance::start()
 void PortalAppearance::read()
 {
     // ReadOne is not there in portals before 1.17.
-    auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
+    auto message =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, u"Read"_s);
     // A desktop that uses portals has one already, or will.
     message.setAutoStartService(false);
-    message << group << key;
+    message << appearanceGroup << colorSchemeKey;
     m_answer =
         std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(message));
     connect(m_answer.get(), &QDBusPendingCallWatcher::finished, this, [this] {

@@ -53,7 +53,7 @@ QDBusMessage noSuchItem(const QDBusMessage &call)
     return call.createErrorReply(QDBusError::InvalidArgs, u"There is no such item"_s);
 }
 
-const QString introspection = uR"xml(
+const QString menuIntrospection = uR"xml(
 <interface name="com.canonical.dbusmenu">
  <property name="Version" type="u" access="read"/>
  <property name="Status" type="s" access="read"/>
@@ -109,7 +109,7 @@ const QString introspection = uR"xml(
 
 DBusMenu::DBusMenu(std::function<QList<MenuItem>()> content,
                    std::function<void(const MenuItem &)> choose)
-    : DBusObject(menuPath, u"com.canonical.dbusmenu"_s, introspection)
+    : DBusObject(menuPath, u"com.canonical.dbusmenu"_s, menuIntrospection)
     , m_content(std::move(content))
     , m_choose(std::move(choose))
 {

@@ -67,7 +67,7 @@ IconPixmaps pixmapsOf(const QIcon &icon)
     return pixmaps;
 }
 
-const QString introspection = uR"xml(
+const QString itemIntrospection = uR"xml(
 <interface name="org.kde.StatusNotifierItem">
  <property name="Category" type="s" access="read"/>
  <property name="Id" type="s" access="read"/>
@@ -111,7 +111,7 @@ const QString introspection = uR"xml(
 } // namespace
 
 StatusNotifierItem::StatusNotifierItem(QString id)
-    : DBusObject(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, introspection)
+    : DBusObject(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, itemIntrospection)
     , m_id(std::move(id))
 {
     qDBusRegisterMetaType<IconPixmap>();

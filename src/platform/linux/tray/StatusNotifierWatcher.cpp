@@ -10,12 +10,12 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QString service = u"org.kde.StatusNotifierWatcher"_s;
-const QString path = u"/StatusNotifierWatcher"_s;
+const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherPath = u"/StatusNotifierWatcher"_s;
 
 QDBusMessage call(const QString &interface, const QString &method)
 {
-    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    auto message = QDBusMessage::createMethodCall(watcherService, watcherPath, interface, method);
     // Only a desktop that has one already has a place for items.
     message.setAutoStartService(false);
     return message;
@@ -33,7 +33,8 @@ std::optional<NotifierHost> hostFrom(const QDBusPendingReply<QDBusVariant> &answ
 } // namespace
 
 StatusNotifierWatcher::StatusNotifierWatcher()
-    : m_owner(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
+    : m_owner(watcherService, QDBusConnection::sessionBus(),
+              QDBusServiceWatcher::WatchForOwnerChange)
 {
 }
 
@@ -49,7 +50,7 @@ void StatusNotifierWatcher::start()
     // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
     for (const QString &signal :
          {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        bus.connect(QString(), path, service, signal, this, SLOT(askForHost()));
+        bus.connect(QString(), watcherPath, watcherService, signal, this, SLOT(askForHost()));
     registerItem();
     askForHost();
 }
@@ -57,13 +58,13 @@ void StatusNotifierWatcher::start()
 void StatusNotifierWatcher::registerItem()
 {
     auto bus = QDBusConnection::sessionBus();
-    bus.send(call(service, u"RegisterStatusNotifierItem"_s) << bus.baseService());
+    bus.send(call(watcherService, u"RegisterStatusNotifierItem"_s) << bus.baseService());
 }
 
 void StatusNotifierWatcher::askForHost()
 {
     const auto message = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s)
-        << service << u"IsStatusNotifierHostRegistered"_s;
+        << watcherService << u"IsStatusNotifierHostRegistered"_s;
     auto *const answer =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
