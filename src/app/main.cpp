@@ -58,7 +58,7 @@ int main(int argc, char *argv[])
                             + u"/Corvane/entries.json.lock"_s);
     if (const auto status = endOfClaim(instance.claim(tokens)))
         return *status;
-    const auto &platform = LinuxPlatform::shared();
+    const auto platform = LinuxPlatform::make();
     if (!platform) {
         say(platform.error().description);
         return EXIT_FAILURE;
@@ -67,10 +67,14 @@ int main(int argc, char *argv[])
     if (const auto notice = session.hotkeysNotice())
         say(*notice);
 
-    ShortcutStore &store = ShortcutStore::shared();
+    const Platform &services = session.services();
+    HotkeyCenter center(services.hotkeys, services.userDefaults);
+    HotkeyCenter::setShared(center);
+    ShortcutStore store(services, center);
+    ShortcutStore::setShared(store);
     session.flushHotkeys();
 
-    CorvaneApp app(argc, argv, session.services(), store);
+    CorvaneApp app(argc, argv, services, store);
     session.attachToEventLoop();
     signals.attachToEventLoop([&instance] { instance.handleSignal(); });
     instance.attachToEventLoop(
@@ -82,6 +86,7 @@ int main(int argc, char *argv[])
     // Perhaps nothing came on the screen that would tell the desktop that we are there.
     StartupNotification::finish(tokens.startupId);
     const int status = CorvaneApp::exec();
-    // Nothing needs closing, and an alert sound may still be under way in a thread.
+    // Without destructors: nothing needs closing, and an alert sound may still be under way in a
+    // thread.
     std::_Exit(status);
 }

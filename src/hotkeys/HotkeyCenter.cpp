@@ -1,7 +1,5 @@
 #include "hotkeys/HotkeyCenter.h"
 
-#include "platform/Platform.h"
-
 #include <limits>
 
 using namespace KeyboardShortcuts;
@@ -25,9 +23,8 @@ HotkeyCenter::HotkeyCenter(HotkeyService &service, const UserDefaults &defaults)
 
 HotkeyCenter &HotkeyCenter::shared()
 {
-    static auto *const center =
-        new HotkeyCenter(Platform::system().hotkeys, Platform::system().userDefaults);
-    return *center;
+    Q_ASSERT(s_shared);
+    return *s_shared;
 }
 
 void HotkeyCenter::sync(const Name &name)

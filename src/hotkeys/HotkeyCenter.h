@@ -22,8 +22,10 @@ class HotkeyCenter
 public:
     HotkeyCenter(HotkeyService &service, const UserDefaults &defaults);
 
-    /// The one instance on the system's services, made on first use and never destroyed.
+    /// The program's one instance, which main makes and never destroys. There is none before main
+    /// has named it, which it does before it makes the store.
     static HotkeyCenter &shared();
+    static void setShared(HotkeyCenter &center) { s_shared = &center; }
 
     /// The action of each name. A name without one is never registered.
     QHash<QString, std::function<void()>> handlers;
@@ -45,6 +47,8 @@ private:
     void installHandlerIfNeeded();
     HotkeyId hotkeyId(const QString &name);
     void dispatch(quint32 id) const;
+
+    static inline HotkeyCenter *s_shared = nullptr;
 
     HotkeyService &m_service;
     const UserDefaults &m_defaults;

@@ -37,7 +37,4 @@ struct Platform {
     QString applicationSupport;
     /// By what the desktop knows the program; empty if it does not.
     QString bundleIdentifier;
-
-    /// The services of the system that we run on. Each platform library defines it.
-    static const Platform &system();
 };

@@ -69,8 +69,8 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
 
 ShortcutStore &ShortcutStore::shared()
 {
-    static auto *const store = new ShortcutStore(Platform::system(), HotkeyCenter::shared());
-    return *store;
+    Q_ASSERT(s_shared);
+    return *s_shared;
 }
 
 void ShortcutStore::setPaused(bool paused)

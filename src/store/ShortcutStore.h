@@ -28,8 +28,10 @@ public:
     /// Loads the list and registers the stored combinations of its enabled entries.
     ShortcutStore(const Platform &platform, HotkeyCenter &center);
 
-    /// The one instance on the system's services, made on first use and never destroyed.
+    /// The program's one instance, which main makes and never destroys. There is none before main
+    /// has named it, which it does once the store has loaded the list.
     static ShortcutStore &shared();
+    static void setShared(ShortcutStore &store) { s_shared = &store; }
 
     /// In the order of the list.
     const QList<LaunchEntry> &entries() const { return m_entries; }
@@ -112,6 +114,8 @@ private:
     void applyEnabledState();
     /// Whether the list is on disk now.
     bool save();
+
+    static inline ShortcutStore *s_shared = nullptr;
 
     const Platform &m_platform;
     HotkeyCenter &m_center;

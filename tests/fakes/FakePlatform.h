@@ -22,9 +22,6 @@
 class FakePlatform
 {
 public:
-    /// The one behind Platform::system(), and so behind every shared().
-    static FakePlatform &system();
-
     QStringList calls;
     FakeHotkeyService hotkeys{CallLog(&calls)};
     FakeSymbolicHotkeys symbolicHotkeys;

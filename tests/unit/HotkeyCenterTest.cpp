@@ -304,6 +304,14 @@ private Q_SLOTS:
         QVERIFY(desk.calls.isEmpty());
     }
 
+    void sharesTheOneThatIsNamed()
+    {
+        Desk desk;
+        HotkeyCenter::setShared(desk.center);
+        const Desk other;
+        QCOMPARE(&HotkeyCenter::shared(), &desk.center);
+    }
+
     void forgetsPressesThatItDoesNotOutlive()
     {
         FakePlatform platform;

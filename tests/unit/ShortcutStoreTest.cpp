@@ -140,6 +140,15 @@ class ShortcutStoreTest : public QObject
 private Q_SLOTS:
     // The start
 
+    void sharesTheOneThatIsNamed()
+    {
+        Home home;
+        ShortcutStore store(home.platform.services, home.center);
+        ShortcutStore::setShared(store);
+        const ShortcutStore other(home.platform.services, home.center);
+        QCOMPARE(&ShortcutStore::shared(), &store);
+    }
+
     void startsEmptyOnAFirstStart()
     {
         Home home;

@@ -31,18 +31,7 @@ void refreshWhenUserComesBack(LinuxSymbolicHotkeys &symbolicHotkeys)
 }
 } // namespace
 
-const Platform &Platform::system()
-{
-    return LinuxPlatform::shared().value()->services();
-}
-
-const Result<LinuxPlatform *> &LinuxPlatform::shared()
-{
-    static const Result<LinuxPlatform *> platform = make();
-    return platform;
-}
-
-Result<LinuxPlatform *> LinuxPlatform::make()
+Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::make()
 {
     const auto environment = QProcessEnvironment::systemEnvironment();
     switch (sessionType(environment)) {
@@ -51,13 +40,13 @@ Result<LinuxPlatform *> LinuxPlatform::make()
         if (!x11->isOpen())
             return Error{
                 u"cannot connect to the X display %1"_s.arg(environment.value(u"DISPLAY"_s))};
-        return new LinuxPlatform(std::move(x11));
+        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(std::move(x11)));
     }
     case SessionType::wayland: {
         const QString socket = waylandSocketPath(environment);
         if (!acceptsConnections(socket))
             return Error{u"cannot connect to the Wayland compositor at %1"_s.arg(socket)};
-        return new LinuxPlatform(nullptr);
+        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(nullptr));
     }
     case SessionType::none:
         break;

@@ -26,8 +26,8 @@ class LinuxPlatform
 {
 public:
     /// The session's services; the error says why the program cannot run here (without a display
-    /// QApplication would abort). Needs no QApplication yet. The first call decides.
-    static const Result<LinuxPlatform *> &shared();
+    /// QApplication would abort). Needs no QApplication yet.
+    static Result<std::unique_ptr<LinuxPlatform>> make();
 
     const Platform &services() const { return m_services; }
 
@@ -46,7 +46,6 @@ public:
 private:
     /// Without a connection there are no hot keys.
     explicit LinuxPlatform(std::unique_ptr<X11Connection> x11);
-    static Result<LinuxPlatform *> make();
 
     UserActivation m_activation;
     std::unique_ptr<X11Connection> m_x11;
