@@ -1,11 +1,11 @@
 #include "support/Panel.h"
 
+#include "support/WriteFile.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QDir>
-#include <QFile>
 #include <QTest>
 #include <csignal>
 #include <cstdlib>
@@ -20,14 +20,6 @@ namespace
 {
 template <typename Value>
 using Reply = std::unique_ptr<Value, decltype([](Value *reply) { std::free(reply); })>;
-
-void write(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(text);
-}
 
 QString configFile(const QString &name)
 {
@@ -61,16 +53,16 @@ QStringList command(Panel::Kind kind)
 {
     switch (kind) {
     case Panel::Kind::Xfce:
-        write(configFile(u"xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s), xfceConfig);
+        writeFile(configFile(u"xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s), xfceConfig);
         return {u"xfce4-panel"_s, u"--disable-wm-check"_s};
     case Panel::Kind::Lxqt:
-        write(configFile(u"lxqt/panel.conf"_s), lxqtConfig);
+        writeFile(configFile(u"lxqt/panel.conf"_s), lxqtConfig);
         return {u"lxqt-panel"_s};
     case Panel::Kind::Trayer:
         return u"trayer --edge top --widthtype percent --width 100 --height 32 --align left"_s
             .split(u' ');
     case Panel::Kind::Tint2:
-        write(configFile(u"tint2/tint2rc"_s), tint2Config);
+        writeFile(configFile(u"tint2/tint2rc"_s), tint2Config);
         return {u"tint2"_s};
     }
     Q_UNREACHABLE();

@@ -1,33 +1,23 @@
 #include "support/PrivateBus.h"
 
-#include <QFile>
+#include "support/WriteFile.h"
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-void write(const QString &path, const QString &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(text.toUtf8());
-}
-} // namespace
 
 PrivateBus::PrivateBus(const QString &activatableName, const QString &program,
                        const QProcessEnvironment &environment)
 {
     if (!activatableName.isEmpty())
-        write(m_folder.filePath(activatableName + u".service"_s),
-              u"[D-BUS Service]\nName=%1\nExec=%2\n"_s.arg(activatableName, program));
+        writeFile(m_folder.filePath(activatableName + u".service"_s),
+                  u"[D-BUS Service]\nName=%1\nExec=%2\n"_s.arg(activatableName, program).toUtf8());
     const QString configuration = m_folder.filePath(u"bus.conf"_s);
-    write(configuration,
-          u"<busconfig><type>session</type><listen>unix:path=%1/bus</listen>"
-          "<servicedir>%1</servicedir><policy context=\"default\"><allow send_destination=\"*\" "
-          "eavesdrop=\"true\"/>"
-          "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>"_s.arg(
-              m_folder.path()));
+    writeFile(
+        configuration,
+        u"<busconfig><type>session</type><listen>unix:path=%1/bus</listen>"
+        "<servicedir>%1</servicedir><policy context=\"default\"><allow send_destination=\"*\" "
+        "eavesdrop=\"true\"/>"
+        "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>"_s.arg(m_folder.path())
+            .toUtf8());
 
     m_daemon.setProcessEnvironment(environment);
     m_daemon.start(

@@ -1,5 +1,7 @@
 #include "support/ProgramUnderTest.h"
 
+#include "support/WriteFile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -14,14 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-void write(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(text);
-}
-
 QByteArray read(const QString &path)
 {
     QFile file(path);
@@ -63,7 +57,7 @@ ProgramUnderTest::ProgramUnderTest()
     environment.insert(u"HOME"_s, home.path());
     // No sound card, whatever this machine has.
     environment.insert(u"CANBERRA_DRIVER"_s, u"alsa"_s);
-    write(home.filePath(u".asoundrc"_s), "pcm.!default { type hw, card 99 }\n");
+    writeFile(home.filePath(u".asoundrc"_s), "pcm.!default { type hw, card 99 }\n");
     environment.insert(u"XDG_DATA_HOME"_s, dataHome());
     environment.insert(u"XDG_CONFIG_HOME"_s, configHome());
 }
@@ -101,10 +95,10 @@ void ProgramUnderTest::addKeys(const QByteArray &id, StoredKeys keys)
 void ProgramUnderTest::writeFiles() const
 {
     if (!m_records.isEmpty())
-        write(dataHome() + u"/Corvane/entries.json"_s, "[" + m_records.join(',') + "]");
+        writeFile(dataHome() + u"/Corvane/entries.json"_s, "[" + m_records.join(',') + "]");
     const QByteArray welcome = isUserNew ? "" : "hasSeenWelcome=true\n";
-    write(configHome() + u"/Corvane/Corvane.conf"_s,
-          "[General]\n" + welcome + m_defaults.join('\n') + "\n");
+    writeFile(configHome() + u"/Corvane/Corvane.conf"_s,
+              "[General]\n" + welcome + m_defaults.join('\n') + "\n");
 }
 
 void ProgramUnderTest::start()
