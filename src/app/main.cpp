@@ -56,8 +56,10 @@ int main(int argc, char *argv[])
     ProcessSignals signals;
     SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
                             + u"/Corvane/entries.json.lock"_s);
+    // Without destructors: the bus's thread may still take a late answer, for which it needs what
+    // they would destroy.
     if (const auto status = endOfClaim(instance.claim(tokens)))
-        return *status;
+        std::_Exit(*status);
     const auto platform = LinuxPlatform::make();
     if (!platform) {
         say(platform.error().description);
