@@ -15,7 +15,7 @@ namespace
 {
 /// One change of the keyboard comes as several events.
 constexpr auto keyboardSettlingTime = 50ms;
-/// How often a held key is looked at, until it is up.
+/// How often a held key is looked at, until it is up. A key is up for longer between two holds.
 constexpr auto heldKeysInterval = 15ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
