@@ -22,6 +22,9 @@
 class FakePlatform
 {
 public:
+    FakePlatform();
+    ~FakePlatform();
+
     QStringList calls;
     FakeHotkeyService hotkeys{CallLog(&calls)};
     FakeSymbolicHotkeys symbolicHotkeys;
