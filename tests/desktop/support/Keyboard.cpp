@@ -1,11 +1,10 @@
 #include "support/Keyboard.h"
 
+#include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
 
 #include <QTest>
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <xcb/xtest.h>
 
 using namespace Qt::StringLiterals;
@@ -40,12 +39,6 @@ QList<int> keysOf(QChar character)
             return {KEY_LEFTSHIFT, first + int(place)};
     }
     qFatal("no key types U+%04x", character.unicode());
-}
-
-template <typename Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
-{
-    return {reply, &std::free};
 }
 
 auto lockState(xcb_connection_t *connection)

@@ -1,18 +1,9 @@
 #include "support/Screen.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <memory>
-#include <span>
+#include "platform/linux/x11/X11Connection.h"
 
-namespace
-{
-template <typename Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
-{
-    return {reply, &std::free};
-}
-} // namespace
+#include <algorithm>
+#include <span>
 
 Screen::Screen()
     : m_connection(xcb_connect(nullptr, nullptr))

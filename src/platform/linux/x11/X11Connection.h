@@ -11,6 +11,11 @@ struct XcbFree {
 };
 template <typename Reply>
 using XcbPointer = std::unique_ptr<Reply, XcbFree>;
+template <typename Reply>
+XcbPointer<Reply> owned(Reply *reply)
+{
+    return XcbPointer<Reply>(reply);
+}
 
 class X11Connection
 {
