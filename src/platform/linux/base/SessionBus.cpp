@@ -4,16 +4,12 @@
 
 #include <QByteArrayList>
 #include <QDeadlineTimer>
-#include <chrono>
 #include <optional>
 #include <unistd.h>
 
 namespace
 {
 constexpr const char *variable = "DBUS_SESSION_BUS_ADDRESS";
-
-/// A bus that works answers in less than a millisecond, and hot keys are to be live after 3 s.
-constexpr std::chrono::seconds patience(2);
 
 /// What the variable was where our libraries find another value now.
 std::optional<QByteArray> withheld;
@@ -74,7 +70,7 @@ QByteArray socketName(const QByteArray &address)
 }
 
 /// Whether the first of the addresses where somebody listens leads to a bus that hangs.
-bool hangs(const QByteArray &addresses)
+bool hangs(const QByteArray &addresses, std::chrono::milliseconds patience)
 {
     const QDeadlineTimer deadline(patience);
     for (const QByteArray &address : addresses.split(';')) {
@@ -91,10 +87,11 @@ bool hangs(const QByteArray &addresses)
 }
 } // namespace
 
-void avoidHangingSessionBus()
+void avoidHangingSessionBus(std::chrono::milliseconds patience)
 {
     const QByteArray address = qgetenv(variable);
-    if (!hangs(address.isEmpty() ? "unix:path=" + qgetenv("XDG_RUNTIME_DIR") + "/bus" : address))
+    const QByteArray usual = "unix:path=" + qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    if (!hangs(address.isEmpty() ? usual : address, patience))
         return;
     withheld = address;
     // Of no kind that a library knows, so that it gives up at once.
