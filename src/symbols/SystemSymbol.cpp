@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QGuiApplication>
+#include <QHash>
 #include <QIconEngine>
 #include <QImageReader>
 #include <QPainter>
@@ -28,16 +29,30 @@ QString drawingFile(const QString &name, int side)
     return u":/symbols/%1/%2.svg"_s.arg(commonGrid).arg(name);
 }
 
-QImage drawing(const QString &name, const QColor &color, int side)
+/// In the file's own colors; null if there is no such symbol. Each file is read once for each size,
+/// since reading takes far longer than painting, and a list paints its symbols with each step that
+/// it is scrolled. The few symbols and sizes that a program shows take little memory.
+QImage shape(const QString &name, int side)
 {
+    static QHash<std::pair<QString, int>, QImage> known;
+    if (const auto found = known.constFind({name, side}); found != known.cend())
+        return *found;
     QImageReader reader(drawingFile(name, side), "svg");
     reader.setScaledSize({side, side});
-    QImage image = reader.read();
-    if (image.isNull()) {
+    const QImage image = reader.read();
+    if (image.isNull())
         qWarning("corvane: the symbol \"%s\" cannot be drawn: %s", qPrintable(name),
                  qPrintable(reader.errorString()));
+    else
+        known.insert({name, side}, image);
+    return image;
+}
+
+QImage drawing(const QString &name, const QColor &color, int side)
+{
+    QImage image = shape(name, side);
+    if (image.isNull())
         return {};
-    }
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
