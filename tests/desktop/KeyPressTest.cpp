@@ -1,54 +1,18 @@
 // Real keys on a real X server: from the press to the started application.
 
-#include "support/Keyboard.h"
 #include "support/PrivateBus.h"
-#include "support/ProgramUnderTest.h"
-#include "support/RecordedApp.h"
+#include "support/Rhythm.h"
 
-#include <QFile>
-#include <QHash>
-#include <QKeyEvent>
-#include <QProcess>
-#include <QRasterWindow>
 #include <QTest>
 #include <csignal>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-// Control, Option and the keys labelled K, J and L, as stored, as evdev codes, and as X modifier
-// bits.
-constexpr StoredKeys controlOptionK{40, 0x1800};
-constexpr StoredKeys controlOptionJ{38, 0x1800};
-constexpr StoredKeys controlOptionL{37, 0x1800};
-const QList<int> controlAltK{KEY_LEFTCTRL, KEY_LEFTALT, KEY_K};
-const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
-const QList<int> controlAltL{KEY_LEFTCTRL, KEY_LEFTALT, KEY_L};
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
-
-/// A window of another program, which has the focus and counts the keys that reach it.
-class FocusedWindow : public QRasterWindow
-{
-public:
-    FocusedWindow()
-    {
-        resize(300, 200);
-        show();
-        requestActivate();
-    }
-
-    /// How often a key of Qt::Key was pressed; repeats of a held key count as well.
-    QHash<int, int> presses;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override { ++presses[event->key()]; }
-};
-
 /// The program with one application on Control+Option+K, ready to be pressed.
 struct Desk {
-    explicit Desk(StoredKeys keys = controlOptionK,
+    explicit Desk(StoredKeys keys = storedControlAltK,
                   const QByteArray &arguments = R"(--new "two words" 100%% %U)")
         : app(arguments)
     {
@@ -66,20 +30,8 @@ QByteArray text(const nlohmann::json &value)
     return QByteArray::fromStdString(value.dump());
 }
 
-/// Runs a tool of the X server.
-void run(const QString &command)
-{
-    QCOMPARE(QProcess::execute(u"sh"_s, {u"-c"_s, command}), 0);
-}
-
-bool isKeyboardChanged = false;
-
-/// Makes the server's keyboard another one until the end of the test.
-void changeKeyboard(const QString &command)
-{
-    isKeyboardChanged = true;
-    run(command);
-}
+/// That of a server to which nobody has told another.
+constexpr RepeatRate serverRate{660, 25};
 
 /// Gives two keys of the server, known by their names, each other's code.
 void swapCodes(const QString &name, int code, const QString &otherName, int otherCode)
@@ -91,127 +43,16 @@ void swapCodes(const QString &name, int code, const QString &otherName, int othe
                        .arg(otherCode));
 }
 
-/// Longer than it takes a held key to repeat.
-constexpr int longHold = 1000;
-
-/// The program with an application on each of Control+Option+K, J and L, and a window of another
-/// program that has the focus.
-struct Typing {
-    explicit Typing(const QByteArray &argumentsOfK)
-        : onK(argumentsOfK)
-    {
-        program.addApp(onK.desktopFile(), controlOptionK);
-        program.addApp(onJ.desktopFile(), controlOptionJ);
-        program.addApp(onL.desktopFile(), controlOptionL);
-    }
-
-    Keyboard keyboard;
-    FocusedWindow window;
-    RecordedApp onK;
-    RecordedApp onJ;
-    RecordedApp onL;
-    ProgramUnderTest program;
-
-    /// Lets that many ms of the rhythm pass.
-    void wait(int duration) { QTest::qWait(duration); }
-
-    void hold(const QList<int> &keys, int duration)
-    {
-        keyboard.press(keys);
-        wait(duration);
-        keyboard.release(keys);
-    }
-
-    /// Presses the combinations one after the other, again and again, 10 ms apart.
-    void alternate(const QList<QList<int>> &combinations, int times)
-    {
-        for (int i = 0; i < times; ++i) {
-            for (const QList<int> &keys : combinations) {
-                hold(keys, 5);
-                wait(5);
-            }
-        }
-    }
-
-    /// Has J run once. A key that is down before the program has taken its keys does not count.
-    void awaitStart()
-    {
-        keyboard.type(controlAltJ);
-        QTRY_COMPARE(onJ.starts().size(), 1);
-    }
-
-    /// What K's application keeps the keyboard for, if it was told to.
-    QFile reasonToGrab{program.home.filePath(u"reason"_s)};
-
-    void awaitGrabByApplication()
-    {
-        QTRY_COMPARE(onK.starts().size(), 1);
-        QCOMPARE(text(onK.starts().constFirst()["keyboardGrab"]), QByteArray("0"));
-    }
-
-    void endGrabByApplication()
-    {
-        QVERIFY(reasonToGrab.remove());
-        QTRY_COMPARE(program.children(), QList<pid_t>());
-    }
-
-    /// Presses K once and awaits the end of its application, which may take the keyboard.
-    void typeToTheEnd()
-    {
-        const auto runs = onK.starts().size();
-        keyboard.type(controlAltK);
-        QTRY_COMPARE(onK.starts().size(), runs + 1);
-        QTRY_COMPARE(program.children(), QList<pid_t>());
-    }
-};
-
-/// What is done to the keys, and what comes of it.
-struct Rhythm {
-    /// Begins as soon as K is grabbed. All keys are up in the end.
-    std::function<void(Typing &)> keys;
-    int runsOfK = 0;
-    int runsOfJ = 0;
-    /// Before the program starts.
-    std::function<void(Typing &)> before = [](Typing &) {};
-    QByteArray argumentsOfK = {};
-    quint16 locks = 0;
-    /// What is pressed before the start or without the modifiers is not ours.
-    bool reachesTheWindow = false;
-};
-
-const QByteArray untilItsReasonIsGone = "--grab-keyboard --until-gone reason";
-
-void giveReasonToGrab(Typing &typing)
-{
-    QVERIFY(typing.reasonToGrab.open(QIODevice::WriteOnly));
-}
-
-using AddRow = std::function<void(const QByteArray &, const Rhythm &)>;
-
-/// The delay before the first repeat, in ms, and the repeats in a second.
-struct RepeatRate {
-    int delay;
-    int repeats;
-
-    void set() const { changeKeyboard(u"xset r rate %1 %2"_s.arg(delay).arg(repeats)); }
-    QByteArray inWords() const
-    {
-        return " with " + QByteArray::number(repeats) + " repeats a second after "
-            + QByteArray::number(delay) + " ms";
-    }
-    /// Long enough for several repeats.
-    int longHold() const { return delay + 300; }
-};
-constexpr RepeatRate repeatRates[] = {{660, 25}, {250, 33}, {200, 100}};
-
 void addPressesAndHolds(const AddRow &add)
 {
     add("pressed once",
         {.keys = [](Typing &typing) { typing.keyboard.type(controlAltK); }, .runsOfK = 1});
     add("held for two seconds",
-        {.keys = [](Typing &typing) { typing.hold(controlAltK, 2000); }, .runsOfK = 1});
+        {.keys = [](Typing &typing) { typing.hold(controlAltK, 2000); },
+         .runsOfK = 1,
+         .before = [](Typing &) { serverRate.set(); }});
     for (const auto &[hold, pause] :
-         {std::pair(5, 660), {longHold, 30}, {longHold, 660}, {longHold, 5000}}) {
+         {std::pair(5, usualRate.delay), {longHold, 30}, {longHold, usualRate.delay}}) {
         add("held for " + QByteArray::number(hold) + " ms and pressed again "
                 + QByteArray::number(pause) + " ms later",
             {.keys =
@@ -342,150 +183,6 @@ void addEarlierPresses(const AddRow &add)
              }});
 }
 
-void addHoldsThatBeganUnseen(const AddRow &add)
-{
-    const auto holdModifiers = [](Typing &typing, int duration) {
-        typing.keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT});
-        typing.wait(duration);
-        typing.keyboard.release(controlAltK);
-    };
-    for (const RepeatRate rate : repeatRates) {
-        for (const int lead : {30, rate.longHold()}) {
-            add("the key goes down " + QByteArray::number(lead) + " ms before the modifiers"
-                    + rate.inWords(),
-                {.keys =
-                     [=](Typing &typing) {
-                         typing.awaitStart();
-                         typing.keyboard.press({KEY_K});
-                         typing.wait(lead);
-                         holdModifiers(typing, rate.longHold());
-                     },
-                 .runsOfK = 1,
-                 .runsOfJ = 1,
-                 .before = [rate](Typing &) { rate.set(); },
-                 .reachesTheWindow = true});
-        }
-        add("the second modifier goes down after the key" + rate.inWords(),
-            {.keys =
-                 [rate](Typing &typing) {
-                     typing.awaitStart();
-                     typing.keyboard.press({KEY_LEFTCTRL, KEY_K});
-                     typing.wait(rate.longHold());
-                     typing.keyboard.press({KEY_LEFTALT});
-                     typing.wait(rate.longHold());
-                     typing.keyboard.release(controlAltK);
-                 },
-             .runsOfK = 1,
-             .runsOfJ = 1,
-             .before = [rate](Typing &) { rate.set(); },
-             .reachesTheWindow = true});
-        add("held while another program has the keyboard and gives it back" + rate.inWords(),
-            {.keys =
-                 [rate](Typing &typing) {
-                     typing.awaitStart();
-                     Keyboard locker;
-                     QVERIFY(locker.grabAll());
-                     typing.keyboard.press(controlAltK);
-                     typing.wait(rate.longHold());
-                     locker.ungrabAll();
-                     typing.wait(rate.longHold());
-                     typing.keyboard.release(controlAltK);
-                 },
-             .runsOfK = 1,
-             .runsOfJ = 1,
-             .before = [rate](Typing &) { rate.set(); }});
-    }
-    add("the modifiers are pressed twice while the key is held",
-        {.keys =
-             [=](Typing &typing) {
-                 typing.awaitStart();
-                 typing.keyboard.press({KEY_K});
-                 typing.wait(longHold);
-                 typing.keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT});
-                 typing.wait(30);
-                 typing.keyboard.release({KEY_LEFTCTRL, KEY_LEFTALT});
-                 typing.wait(200);
-                 holdModifiers(typing, longHold);
-             },
-         .runsOfK = 1,
-         .runsOfJ = 1,
-         .reachesTheWindow = true});
-    add("held since before the modifiers, and pressed again",
-        {.keys =
-             [=](Typing &typing) {
-                 typing.awaitStart();
-                 typing.keyboard.press({KEY_K});
-                 typing.wait(longHold);
-                 holdModifiers(typing, longHold);
-                 typing.wait(30);
-                 typing.keyboard.type(controlAltK);
-             },
-         .runsOfK = 2,
-         .runsOfJ = 1,
-         .reachesTheWindow = true});
-}
-
-void addQuickPresses(const AddRow &add)
-{
-    constexpr int presses = 20;
-    for (const RepeatRate rate : repeatRates) {
-        for (const int pause : {30, 50, 80}) {
-            add("pressed 20 times, " + QByteArray::number(pause) + " ms apart" + rate.inWords(),
-                {.keys =
-                     [pause](Typing &typing) {
-                         for (int i = 0; i < presses; ++i) {
-                             typing.hold(controlAltK, pause / 2);
-                             typing.wait(pause - pause / 2);
-                         }
-                     },
-                 .runsOfK = presses,
-                 .before = [rate](Typing &) { rate.set(); }});
-        }
-    }
-}
-
-void addGrabsByTheApplication(const AddRow &add)
-{
-    add("the application takes the keyboard until after the keys' release",
-        {.keys =
-             [](Typing &typing) {
-                 typing.keyboard.press(controlAltK);
-                 typing.awaitGrabByApplication();
-                 typing.keyboard.release(controlAltK);
-                 typing.endGrabByApplication();
-                 typing.typeToTheEnd();
-             },
-         .runsOfK = 2,
-         .before = giveReasonToGrab,
-         .argumentsOfK = untilItsReasonIsGone});
-    add("the application takes the keyboard and gives it back while the keys are held",
-        {.keys =
-             [](Typing &typing) {
-                 typing.keyboard.press(controlAltK);
-                 typing.awaitGrabByApplication();
-                 typing.wait(longHold);
-                 typing.endGrabByApplication();
-                 typing.wait(longHold);
-                 typing.keyboard.release(controlAltK);
-                 typing.wait(30);
-                 typing.typeToTheEnd();
-             },
-         .runsOfK = 2,
-         .before = giveReasonToGrab,
-         .argumentsOfK = untilItsReasonIsGone});
-    add("pressed for the application that has taken the keyboard",
-        {.keys =
-             [](Typing &typing) {
-                 typing.hold(controlAltK, longHold);
-                 typing.awaitGrabByApplication();
-                 typing.keyboard.type(controlAltK);
-                 typing.endGrabByApplication();
-             },
-         .runsOfK = 1,
-         .before = giveReasonToGrab,
-         .argumentsOfK = untilItsReasonIsGone});
-}
-
 void addLocks(const AddRow &add)
 {
     constexpr std::pair<const char *, quint16> allLocks[] = {
@@ -542,21 +239,14 @@ void addOtherKeyboards(const AddRow &add)
          .runsOfK = 1});
 }
 } // namespace
-Q_DECLARE_METATYPE(Rhythm)
 
 class KeyPressTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        Keyboard keyboard;
-        keyboard.setLocks(0);
-        keyboard.setGroup(0);
-        if (std::exchange(isKeyboardChanged, false))
-            run(u"setxkbmap us && xset r rate 660 25"_s);
-    }
+    void initTestCase() { usualRate.set(); }
+    void cleanup() { restoreKeyboard(); }
 
     void givesTheApplicationAStartOfItsOwn()
     {
@@ -585,7 +275,7 @@ private Q_SLOTS:
 
     void leavesTheKeyboardToTheApplicationWhileTheKeysAreDown()
     {
-        Desk desk(controlOptionK, "--grab-keyboard");
+        Desk desk(storedControlAltK, "--grab-keyboard");
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
         desk.keyboard.press(controlAltK);
         QTRY_COMPARE(desk.app.starts().size(), 1);
@@ -604,45 +294,17 @@ private Q_SLOTS:
 
     void runsOncePerPress_data()
     {
-        QTest::addColumn<Rhythm>("rhythm");
-        const auto add = [](const QByteArray &row, const Rhythm &rhythm) {
-            QTest::newRow(row.constData()) << rhythm;
-        };
+        const AddRow add = addRhythms();
         addPressesAndHolds(add);
         addOrdersOfRelease(add);
         addEarlierPresses(add);
-        addHoldsThatBeganUnseen(add);
-        addQuickPresses(add);
-        addGrabsByTheApplication(add);
         addLocks(add);
         addOtherKeyboards(add);
     }
     void runsOncePerPress()
     {
         QFETCH(const Rhythm, rhythm);
-        Typing typing(rhythm.argumentsOfK);
-        QVERIFY(QTest::qWaitForWindowActive(&typing.window));
-        rhythm.before(typing);
-        typing.keyboard.setLocks(rhythm.locks);
-        typing.program.start();
-        const quint16 modifiers = controlAlt | rhythm.locks;
-        QVERIFY(QTest::qWaitFor([&] { return typing.keyboard.isGrabbed(KEY_K, modifiers); }));
-
-        rhythm.keys(typing);
-        if (QTest::currentTestFailed())
-            return;
-        // When L's application runs, all presses before it have been dealt with.
-        QTRY_VERIFY(typing.keyboard.isGrabbed(KEY_L, modifiers));
-        typing.keyboard.type(controlAltL);
-        QTRY_COMPARE(typing.onL.starts().size(), 1);
-        QCOMPARE(typing.program.stop(), 0);
-        QCOMPARE(typing.onK.starts().size(), rhythm.runsOfK);
-        QCOMPARE(typing.onJ.starts().size(), rhythm.runsOfJ);
-
-        // When F9 has come to the window, so has everything before it.
-        typing.keyboard.type({KEY_F9});
-        QTRY_COMPARE(typing.window.presses[Qt::Key_F9], 1);
-        QVERIFY(rhythm.reachesTheWindow || typing.window.presses[Qt::Key_K] == 0);
+        verifyRuns(rhythm);
     }
 
     void findsKeysByTheirPlaceNotTheirLetter()
@@ -675,8 +337,8 @@ private Q_SLOTS:
         RecordedApp other;
         ProgramUnderTest second;
         second.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, otherBus.address());
-        second.addApp(first.app.desktopFile(), controlOptionK);
-        second.addApp(other.desktopFile(), controlOptionJ);
+        second.addApp(first.app.desktopFile(), storedControlAltK);
+        second.addApp(other.desktopFile(), storedControlAltJ);
         second.start();
         QTRY_VERIFY(first.keyboard.isGrabbed(KEY_J, controlAlt));
 
@@ -696,8 +358,8 @@ private Q_SLOTS:
 
         RecordedApp witness;
         ProgramUnderTest program;
-        program.addApp(witness.desktopFile(), controlOptionK);
-        program.addApp(witness.desktopFile(), controlOptionJ);
+        program.addApp(witness.desktopFile(), storedControlAltK);
+        program.addApp(witness.desktopFile(), storedControlAltJ);
         program.start();
         const Keyboard keyboard;
         QTRY_VERIFY(keyboard.isGrabbed(KEY_J, controlAlt));
