@@ -8,7 +8,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
-#include <functional>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -19,7 +18,6 @@ using State = Accessible::State;
 namespace
 {
 const QString noImport = u"That file could not be imported. Is it a Corvane export?"_s;
-const QString noExport = u"The list could not be exported."_s;
 
 struct Desk : SettingsDesk {
     /// A place in the user's home.
@@ -38,18 +36,11 @@ struct Desk : SettingsDesk {
     }
     void importFrom(const QString &path) const { choose(u"Import"_s, path); }
     void exportTo(const QString &path) const { choose(u"Export"_s, path); }
-
-    qsizetype rows(const QString &name) const { return all.findAll(Role::row, name).size(); }
 };
 
 Json parsed(const QByteArray &text)
 {
     return Json::parse(text.constData(), nullptr, false);
-}
-
-bool isExport(const QByteArray &text)
-{
-    return parsed(text).contains("items");
 }
 
 /// An item of an export, with what is the same in all that the tests write.
@@ -84,16 +75,7 @@ QByteArray exportWithKeys(int count)
     }
     return exportOf(items);
 }
-
-using WriteFile = std::function<void(const QString &path)>;
-
-WriteFile writing(const QByteArray &content)
-{
-    return [content](const QString &path) { SettingsDesk::write(path, content); };
-}
 } // namespace
-
-Q_DECLARE_METATYPE(WriteFile)
 
 class ListExchangeTest : public QObject
 {
@@ -153,48 +135,17 @@ private Q_SLOTS:
         QVERIFY(desk.hasRow(u"Mine"_s));
     }
 
-    void doublesTheListWithItsOwnExport()
+    void refusesWhatIsNoExport()
     {
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        desk.open();
-        desk.exportTo(desk.path(u"list.json"_s));
-        desk.awaitNoSheet();
-        desk.importFrom(desk.path(u"list.json"_s));
-        desk.awaitNoSheet();
-        QTRY_COMPARE(desk.rows(u"App"_s), 2);
-        QTRY_COMPARE(desk.all.findAll(Role::label, u"The same keys are used by “App”."_s).size(),
-                     2);
-        QCOMPARE(parsed(desk.list()).size(), 2);
-        QVERIFY(parsed(desk.list()).at(0)["id"] != parsed(desk.list()).at(1)["id"]);
-        desk.verifyThatKeysRunTheApp(controlAltK);
-    }
-
-    void refusesWhatIsNoExport_data()
-    {
-        QTest::addColumn<WriteFile>("writeFile");
         const Json good = item(u"Good"_s, u"website"_s, u"https://example.com/"_s);
         Json folder = good;
         folder["kind"] = "folder";
-        Json fraction = good;
-        fraction["keyCode"] = 40.5;
-        QTest::newRow("what is not JSON") << writing("hello");
-        QTest::newRow("an unknown kind among good ones") << writing(exportOf({good, folder}));
-        QTest::newRow("half a key code among whole ones") << writing(exportOf({good, fraction}));
-        QTest::newRow("a huge file") << WriteFile([](const QString &path) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(200'000'000));
-        });
-    }
-    void refusesWhatIsNoExport()
-    {
-        QFETCH(const WriteFile, writeFile);
         Desk desk;
         desk.addApp(storedControlAltK);
         desk.open();
         const QByteArray list = desk.list();
         const QByteArray settings = desk.settings();
-        writeFile(desk.path(u"list.json"_s));
+        SettingsDesk::write(desk.path(u"list.json"_s), exportOf({good, folder}));
         desk.importFrom(desk.path(u"list.json"_s));
         SettingsDesk::press(desk.errorAlert(noImport), u"OK"_s);
         desk.awaitNoSheet();
@@ -212,85 +163,6 @@ private Q_SLOTS:
         SettingsDesk::press(panel, u"Import"_s);
         QVERIFY(panel.await(Role::row, u"inside.json"_s).isThere());
         QVERIFY(panel.is(State::active));
-    }
-
-    void tellsThatAFileHasGone()
-    {
-        Desk desk;
-        SettingsDesk::write(desk.path(u"list.json"_s), exportOf(Json::array()));
-        desk.open();
-        const Accessible panel = desk.panelWith(u"Import"_s, desk.path(u"list.json"_s));
-        QVERIFY(QFile::remove(desk.path(u"list.json"_s)));
-        desk.keyboard.type({KEY_ENTER});
-        const Accessible box = desk.alert(u"Import"_s);
-        QVERIFY(box.find(Role::label, u"That item could not be found."_s).isThere());
-        SettingsDesk::press(box, u"OK"_s);
-        QTRY_VERIFY(panel.is(State::active));
-    }
-
-    void tellsWhyTheListCannotBeExported_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("where nobody can write") << u"/proc/list.json"_s;
-        QTest::newRow("in a folder that is not there") << u"/nowhere/list.json"_s;
-    }
-    void tellsWhyTheListCannotBeExported()
-    {
-        QFETCH(const QString, path);
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        desk.open();
-        desk.exportTo(path);
-        SettingsDesk::press(desk.errorAlert(noExport), u"Show Details"_s);
-        const Accessible details = desk.sheet(u"Details"_s);
-        QVERIFY(!details.find(Role::field, u"Details"_s).text().isEmpty());
-        SettingsDesk::press(details, u"Close"_s);
-        desk.awaitNoSheet();
-    }
-
-    void asksBeforeItReplacesAFile_data()
-    {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<bool>("isReplaced");
-        QTest::newRow("and does it") << u"Replace"_s << true;
-        QTest::newRow("or does not") << u"Cancel"_s << false;
-    }
-    void asksBeforeItReplacesAFile()
-    {
-        QFETCH(const QString, answer);
-        QFETCH(const bool, isReplaced);
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        SettingsDesk::write(desk.path(u"list.json"_s), "precious");
-        desk.open();
-        desk.exportTo(desk.path(u"list.json"_s));
-        const Accessible box = desk.alert(u"Export"_s);
-        QVERIFY(box.find(Role::label, u"“list.json” already exists. Do you want to replace it?"_s)
-                    .isThere());
-        QCOMPARE(SettingsDesk::content(desk.path(u"list.json"_s)), QByteArray("precious"));
-        SettingsDesk::press(box, answer);
-        QTRY_VERIFY(!box.is(State::showing));
-        QTRY_COMPARE(desk.hasSheet(), !isReplaced);
-        const QByteArray content = SettingsDesk::content(desk.path(u"list.json"_s));
-        QCOMPARE(isExport(content), isReplaced);
-        QCOMPARE(content == "precious", !isReplaced);
-    }
-
-    void exportsByTheKeyboardAlone()
-    {
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        desk.open();
-        QTRY_VERIFY(desk.all.find(Role::button, u"Add"_s).is(State::focused));
-        desk.keyboard.type({KEY_TAB});
-        desk.keyboard.type({KEY_TAB});
-        QTRY_VERIFY(desk.all.find(Role::button, u"Export…"_s).is(State::focused));
-        desk.keyboard.type({KEY_SPACE});
-        desk.sheet(u"Export"_s);
-        for (const int key : {KEY_M, KEY_I, KEY_N, KEY_E, KEY_ENTER})
-            desk.keyboard.type({key});
-        desk.awaitNoSheet();
-        QVERIFY(isExport(SettingsDesk::content(desk.path(u"mine.json"_s))));
     }
 
     void importsTenThousandEntriesWithKeysInTwoSeconds()

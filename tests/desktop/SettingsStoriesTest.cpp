@@ -121,11 +121,9 @@ struct NotifiedDesk : Desk {
 };
 
 using OpenSheet = std::function<Accessible(const Desk &desk)>;
-using Step = std::function<void(Desk &desk)>;
 } // namespace
 
 Q_DECLARE_METATYPE(OpenSheet)
-Q_DECLARE_METATYPE(Step)
 
 class SettingsStoriesTest : public QObject
 {
@@ -173,21 +171,6 @@ private Q_SLOTS:
         QVERIFY(desk.shows(Role::label, welcome));
     }
 
-    void tellsAboutItself()
-    {
-        Desk desk;
-        desk.open();
-        desk.press(u"About"_s);
-        const Accessible sheet = desk.sheet(u"Corvane"_s);
-        QVERIFY(sheet
-                    .find(Role::label,
-                          u"Global hotkeys use Apple's Carbon hot key API. No third-party code is "
-                          "included."_s)
-                    .is(State::showing));
-        desk.keyboard.type({KEY_ENTER});
-        desk.awaitNoSheet();
-    }
-
     void removesAllKeysAndNothingElse()
     {
         Desk desk;
@@ -206,52 +189,19 @@ private Q_SLOTS:
         QCOMPARE(desk.all.findAll(Role::label, u"No keys"_s).size(), 2);
     }
 
-    void keepsAllKeysWhenTheResetIsCancelled_data()
-    {
-        QTest::addColumn<Step>("cancel");
-        QTest::newRow("by the button")
-            << Step([](Desk &desk) { SettingsDesk::press(desk.alert(question), u"Cancel"_s); });
-        QTest::newRow("by Escape") << Step([](Desk &desk) { desk.keyboard.type({KEY_ESC}); });
-        // As every alert's harmless button.
-        QTest::newRow("by Return") << Step([](Desk &desk) { desk.keyboard.type({KEY_ENTER}); });
-    }
     void keepsAllKeysWhenTheResetIsCancelled()
     {
-        QFETCH(const Step, cancel);
         Desk desk;
         desk.addApp(storedControlAltK);
         desk.open();
         const QByteArray list = desk.list();
         const QByteArray settings = desk.settings();
         desk.press(u"Reset all shortcuts…"_s);
-        desk.alert(question);
-        cancel(desk);
+        SettingsDesk::press(desk.alert(question), u"Cancel"_s);
         desk.awaitNoSheet();
         QCOMPARE(desk.list(), list);
         QCOMPARE(desk.settings(), settings);
         desk.verifyThatKeysRunTheApp(controlAltK);
-    }
-
-    void removesAllKeysByTheKeyboardAlone()
-    {
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        desk.open();
-        const auto hasFocus = [&](const Accessible &part, const QString &name) {
-            return part.find(Role::button, name).is(State::focused);
-        };
-        // The window begins with its Add button, and the last is the one before.
-        QTRY_VERIFY(hasFocus(desk.all, u"Add"_s));
-        desk.keyboard.type({KEY_LEFTSHIFT, KEY_TAB});
-        QTRY_VERIFY(hasFocus(desk.all, u"Reset all shortcuts…"_s));
-        desk.keyboard.type({KEY_SPACE});
-        const Accessible sheet = desk.alert(question);
-        QTRY_VERIFY(hasFocus(sheet, u"Cancel"_s));
-        desk.keyboard.type({KEY_TAB});
-        QTRY_VERIFY(hasFocus(sheet, u"Reset all shortcuts"_s));
-        desk.keyboard.type({KEY_SPACE});
-        desk.awaitNoSheet();
-        desk.awaitFree(KEY_K);
     }
 
     void obeysTheKeysWhileASheetIsOpen_data()
@@ -292,23 +242,6 @@ private Q_SLOTS:
         const Accessible sheet = openSheet(desk);
         desk.verifyThatKeysRunTheApp(controlAltK);
         QVERIFY(sheet.is(State::active));
-    }
-
-    void tellsASecondErrorInAnAlertOfItsOwn()
-    {
-        Desk desk;
-        desk.addApp(storedControlAltK);
-        desk.open();
-        const Accessible first = desk.causeError();
-        desk.preventSaving();
-        // Assistive programs reach what is behind a sheet.
-        QVERIFY(desk.row(u"App"_s).find(Role::checkBox, u"Enabled"_s).toggle());
-        desk.awaitFree(KEY_K);
-        QVERIFY(first.find(Role::label, noLoginItem).is(State::showing));
-        SettingsDesk::press(first, u"OK"_s);
-        QTRY_VERIFY(!first.is(State::showing));
-        SettingsDesk::press(desk.errorAlert(noSave), u"OK"_s);
-        desk.awaitNoSheet();
     }
 
     void tellsWhenItIsOpenedWhatWentWrongBefore()
