@@ -29,7 +29,7 @@ const QList<int> controlK{KEY_LEFTCTRL, KEY_K};
 const QList<int> superD{KEY_LEFTMETA, KEY_D};
 
 /// Longer than it takes a held key to repeat several times, with the rate that the tests set.
-constexpr int longHold = 600;
+constexpr int longHold = 300;
 
 /// Runs a tool of the X server.
 void run(const QString &command)
@@ -238,7 +238,7 @@ class KeyCaptureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { run(u"xset r rate 200 30"_s); }
+    void init() { run(u"xset r rate 100 50"_s); }
 
     void cleanup()
     {
