@@ -277,7 +277,7 @@ private Q_SLOTS:
                       "  label \"Row 2\" \\[enabled showing visible readOnly\\] \\(\\)\n"
                       "  push button \"Remove\" \\[enabled focusable showing visible\\] "
                       "\\(Press, SetFocus\\)\n"_s);
-        QVERIFY(!row.await(u"push button"_s, u"Add"_s).isThere());
+        QVERIFY(!row.await(u"push button"_s, u"Add"_s, 300).isThere());
     }
 
     void isGoneWithTheProgram()
@@ -302,7 +302,6 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         QVERIFY(!greet.isThere());
-        QCOMPARE(program.window.findAll(u"push button"_s), QList<Accessible>());
         QVERIFY(timer.elapsed() < 10000);
         QCOMPARE(kill(process, SIGCONT), 0);
         QTRY_VERIFY(greet.isThere());

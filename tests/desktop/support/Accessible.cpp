@@ -281,14 +281,14 @@ Accessible Accessible::find(const QString &role, const QString &name) const
     return first == found.end() ? found.value(0) : *first;
 }
 
-Accessible Accessible::await(const QString &role, const QString &name) const
+Accessible Accessible::await(const QString &role, const QString &name, int timeout) const
 {
     Accessible found;
     const auto shows = [&] {
         found = find(role, name);
         return found.is(State::showing);
     };
-    if (QTest::qWaitFor(shows))
+    if (QTest::qWaitFor(shows, timeout))
         return found;
     qWarning("there is no %s \"%s\" in\n%s", qPrintable(role), qPrintable(name),
              qPrintable(tree()));

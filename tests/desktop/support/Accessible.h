@@ -93,8 +93,8 @@ public:
     /// The one below it that has the keys; nothing if none has.
     Accessible focused() const;
 
-    /// Awaits that there is one that shows.
-    Accessible await(const QString &role, const QString &name) const;
+    /// Awaits that there is one that shows, for no more than so many ms.
+    Accessible await(const QString &role, const QString &name, int timeout = 5000) const;
 
     /// Does one of the actions, if it shows and is enabled; whether that was so. What comes of it
     /// may come later. A window-modal dialog does not keep anybody from acting on the parts behind.
