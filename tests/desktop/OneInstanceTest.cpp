@@ -552,6 +552,10 @@ private Q_SLOTS:
     {
         QFETCH(const Moment, awaitMoment);
         const Session session;
+        // With an answer about trays Qt makes an icon, and waits if the bus stops in that
+        // millisecond.
+        const RecordedService watcher(session.busAddress(), u"org.kde.StatusNotifierWatcher"_s,
+                                      RecordedService::silence);
         Instance first;
         session.start(first.program);
         awaitMoment(session);
