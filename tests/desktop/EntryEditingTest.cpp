@@ -6,6 +6,7 @@
 #include "support/Windows.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QProcess>
 #include <QTest>
 #include <functional>
@@ -101,8 +102,8 @@ private Q_SLOTS:
         desk.awaitNoSheet();
         desk.awaitHeld(KEY_J);
         desk.verifyThatKeysRunTheApp(controlAltJ);
-        const auto arguments = desk.app.starts().constLast()["arguments"];
-        QCOMPARE(QByteArray::fromStdString(arguments.empty() ? "" : arguments.back()), opened);
+        const auto arguments = desk.app.starts().constLast()[u"arguments"].toArray();
+        QCOMPARE(arguments.last().toString().toUtf8(), opened);
     }
 
     void changesAnEntry()

@@ -202,9 +202,9 @@ private Q_SLOTS:
         QTRY_VERIFY(keyboard.isGrabbed(KEY_K, controlAlt));
         keyboard.type({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
         QTRY_COMPARE(app.starts().size(), 1);
-        const auto id = app.starts().constFirst()["startupId"].get<std::string>();
+        const auto id = app.starts().constFirst()[u"startupId"].toString();
         QTRY_COMPARE(messages.soFar(),
-                     QList({"new: ID=\"" + QByteArray::fromStdString(id)
+                     QList({"new: ID=\"" + id.toUtf8()
                             + "\" NAME=\"Recorded\" SCREEN=\"0\" BIN=\"record-start\" ICON=\"a "
                               "\\\"b\\\" \\\\c\" WMCLASS=\"Rec\""}));
     }

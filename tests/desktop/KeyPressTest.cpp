@@ -25,11 +25,6 @@ struct Desk {
     ProgramUnderTest program;
 };
 
-QByteArray text(const nlohmann::json &value)
-{
-    return QByteArray::fromStdString(value.dump());
-}
-
 /// That of a server to which nobody has told another.
 constexpr RepeatRate serverRate{660, 25};
 
@@ -255,13 +250,13 @@ private Q_SLOTS:
         desk.keyboard.type(controlAltK);
         QTRY_COMPARE(desk.app.starts().size(), 1);
 
-        const nlohmann::json start = desk.app.starts().constFirst();
-        QCOMPARE(text(start["arguments"]), QByteArray(R"(["--new","two words","100%"])"));
-        QCOMPARE(text(start["folder"]), '"' + desk.program.home.path().toUtf8() + '"');
-        QCOMPARE(text(start["input"]), QByteArray(R"("/dev/null")"));
-        QCOMPARE(text(start["descriptors"]), QByteArray("[0,1,2]"));
-        QCOMPARE(text(start["leadsItsSession"]), QByteArray("true"));
-        QCOMPARE(text(start["hasDefaultSignals"]), QByteArray("true"));
+        const QJsonObject start = desk.app.starts().constFirst();
+        QCOMPARE(text(start[u"arguments"]), QByteArray(R"(["--new","two words","100%"])"));
+        QCOMPARE(text(start[u"folder"]), '"' + desk.program.home.path().toUtf8() + '"');
+        QCOMPARE(text(start[u"input"]), QByteArray(R"("/dev/null")"));
+        QCOMPARE(text(start[u"descriptors"]), QByteArray("[0,1,2]"));
+        QCOMPARE(text(start[u"leadsItsSession"]), QByteArray("true"));
+        QCOMPARE(text(start[u"hasDefaultSignals"]), QByteArray("true"));
     }
 
     void leavesNoZombie()
@@ -281,7 +276,7 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.app.starts().size(), 1);
         QVERIFY(desk.keyboard.isDown(KEY_K));
         desk.keyboard.release(controlAltK);
-        QCOMPARE(text(desk.app.starts().constFirst()["keyboardGrab"]), QByteArray("0"));
+        QCOMPARE(text(desk.app.starts().constFirst()[u"keyboardGrab"]), QByteArray("0"));
     }
 
     void followsNumLockWhereverItIs()

@@ -61,11 +61,6 @@ private:
     QString m_path;
 };
 
-QByteArray text(const nlohmann::json &value)
-{
-    return QByteArray::fromStdString(value.dump());
-}
-
 /// This program, but that another loader has to load it.
 QByteArray programWithLoader(const QByteArray &path)
 {
@@ -84,13 +79,6 @@ auto usePath(const QString &folder)
     const QByteArray before = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(folder));
     return qScopeGuard([before] { qputenv("PATH", before); });
-}
-
-/// The one start of the application, once it has come; empty if it does not come.
-nlohmann::json startOf(const RecordedApp &app)
-{
-    return QTest::qWaitFor([&app] { return app.starts().size() == 1; }) ? app.starts().constFirst()
-                                                                        : nlohmann::json::object();
 }
 
 QString busAddress()
@@ -126,9 +114,9 @@ private Q_SLOTS:
     {
         const RecordedApp app("--name %c --file %k");
         QCOMPARE(openApplication(app.desktopFile()), QString());
-        const auto start = startOf(app);
-        QCOMPARE(text(start["folder"]), '"' + QDir::homePath().toUtf8() + '"');
-        QCOMPARE(text(start["arguments"]),
+        const auto start = app.onlyStart();
+        QCOMPARE(text(start[u"folder"]), '"' + QDir::homePath().toUtf8() + '"');
+        QCOMPARE(text(start[u"arguments"]),
                  "[\"--name\",\"Recorded\",\"--file\",\"" + app.desktopFile().toUtf8() + "\"]");
     }
 
@@ -136,7 +124,7 @@ private Q_SLOTS:
     {
         const RecordedApp app({}, "Path=/usr/share");
         QCOMPARE(openApplication(app.desktopFile()), QString());
-        QCOMPARE(text(startOf(app)["folder"]), QByteArray("\"/usr/share\""));
+        QCOMPARE(text(app.onlyStart()[u"folder"]), QByteArray("\"/usr/share\""));
     }
 
     void opensADesktopFileInTheRootFolderWithoutAHome()
@@ -145,7 +133,7 @@ private Q_SLOTS:
         qputenv("HOME", "/dev/null");
         const RecordedApp app;
         QCOMPARE(openApplication(app.desktopFile()), QString());
-        QCOMPARE(text(startOf(app)["folder"]), QByteArray("\"/\""));
+        QCOMPARE(text(app.onlyStart()[u"folder"]), QByteArray("\"/\""));
     }
 
     void opensAnExecutableFile()
@@ -154,7 +142,7 @@ private Q_SLOTS:
         const File program(u"program with blanks"_s, "#!/bin/sh\nexec " + app.command() + '\n',
                            true);
         QCOMPARE(openApplication(program.path()), QString());
-        QVERIFY(!startOf(app).empty());
+        QVERIFY(!app.onlyStart().empty());
     }
 
     void opensAnApplicationInATerminal()
@@ -166,13 +154,13 @@ private Q_SLOTS:
         // Like the program itself.
         std::signal(SIGXFSZ, SIG_IGN);
         QCOMPARE(openApplication(app.desktopFile()), QString());
-        const auto start = startOf(app);
-        QCOMPARE(text(start["arguments"]), QByteArray("[\"two\",\"more words\"]"));
-        QCOMPARE(text(start["folder"]), QByteArray("\"/usr/share\""));
-        QCOMPARE(text(start["leadsItsSession"]), QByteArray("true"));
-        QCOMPARE(text(start["descriptors"]), QByteArray("[0,1,2]"));
-        QCOMPARE(text(start["hasDefaultSignals"]), QByteArray("true"));
-        QVERIFY(text(start["startupId"]).endsWith("_TIME123456\""));
+        const auto start = app.onlyStart();
+        QCOMPARE(text(start[u"arguments"]), QByteArray("[\"two\",\"more words\"]"));
+        QCOMPARE(text(start[u"folder"]), QByteArray("\"/usr/share\""));
+        QCOMPARE(text(start[u"leadsItsSession"]), QByteArray("true"));
+        QCOMPARE(text(start[u"descriptors"]), QByteArray("[0,1,2]"));
+        QCOMPARE(text(start[u"hasDefaultSignals"]), QByteArray("true"));
+        QVERIFY(text(start[u"startupId"]).endsWith("_TIME123456\""));
     }
 
     void activatesAnApplicationOnTheBus()
@@ -194,7 +182,7 @@ private Q_SLOTS:
     {
         const RecordedApp app({}, "DBusActivatable=true");
         QCOMPARE(openApplication(app.desktopFile()), QString());
-        QVERIFY(!startOf(app).empty());
+        QVERIFY(!app.onlyStart().empty());
     }
 
     void saysWhatTheBusSaid()
@@ -322,8 +310,8 @@ private Q_SLOTS:
         const RecordedApp second;
         QCOMPARE(openApplication(first.desktopFile()), QString());
         QCOMPARE(openApplication(second.desktopFile()), QString());
-        const QByteArray firstId = text(startOf(first)["startupId"]);
-        const QByteArray secondId = text(startOf(second)["startupId"]);
+        const QByteArray firstId = text(first.onlyStart()[u"startupId"]);
+        const QByteArray secondId = text(second.onlyStart()[u"startupId"]);
         QVERIFY(firstId.endsWith("_TIME123456\""));
         QVERIFY(secondId.endsWith("_TIME123456\""));
         QVERIFY(firstId != secondId);
@@ -346,8 +334,8 @@ private Q_SLOTS:
         LinuxWorkspace workspace(activation);
         workspace.openApplication(first.desktopFile(), [](const auto &) {});
         workspace.openApplication(second.desktopFile(), [](const auto &) {});
-        QCOMPARE(text(startOf(first)["activationToken"]), QByteArray("\"token-1\""));
-        QCOMPARE(text(startOf(second)["activationToken"]), QByteArray("\"\""));
+        QCOMPARE(text(first.onlyStart()[u"activationToken"]), QByteArray("\"token-1\""));
+        QCOMPARE(text(second.onlyStart()[u"activationToken"]), QByteArray("\"\""));
     }
 
     void handsOnNothingThatItWasStartedWithItself()
@@ -360,9 +348,9 @@ private Q_SLOTS:
         qputenv("XDG_ACTIVATION_TOKEN", "token");
         const RecordedApp app;
         QCOMPARE(openApplication(app.desktopFile(), {}), QString());
-        const auto start = startOf(app);
-        QCOMPARE(text(start["startupId"]), QByteArray("\"\""));
-        QCOMPARE(text(start["activationToken"]), QByteArray("\"\""));
+        const auto start = app.onlyStart();
+        QCOMPARE(text(start[u"startupId"]), QByteArray("\"\""));
+        QCOMPARE(text(start[u"activationToken"]), QByteArray("\"\""));
     }
 
     void putsWhatItStartsIntoAScopeOfItsOwn_data()
@@ -386,7 +374,7 @@ private Q_SLOTS:
                         isDesktopFile ? app.content() : "#!/bin/sh\nexec " + app.command() + '\n',
                         !isDesktopFile);
         QCOMPARE(openApplication(file.path()), QString());
-        const QString process = QString::fromLatin1(text(startOf(app)["process"]));
+        const QString process = QString::fromLatin1(text(app.onlyStart()[u"process"]));
         QTRY_COMPARE(systemd.calls(u"StartTransientUnit"_s),
                      QStringList({u"/org/freedesktop/systemd1 | "_s + unit.arg(process)
                                   + u" | fail | [(PIDs, [%1]), (CollectMode, inactive-or-failed)]"
@@ -414,7 +402,7 @@ private Q_SLOTS:
         const auto before = m_handler.starts().size();
         QVERIFY(open(url));
         QTRY_COMPARE(m_handler.starts().size(), before + 1);
-        QCOMPARE(text(m_handler.starts().constLast()["arguments"]), "[\"" + argument + "\"]");
+        QCOMPARE(text(m_handler.starts().constLast()[u"arguments"]), "[\"" + argument + "\"]");
     }
 
     void opensAFileWithAnyNameByTheDefaultApplication()
@@ -423,7 +411,7 @@ private Q_SLOTS:
         const auto before = m_handler.starts().size();
         QVERIFY(open(QUrl::fromLocalFile(file.path())));
         QTRY_COMPARE(m_handler.starts().size(), before + 1);
-        QCOMPARE(text(m_handler.starts().constLast()["arguments"]),
+        QCOMPARE(text(m_handler.starts().constLast()[u"arguments"]),
                  "[\"file://" + file.folder().toUtf8() + "/a%20b%23c%2520d%3F%C3%A9.txt\"]");
     }
 

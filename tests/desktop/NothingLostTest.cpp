@@ -184,8 +184,8 @@ private Q_SLOTS:
         desk.keyboard.type(controlAltK);
         QTRY_COMPARE(app.starts().size(), 1);
         const auto start = app.starts().constFirst();
-        const pid_t process = start["process"].get<pid_t>();
-        QVERIFY(start["hasDefaultSignals"].get<bool>());
+        const pid_t process = start[u"process"].toInt();
+        QVERIFY(start[u"hasDefaultSignals"].toBool());
         QCOMPARE(statusOf(process, "Umask"), QByteArray("0027"));
         QCOMPARE(desk.program.end(), 0);
         QCOMPARE(kill(process, SIGTERM), 0);

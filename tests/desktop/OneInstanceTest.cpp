@@ -502,8 +502,7 @@ private Q_SLOTS:
         session.start(first.program);
         QTRY_VERIFY_WITH_TIMEOUT(Keyboard().isGrabbed(KEY_K, controlAlt), 3000);
         first.verifyThatItsKeysWork();
-        QCOMPARE(first.onK.starts().constFirst()["busAddress"].get<std::string>(),
-                 session.busAddress().toStdString());
+        QCOMPARE(first.onK.starts().constFirst()[u"busAddress"].toString(), session.busAddress());
 
         ProgramUnderTest second;
         session.startBeside(first.program, second);
@@ -727,8 +726,8 @@ private Q_SLOTS:
         first.startIn(session);
         session.fire({first.idOnK}, {{u"desktop-startup-id"_s, u"panel_TIME123"_s}});
         QTRY_COMPARE(first.onK.starts().size(), 1);
-        const auto id = first.onK.starts().constFirst()["startupId"].get<std::string>();
-        QVERIFY(QByteArray::fromStdString(id).endsWith("_TIME123"));
+        const auto id = first.onK.starts().constFirst()[u"startupId"].toString();
+        QVERIFY(id.endsWith(u"_TIME123"_s));
     }
 
     void startsOnBehalfOfThisMomentIfNothingIsHandedOver()
@@ -739,8 +738,8 @@ private Q_SLOTS:
         const quint32 before = currentServerTime().value();
         session.fire({first.idOnK});
         QTRY_COMPARE(first.onK.starts().size(), 1);
-        const auto id = first.onK.starts().constFirst()["startupId"].get<std::string>();
-        const auto time = std::stoul(id.substr(id.rfind("_TIME") + 5));
+        const auto id = first.onK.starts().constFirst()[u"startupId"].toString();
+        const auto time = id.section(u"_TIME"_s, -1).toUInt();
         QVERIFY(time >= before && time <= currentServerTime().value());
     }
 };

@@ -65,7 +65,7 @@ struct Desk : SettingsDesk {
     {
         QByteArrayList names;
         for (const auto &start : app.starts())
-            names << QByteArray::fromStdString(start["arguments"].at(0));
+            names << start[u"arguments"][0].toString().toUtf8();
         return names;
     }
 };

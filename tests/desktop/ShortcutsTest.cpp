@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonArray>
 #include <QTest>
 #include <QTimer>
 #include <array>
@@ -110,14 +111,6 @@ struct Desk {
         return finish();
     }
 
-    /// The one start of the recorded app, once it has come; empty if it does not come.
-    nlohmann::json start() const
-    {
-        return QTest::qWaitFor([this] { return app.starts().size() == 1; })
-            ? app.starts().constFirst()
-            : nlohmann::json::object();
-    }
-
     PrivateBus bus;
     ProgramUnderTest program;
     RecordedApp app{"%u"};
@@ -156,11 +149,6 @@ private:
     int m_socket;
 };
 
-QByteArray text(const nlohmann::json &value)
-{
-    return QByteArray::fromStdString(value.dump());
-}
-
 /// The whole call of Notify for a title and a body.
 QString notification(const QString &title, const QString &body)
 {
@@ -195,15 +183,15 @@ private Q_SLOTS:
         desk.program.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"id_TIME7"_s);
         desk.program.environment.insert(u"XDG_ACTIVATION_TOKEN"_s, u"token"_s);
         QCOMPARE(desk.run(tidyUp), 0);
-        const auto start = desk.start();
-        QCOMPARE(text(start["folder"]), '"' + desk.program.home.path().toUtf8() + '"');
-        QCOMPARE(text(start["arguments"]), QByteArray("[]"));
-        QCOMPARE(text(start["input"]), QByteArray("\"/dev/null\""));
-        QCOMPARE(text(start["descriptors"]), QByteArray("[0,1,2]"));
-        QCOMPARE(text(start["startupId"]), QByteArray("\"id_TIME7\""));
-        QCOMPARE(text(start["activationToken"]), QByteArray("\"token\""));
-        QVERIFY(start["leadsItsSession"].get<bool>());
-        QVERIFY(start["hasDefaultSignals"].get<bool>());
+        const auto start = desk.app.onlyStart();
+        QCOMPARE(text(start[u"folder"]), '"' + desk.program.home.path().toUtf8() + '"');
+        QCOMPARE(text(start[u"arguments"]), QByteArray("[]"));
+        QCOMPARE(text(start[u"input"]), QByteArray("\"/dev/null\""));
+        QCOMPARE(text(start[u"descriptors"]), QByteArray("[0,1,2]"));
+        QCOMPARE(text(start[u"startupId"]), QByteArray("\"id_TIME7\""));
+        QCOMPARE(text(start[u"activationToken"]), QByteArray("\"token\""));
+        QVERIFY(start[u"leadsItsSession"].toBool());
+        QVERIFY(start[u"hasDefaultSignals"].toBool());
         QCOMPARE(desk.errors, QByteArray());
     }
 
@@ -214,7 +202,7 @@ private Q_SLOTS:
         desk.addShortcut(u"Tidy Up.desktop"_s, app.content(), 0644);
         QCOMPARE(desk.run(tidyUp), 0);
         QTRY_COMPARE(app.starts().size(), 1);
-        QCOMPARE(text(app.starts().constFirst()["arguments"]),
+        QCOMPARE(text(app.starts().constFirst()[u"arguments"]),
                  QByteArray("[\"--name\",\"Recorded\"]"));
     }
 
@@ -358,7 +346,7 @@ private Q_SLOTS:
         prepare(desk);
         desk.addRecorded(file);
         QCOMPARE(desk.run(tidyUp), 0);
-        QCOMPARE(QString::fromStdString(desk.start()["busAddress"]),
+        QCOMPARE(desk.app.onlyStart()[u"busAddress"].toString(),
                  desk.program.environment.value(u"DBUS_SESSION_BUS_ADDRESS"_s));
     }
 
@@ -371,7 +359,7 @@ private Q_SLOTS:
         QTimer::singleShot(1500, [&] { earlyStarts = desk.app.starts().size(); });
         QCOMPARE(desk.run(tidyUp), 0);
         QCOMPARE(earlyStarts, 1);
-        QCOMPARE(QString::fromStdString(desk.start()["busAddress"]), desk.bus.address());
+        QCOMPARE(desk.app.onlyStart()[u"busAddress"].toString(), desk.bus.address());
     }
 
     void asksSystemdForAScopeBeforeItEnds()
@@ -438,8 +426,8 @@ private Q_SLOTS:
         for (qsizetype i = 0; i < files.size(); ++i) {
             QCOMPARE(desk.run({u"shortcuts://run-shortcut?name=New%20Note"_s}), 0);
             QTRY_COMPARE(editor.starts().size(), i + 1);
-            const auto opened = editor.starts().constLast()["arguments"].back();
-            QCOMPARE(QString::fromStdString(opened), files[i]);
+            const auto opened = editor.starts().constLast()[u"arguments"].toArray().last();
+            QCOMPARE(opened.toString(), files[i]);
             QVERIFY(!content(files[i]).isEmpty());
         }
     }

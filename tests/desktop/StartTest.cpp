@@ -89,7 +89,7 @@ private Q_SLOTS:
         ProgramUnderTest program;
         startByItsKeys(app, program);
         QCOMPARE(app.starts().size(), 1);
-        const pid_t process = app.starts().constFirst()["process"].get<pid_t>();
+        const pid_t process = app.starts().constFirst()[u"process"].toInt();
         QCOMPARE(program.children(), QList({process}));
         QCOMPARE(program.end(), 0);
         QCOMPARE(kill(process, SIGTERM), 0);

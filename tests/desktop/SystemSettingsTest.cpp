@@ -76,7 +76,7 @@ private Q_SLOTS:
         auto settings = session.settings();
         open(settings);
         QTRY_COMPARE(app.starts().size(), 1);
-        QTEST(QString::fromStdString(app.starts().constFirst()["arguments"].dump()), "arguments");
+        QTEST(QString::fromUtf8(text(app.starts().constFirst()[u"arguments"])), "arguments");
     }
 
     void opensThePageOnBehalfOfTheUsersActionOfThisMoment()
@@ -88,8 +88,8 @@ private Q_SLOTS:
         settings.openNotificationSettings();
         const auto after = currentServerTime();
         QTRY_COMPARE(app.starts().size(), 1);
-        const auto id = app.starts().constFirst()["startupId"].get<std::string>();
-        const auto time = StartupNotification::userTime(QByteArray::fromStdString(id));
+        const auto id = app.starts().constFirst()[u"startupId"].toString();
+        const auto time = StartupNotification::userTime(id.toUtf8());
         QVERIFY(before && before <= time && time <= after);
     }
 

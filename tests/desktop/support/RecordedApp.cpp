@@ -3,6 +3,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -43,13 +46,25 @@ QByteArray RecordedApp::command() const
     return '"' + QFile::encodeName(program) + "\" \"" + QFile::encodeName(recordFile()) + '"';
 }
 
-QList<nlohmann::json> RecordedApp::starts() const
+QList<QJsonObject> RecordedApp::starts() const
 {
-    QList<nlohmann::json> starts;
+    QList<QJsonObject> starts;
     QFile file(recordFile());
     if (file.open(QIODevice::ReadOnly)) {
         while (!file.atEnd())
-            starts.append(nlohmann::json::parse(file.readLine().toStdString()));
+            starts << QJsonDocument::fromJson(file.readLine()).object();
     }
     return starts;
+}
+
+QJsonObject RecordedApp::onlyStart() const
+{
+    const bool isOne = QTest::qWaitFor([this] { return starts().size() == 1; });
+    return isOne ? starts().constFirst() : QJsonObject();
+}
+
+QByteArray text(const QJsonValue &value)
+{
+    // Only arrays and objects can be written on their own.
+    return QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).chopped(1).mid(1);
 }

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <QTemporaryDir>
-#include <nlohmann/json.hpp>
 
 class RecordedApp
 {
@@ -27,10 +27,15 @@ public:
                        const QString &configHome) const;
 
     /// What record-start wrote, in the order of the starts so far.
-    QList<nlohmann::json> starts() const;
+    QList<QJsonObject> starts() const;
+    /// The only start, once it has come; empty if it does not come or is not the only one.
+    QJsonObject onlyStart() const;
 
 private:
     QString recordFile() const { return m_folder.filePath(QStringLiteral("starts")); }
 
     QTemporaryDir m_folder;
 };
+
+/// A value as JSON has it.
+QByteArray text(const QJsonValue &value);

@@ -106,7 +106,7 @@ struct Typing {
     void awaitGrabByApplication()
     {
         QTRY_COMPARE(onK.starts().size(), 1);
-        QCOMPARE(onK.starts().constFirst()["keyboardGrab"].get<int>(), 0);
+        QCOMPARE(onK.starts().constFirst()[u"keyboardGrab"].toInt(-1), 0);
     }
 
     void endGrabByApplication()
