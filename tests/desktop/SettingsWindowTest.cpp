@@ -46,7 +46,10 @@ struct Program {
     /// Awaits the window.
     xcb_window_t window() const
     {
-        [] { QTRY_COMPARE(activeTitle(), title); }();
+        [] {
+            QTRY_COMPARE(activeTitle(), title);
+            QTRY_VERIFY(windowOnScreen(title));
+        }();
         return windowOnScreen(title).value_or(XCB_NONE);
     }
 
