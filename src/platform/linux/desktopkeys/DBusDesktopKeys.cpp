@@ -1,7 +1,6 @@
 #include "platform/linux/desktopkeys/DBusDesktopKeys.h"
 
 #include <QDBusConnection>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <chrono>
 #include <limits>
@@ -54,17 +53,12 @@ void DBusDesktopKeys::beginReading()
 }
 
 void DBusDesktopKeys::ask(const QString &path, const QString &interface, const QString &method,
-                          const QVariantList &arguments, const Then &then)
+                          const QVariantList &arguments, const DBusAnswerHandler &handler)
 {
     auto question = QDBusMessage::createMethodCall(m_service, path, interface, method);
     question.setAutoStartService(false);
     question.setArguments(arguments);
     // As nobody waits, the answer may be as late as it likes.
     constexpr int unlimited = std::numeric_limits<int>::max();
-    auto *const answer = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(question, unlimited), m_reading.get());
-    connect(answer, &QDBusPendingCallWatcher::finished, m_reading.get(), [answer, then] {
-        answer->deleteLater();
-        then(answer->reply());
-    });
+    callAsynchronously(question, m_reading.get(), handler, unlimited);
 }

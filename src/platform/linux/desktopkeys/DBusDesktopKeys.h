@@ -1,12 +1,12 @@
 // The keyboard shortcuts of a desktop that has a service on the session bus keep them.
 #pragma once
 
+#include "platform/linux/base/DBusCall.h"
 #include "platform/linux/desktopkeys/DesktopKeys.h"
 
 #include <QDBusMessage>
 #include <QTimer>
 #include <QVariantList>
-#include <functional>
 #include <memory>
 
 /// Of services that come, go and are replaced at any time; none is started for it.
@@ -31,11 +31,9 @@ protected:
     /// Asks for all that there is, and takes it when it has been answered.
     virtual void read() = 0;
 
-    using Then = std::function<void(const QDBusMessage &answer)>;
-
     /// Calls a method. Its answer, which may be an error, is dropped if another reading has begun.
     void ask(const QString &path, const QString &interface, const QString &method,
-             const QVariantList &arguments, const Then &then);
+             const QVariantList &arguments, const DBusAnswerHandler &handler);
 
 private:
     void beginReading();

@@ -1,9 +1,9 @@
 #include "platform/linux/launch/DBusActivation.h"
 
+#include "platform/linux/base/DBusCall.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QStringList>
 #include <QVariantMap>
 #include <gio/gio.h>
@@ -37,14 +37,11 @@ void open(const QString &app, const QUrl &target, const StartupTokens &tokens,
         call << QStringList(target.toString(QUrl::FullyEncoded));
     call << tokens.toPlatformData();
 
-    auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
-    QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer,
-                     [answer, completion = std::move(completion)] {
-                         answer->deleteLater();
-                         const QDBusPendingReply<> reply = *answer;
-                         completion(reply.isError() ? std::optional(Error{reply.error().message()})
-                                                    : std::nullopt);
-                     });
+    callAsynchronously(
+        call, nullptr, [completion = std::move(completion)](const QDBusMessage &answer) {
+            const bool isError = answer.type() == QDBusMessage::ErrorMessage;
+            completion(isError ? std::optional(Error{answer.errorMessage()}) : std::nullopt);
+        });
 }
 
 } // namespace DBusActivation

@@ -1,6 +1,7 @@
 #include "platform/linux/launch/SystemdScope.h"
 
-#include <QDBusArgument>
+#include "platform/linux/base/DBusStructure.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -25,34 +26,22 @@ struct AuxiliaryUnit {
 
 QDBusArgument &operator<<(QDBusArgument &argument, const UnitProperty &property)
 {
-    argument.beginStructure();
-    argument << property.name << property.value;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, property.name, property.value);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, UnitProperty &property)
 {
-    argument.beginStructure();
-    argument >> property.name >> property.value;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, property.name, property.value);
 }
 
 QDBusArgument &operator<<(QDBusArgument &argument, const AuxiliaryUnit &unit)
 {
-    argument.beginStructure();
-    argument << unit.name << unit.properties;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, unit.name, unit.properties);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, AuxiliaryUnit &unit)
 {
-    argument.beginStructure();
-    argument >> unit.name >> unit.properties;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, unit.name, unit.properties);
 }
 
 void registerTypes()

@@ -1,8 +1,8 @@
 #include "platform/linux/services/DBusNotificationCenter.h"
 
-#include <QDBusConnection>
+#include "platform/linux/base/DBusCall.h"
+
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QStringList>
 #include <QVariantMap>
@@ -29,14 +29,11 @@ QDBusMessage callOfBus(const QString &method)
 template <typename Value>
 void call(const QDBusMessage &message, std::function<void(std::optional<Value>)> completion)
 {
-    auto *const answer =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
-    QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer,
-                     [answer, completion = std::move(completion)] {
-                         answer->deleteLater();
-                         const QDBusPendingReply<Value> reply = *answer;
-                         completion(reply.isError() ? std::nullopt : std::optional(reply.value()));
-                     });
+    const auto convert = [completion = std::move(completion)](const QDBusMessage &answer) {
+        const QDBusPendingReply<Value> reply(answer);
+        completion(reply.isError() ? std::nullopt : std::optional(reply.value()));
+    };
+    callAsynchronously(message, nullptr, convert);
 }
 
 QDBusMessage notification(const QString &title, const QString &body, const QString &icon,

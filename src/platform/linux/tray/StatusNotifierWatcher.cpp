@@ -1,8 +1,9 @@
 #include "platform/linux/tray/StatusNotifierWatcher.h"
 
+#include "platform/linux/base/DBusCall.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <optional>
 
@@ -65,11 +66,8 @@ void StatusNotifierWatcher::askForHost()
 {
     const auto message = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s)
         << watcherService << u"IsStatusNotifierHostRegistered"_s;
-    auto *const answer =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        if (const auto host = hostFrom(*answer))
+    callAsynchronously(message, this, [this](const QDBusMessage &answer) {
+        if (const auto host = hostFrom(answer))
             Q_EMIT hostChanged(*host);
     });
 }
