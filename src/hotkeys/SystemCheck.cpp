@@ -1,6 +1,6 @@
 #include "hotkeys/SystemCheck.h"
 
-#include "platform/KeyModifier.h"
+#include "platform/ModifierForms.h"
 #include "platform/SymbolicHotkeys.h"
 
 #include <algorithm>
@@ -38,16 +38,7 @@ bool isHeldElsewhere(const Shortcut &shortcut, SymbolicHotkeys &service)
 
 quint32 carbonToEventFlags(qint64 carbonModifiers)
 {
-    quint32 flags = 0;
-    if (carbonModifiers & commandKey)
-        flags |= commandEventFlag;
-    if (carbonModifiers & shiftKey)
-        flags |= shiftEventFlag;
-    if (carbonModifiers & optionKey)
-        flags |= optionEventFlag;
-    if (carbonModifiers & controlKey)
-        flags |= controlEventFlag;
-    return flags;
+    return converted(carbonModifiers, &ModifierForms::mask, &ModifierForms::eventFlag);
 }
 
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service)

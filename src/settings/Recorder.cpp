@@ -1,6 +1,6 @@
 #include "settings/Recorder.h"
 
-#include "platform/KeyModifier.h"
+#include "platform/ModifierForms.h"
 #include "store/ShortcutStore.h"
 
 using namespace Qt::StringLiterals;
@@ -17,16 +17,7 @@ constexpr int minimumLabelWidth = 150;
 
 quint32 modifierFlagsToCarbon(quint32 modifierFlags)
 {
-    quint32 mask = 0;
-    if (modifierFlags & commandEventFlag)
-        mask |= commandKey;
-    if (modifierFlags & optionEventFlag)
-        mask |= optionKey;
-    if (modifierFlags & controlEventFlag)
-        mask |= controlKey;
-    if (modifierFlags & shiftEventFlag)
-        mask |= shiftKey;
-    return mask;
+    return converted(modifierFlags, &ModifierForms::eventFlag, &ModifierForms::mask);
 }
 
 Recorder::Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name &name,

@@ -1,6 +1,6 @@
 #include "platform/EventFlag.h"
+#include "platform/ModifierForms.h"
 #include "platform/linux/keys/Accelerator.h"
-#include "platform/linux/keys/Modifiers.h"
 
 #include <QChar>
 #include <Qt>
@@ -100,8 +100,8 @@ std::optional<Accelerator> qtAccelerator(int code)
     if (!keysym)
         return {};
     return Accelerator{
-        .modifiers =
-            Modifiers::eventFlags(modifiers) | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
+        .modifiers = converted(modifiers, &ModifierForms::qt, &ModifierForms::eventFlag)
+            | (key == Qt::Key_Backtab ? shiftEventFlag : 0u),
         .keysym = keysym,
         .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
     };

@@ -1,7 +1,7 @@
 #include "platform/linux/recording/KeyTranslation.h"
 
+#include "platform/ModifierForms.h"
 #include "platform/linux/keys/KeyCodes.h"
-#include "platform/linux/keys/Modifiers.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include <QKeyEvent>
@@ -50,9 +50,10 @@ std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyb
     if (!key || (isModifier(press) && *key != escape))
         return std::nullopt;
     // Qt's own modifiers would depend on the layout where the server's are known.
-    return KeyEvent{quint16(*key),
-                    keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
-                             : Modifiers::eventFlags(press.modifiers())};
+    return KeyEvent{
+        quint16(*key),
+        keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
+                 : converted(press.modifiers(), &ModifierForms::qt, &ModifierForms::eventFlag)};
 }
 
 } // namespace KeyTranslation

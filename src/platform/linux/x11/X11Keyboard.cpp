@@ -1,7 +1,7 @@
 #include "platform/linux/x11/X11Keyboard.h"
 
 #include "platform/EventFlag.h"
-#include "platform/KeyModifier.h"
+#include "platform/ModifierForms.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/Xkb.h"
@@ -145,12 +145,13 @@ void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSe
     if (!modifiers || !keysyms)
         return;
     const ModifierMap map(modifiers.get(), keysyms.get(), xcb_keycode_t(m_firstKey));
-    m_command = firstOf(map.bitOf(superLeft), map.bitOf(superRight));
-    m_option = firstOf(map.bitOf(altLeft), map.bitOf(altRight));
+    const quint16 option = firstOf(map.bitOf(altLeft), map.bitOf(altRight));
+    const quint16 command = firstOf(map.bitOf(superLeft), map.bitOf(superRight));
+    m_modifiers = {XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_CONTROL, option, command};
     m_locks = quint16(map.bitOf(numLock) | map.bitOf(scrollLock));
     if (map.hasKeys(XCB_MAP_INDEX_LOCK))
         m_locks |= XCB_MOD_MASK_LOCK;
-    m_locks &= quint16(~(m_command | m_option));
+    m_locks &= quint16(~(option | command));
 }
 
 std::optional<XKeycode> X11Keyboard::find(const KeyCodes::PhysicalKey &key) const
@@ -181,17 +182,14 @@ std::optional<VirtualKey> X11Keyboard::virtualKey(XKeycode key) const
 
 std::optional<quint16> X11Keyboard::modifiers(quint32 mask) const
 {
-    if ((mask & commandKey && !m_command) || (mask & optionKey && !m_option))
-        return std::nullopt;
     quint16 bits = 0;
-    if (mask & commandKey)
-        bits |= m_command;
-    if (mask & optionKey)
-        bits |= m_option;
-    if (mask & shiftKey)
-        bits |= XCB_MOD_MASK_SHIFT;
-    if (mask & controlKey)
-        bits |= XCB_MOD_MASK_CONTROL;
+    for (size_t i = 0; i < m_modifiers.size(); ++i) {
+        if (!(mask & modifierForms[i].mask))
+            continue;
+        if (!m_modifiers[i])
+            return std::nullopt;
+        bits |= m_modifiers[i];
+    }
     return bits;
 }
 
@@ -208,19 +206,18 @@ QList<quint16> X11Keyboard::lockVariants(quint16 modifiers) const
 
 quint16 X11Keyboard::combinationModifiers(quint16 state) const
 {
-    return state & (XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | m_command | m_option);
+    quint16 bits = 0;
+    for (const quint16 modifier : m_modifiers)
+        bits |= state & modifier;
+    return bits;
 }
 
 quint32 X11Keyboard::eventFlags(quint16 state) const
 {
     quint32 flags = 0;
-    if (state & m_command)
-        flags |= commandEventFlag;
-    if (state & m_option)
-        flags |= optionEventFlag;
-    if (state & XCB_MOD_MASK_SHIFT)
-        flags |= shiftEventFlag;
-    if (state & XCB_MOD_MASK_CONTROL)
-        flags |= controlEventFlag;
+    for (size_t i = 0; i < m_modifiers.size(); ++i) {
+        if (state & m_modifiers[i])
+            flags |= modifierForms[i].eventFlag;
+    }
     return flags;
 }

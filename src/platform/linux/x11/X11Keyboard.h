@@ -59,7 +59,7 @@ private:
     std::array<std::optional<VirtualKey>, 256> m_virtualKeys;
     XKeycode m_firstKey{};
     XKeycode m_lastKey{};
-    quint16 m_command = 0;
-    quint16 m_option = 0;
+    /// The bits of those in modifierForms; 0 where the keyboard has no such key.
+    std::array<quint16, 4> m_modifiers{XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_CONTROL};
     quint16 m_locks = 0;
 };
