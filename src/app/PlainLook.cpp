@@ -10,8 +10,8 @@ using namespace viewkit;
 
 PlainLook::PlainLook(Appearance &appearance)
     : m_appearance(appearance)
-    , m_observer(appearance.addObserver([this] { update(); }))
 {
+    connect(&appearance, &Appearance::changed, this, &PlainLook::update);
     if (QApplication::style()->name() == u"fusion") {
         m_style = new PlainStyle;
         QApplication::setStyle(m_style);

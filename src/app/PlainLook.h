@@ -2,8 +2,7 @@
 // desktop wants that.
 #pragma once
 
-#include "platform/Registration.h"
-
+#include <QObject>
 #include <QPointer>
 
 class Appearance;
@@ -13,12 +12,11 @@ namespace viewkit
 class PlainStyle;
 } // namespace viewkit
 
-class PlainLook
+class PlainLook : public QObject
 {
 public:
     /// Needs a QApplication. The service must outlive it.
     explicit PlainLook(Appearance &appearance);
-    Q_DISABLE_COPY_MOVE(PlainLook)
 
 private:
     void update();
@@ -26,5 +24,4 @@ private:
     const Appearance &m_appearance;
     /// The application's own. Null where the desktop has a style.
     QPointer<viewkit::PlainStyle> m_style;
-    Registration m_observer;
 };

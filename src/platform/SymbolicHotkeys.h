@@ -2,11 +2,9 @@
 #pragma once
 
 #include "platform/EventFlag.h"
-#include "platform/Registration.h"
 
 #include <QList>
-#include <QtGlobal>
-#include <functional>
+#include <QObject>
 #include <optional>
 
 struct SymbolicHotkey {
@@ -19,12 +17,12 @@ struct SymbolicHotkey {
     bool operator==(const SymbolicHotkey &) const = default;
 };
 
-/// Answers at once, with what it has heard by then; the observers are told of news.
-class SymbolicHotkeys
+/// Answers at once, with what it has heard by then.
+class SymbolicHotkeys : public QObject
 {
-public:
-    virtual ~SymbolicHotkeys() = default;
+    Q_OBJECT
 
+public:
     /// The desktop's shortcuts, as they are in its settings. Leaves out what it knows only a part
     /// of; nothing if the desktop cannot be asked, or has not answered.
     virtual std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() = 0;
@@ -33,6 +31,7 @@ public:
     /// does not reach us. False where that cannot be known.
     virtual bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) = 0;
 
-    /// The observer is called when answers may have changed, until the returned value ends.
-    virtual Registration addObserver(std::function<void()> observer) = 0;
+Q_SIGNALS:
+    /// Answers may have changed.
+    void changed();
 };

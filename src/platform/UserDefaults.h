@@ -5,17 +5,17 @@
 #include "platform/Registration.h"
 
 #include <QByteArray>
+#include <QObject>
 #include <QString>
-#include <functional>
 #include <optional>
 
 /// A change is on disk when the call returns. A value that cannot be written is kept until
 /// the program ends.
-class UserDefaults
+class UserDefaults : public QObject
 {
-public:
-    virtual ~UserDefaults() = default;
+    Q_OBJECT
 
+public:
     /// Nothing when the key is absent or holds a value of another type.
     virtual std::optional<QByteArray> data(const QString &key) const = 0;
     virtual std::optional<bool> boolean(const QString &key) const = 0;
@@ -32,9 +32,7 @@ public:
     /// values could not be read, or not all of them.
     virtual const std::optional<Error> &error() const = 0;
 
-    /// The observer is called after each change, until the returned value ends.
-    virtual Registration addObserver(std::function<void()> observer) = 0;
-
-    /// Another number after each change, so that what was made of the values knows its age.
-    virtual quint64 revision() const = 0;
+Q_SIGNALS:
+    /// After each change.
+    void changed();
 };

@@ -32,7 +32,6 @@ constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
 SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     : m_platform(platform)
     , m_store(store)
-    , m_defaultsObserver(platform.userDefaults.addObserver([this] { invalidate(); }))
 {
     setBody(Column{
         toolbar(),
@@ -42,13 +41,10 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
         shownWhen([this] { return hasEntries(); }, stretched(entryList())),
         divider(),
         footer(),
-        editorSheet(),
-        aboutSheet(),
-        detailsSheet(),
-        resetConfirmation(),
-        errorAlert(),
+        sheet(),
     });
     fitToContent();
+    connect(&platform.userDefaults, &UserDefaults::changed, this, &View::invalidate);
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
 }
 
@@ -70,7 +66,7 @@ Item SettingsView::toolbar()
 Item SettingsView::entryList()
 {
     auto *const list = new EntryList(
-        m_store, [this](const LaunchEntry &entry) { edit(entry); },
+        m_store, [this](const LaunchEntry &entry) { openSheet(entry); },
         [this](const LaunchEntry &entry) { deleteEntry(entry); });
     return widget(list, [list] { list->refresh(); });
 }
@@ -115,10 +111,10 @@ Item SettingsView::footer()
             button(u"Open Notification Settings"_s,
                    [this] { m_platform.systemSettings.openNotificationSettings(); }),
             Spacer{},
-            button(u"About"_s, [this] { openSheet(&SettingsView::m_showAbout); }),
-            enabledWhen([this] { return hasEntries(); },
-                        button(u"Reset all shortcuts…"_s,
-                               [this] { openSheet(&SettingsView::m_confirmReset); })),
+            button(u"About"_s, [this] { openSheet(About()); }),
+            enabledWhen(
+                [this] { return hasEntries(); },
+                button(u"Reset all shortcuts…"_s, [this] { openSheet(ResetConfirmation()); })),
         },
     };
 }
@@ -136,111 +132,95 @@ Item SettingsView::approvalRow()
     };
 }
 
-Item SettingsView::editorSheet()
+Item SettingsView::sheet()
 {
-    const auto isEditing = [this] { return m_editing.has_value(); };
-    return sheetWhen(this, isEditing, [this](QWidget *owner) {
-        auto *const form =
-            new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
-                           m_platform.shortcutLibrary, *m_editing, [this] { closeEditor(); });
-        return new Sheet(
-            form->title(), form, [form] { form->cancel(); }, owner);
-    });
-}
-
-Item SettingsView::aboutSheet()
-{
-    return sheetWhen(
-        this, [this] { return m_showAbout; },
-        [this](QWidget *owner) {
-            const auto close = [this] { closeSheet(&SettingsView::m_showAbout); };
-            return new Sheet(u"Corvane"_s, new AboutView(close), close, owner);
+    const Item alerts{.rules = {[this] { alertNextError(); }}};
+    const Item sheet = sheetFor<Subject>(
+        this, [this] { return m_sheet; },
+        [this](const Subject &subject, QWidget *owner) {
+            return std::visit([&](const auto &about) { return makeSheet(about, owner); }, subject);
         });
+    return {.rules = alerts.rules + sheet.rules};
 }
 
-Item SettingsView::detailsSheet()
+QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 {
-    return sheetWhen(
-        this, [this] { return m_showDetails; },
-        [this](QWidget *owner) {
-            const auto close = [this] { closeSheet(&SettingsView::m_showDetails); };
-            return new Sheet(u"Details"_s, new DetailsView(m_detailsText, close), close, owner);
-        });
+    auto *const form =
+        new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
+                       m_platform.shortcutLibrary, entry, [this] { closeSheet(); });
+    return new Sheet(
+        form->title(), form, [form] { form->cancel(); }, owner);
 }
 
-Item SettingsView::resetConfirmation()
+QDialog *SettingsView::makeSheet(const About &, QWidget *owner)
 {
-    return sheetWhen(
-        this, [this] { return m_confirmReset; },
-        [this](QWidget *owner) {
-            const auto cancel = [this] { closeSheet(&SettingsView::m_confirmReset); };
-            return alert({.title = u"Remove the keys from every shortcut?"_s,
-                          .message = u"Your entries stay in the list, but each one loses its key "
-                                     "combination."_s,
-                          .buttons = Row{spacing(8), Spacer{},
-                                         destructiveButton(u"Reset all shortcuts"_s,
-                                                           [this] { resetAllShortcuts(); }),
-                                         defaultButton(u"Cancel"_s, cancel)},
-                          .cancel = cancel},
-                         owner);
-        });
+    const auto close = [this] { closeSheet(); };
+    return new Sheet(u"Corvane"_s, new AboutView(close), close, owner);
 }
 
-Item SettingsView::errorAlert()
+QDialog *SettingsView::makeSheet(const Details &details, QWidget *owner)
 {
-    const auto make = [this](const AppError &error, QWidget *owner) {
-        const auto close = [this] { closeAlert(); };
-        return alert({.title = u"Something went wrong"_s,
-                      .message = error.message,
-                      .buttons = Row{spacing(8), Spacer{},
-                                     button(u"Show Details"_s, [this] { showDetails(); }),
-                                     defaultButton(u"OK"_s, close)},
-                      .cancel = close},
-                     owner);
+    const auto close = [this] { closeSheet(); };
+    return new Sheet(u"Details"_s, new DetailsView(details.text, close), close, owner);
+}
+
+QDialog *SettingsView::makeSheet(const ResetConfirmation &, QWidget *owner)
+{
+    const auto cancel = [this] { closeSheet(); };
+    return alert(
+        {.title = u"Remove the keys from every shortcut?"_s,
+         .message = u"Your entries stay in the list, but each one loses its key combination."_s,
+         .buttons =
+             Row{spacing(8), Spacer{},
+                 destructiveButton(u"Reset all shortcuts"_s, [this] { resetAllShortcuts(); }),
+                 defaultButton(u"Cancel"_s, cancel)},
+         .cancel = cancel},
+        owner);
+}
+
+QDialog *SettingsView::makeSheet(const AppError &error, QWidget *owner)
+{
+    const auto close = [this, error] {
+        m_store.clearError(error);
+        closeSheet();
     };
-    return sheetFor<AppError>(
-        this, [this] { return alertedError(); }, make);
+    const auto showDetails = [this, error] {
+        m_store.clearError(error);
+        m_sheet = Details{error.details};
+        refresh();
+    };
+    return alert({.title = u"Something went wrong"_s,
+                  .message = error.message,
+                  .buttons = Row{spacing(8), Spacer{}, button(u"Show Details"_s, showDetails),
+                                 defaultButton(u"OK"_s, close)},
+                  .cancel = close},
+                 owner);
 }
 
 /// The user deals with one thing at a time.
 bool SettingsView::hasSheet() const
 {
-    return m_editing || m_showAbout || m_showDetails || m_confirmReset || m_alerted
-        || (m_panel && m_panel->isVisible());
+    return m_sheet || (m_panel && m_panel->isVisible());
 }
 
-void SettingsView::openSheet(bool SettingsView::*sheet)
+void SettingsView::openSheet(const Subject &subject)
 {
     if (hasSheet())
         return;
-    this->*sheet = true;
+    m_sheet = subject;
     invalidate();
 }
 
-void SettingsView::closeSheet(bool SettingsView::*sheet)
+void SettingsView::closeSheet()
 {
-    this->*sheet = false;
+    m_sheet.reset();
+    // Now: a recording must not go on, nor another sheet be taken for this one.
     refresh();
 }
 
 void SettingsView::addEntry()
 {
-    edit(LaunchEntry());
-}
-
-void SettingsView::edit(const LaunchEntry &entry)
-{
-    if (hasSheet())
-        return;
-    m_editing = entry;
-    invalidate();
-}
-
-void SettingsView::closeEditor()
-{
-    m_editing.reset();
-    // Now: a recording must not go on, nor another sheet be taken for this one.
-    refresh();
+    openSheet(LaunchEntry());
 }
 
 void SettingsView::deleteEntry(const LaunchEntry &entry)
@@ -254,33 +234,18 @@ void SettingsView::deleteEntry(const LaunchEntry &entry)
 void SettingsView::resetAllShortcuts()
 {
     m_store.resetAllShortcuts();
-    closeSheet(&SettingsView::m_confirmReset);
+    closeSheet();
 }
 
-/// The store's error, once nothing else is on the screen; then until its alert is closed, whatever
-/// goes wrong meanwhile.
-const std::optional<AppError> &SettingsView::alertedError()
+/// Opens the alert of the store's first error, once nothing else is on the screen. It stays until
+/// the user closes it, whatever goes wrong meanwhile.
+void SettingsView::alertNextError()
 {
     // Window managers would show the alert alone, and not let its minimized owner come back.
-    if (!hasSheet() && isVisible() && !window()->isMinimized())
-        m_alerted = m_store.error();
-    return m_alerted;
-}
-
-void SettingsView::closeAlert()
-{
-    if (const auto seen = std::exchange(m_alerted, std::nullopt))
-        m_store.clearError(*seen);
-    refresh();
-}
-
-void SettingsView::showDetails()
-{
-    if (!m_alerted)
+    if (hasSheet() || !isVisible() || window()->isMinimized())
         return;
-    m_detailsText = m_alerted->details;
-    m_showDetails = true;
-    closeAlert();
+    if (const auto error = m_store.error())
+        m_sheet = *error;
 }
 
 void SettingsView::importList()

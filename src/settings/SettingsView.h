@@ -3,12 +3,12 @@
 
 #include "model/AppError.h"
 #include "model/LaunchEntry.h"
-#include "platform/Registration.h"
 #include "settings/FilePanel.h"
 #include "viewkit/View.h"
 
 #include <QPointer>
 #include <optional>
+#include <variant>
 
 class ShortcutStore;
 struct Platform;
@@ -32,24 +32,34 @@ private:
     viewkit::Item footer();
     viewkit::Item approvalRow();
 
-    viewkit::Item editorSheet();
-    viewkit::Item aboutSheet();
-    viewkit::Item detailsSheet();
-    viewkit::Item resetConfirmation();
-    viewkit::Item errorAlert();
+    struct About {
+        bool operator==(const About &) const = default;
+    };
+    struct Details {
+        QString text;
+        bool operator==(const Details &) const = default;
+    };
+    struct ResetConfirmation {
+        bool operator==(const ResetConfirmation &) const = default;
+    };
+    /// What the sheet is about: an entry has an editor, an error an alert.
+    using Subject = std::variant<LaunchEntry, About, Details, ResetConfirmation, AppError>;
+
+    viewkit::Item sheet();
+    QDialog *makeSheet(const LaunchEntry &entry, QWidget *owner);
+    QDialog *makeSheet(const About &, QWidget *owner);
+    QDialog *makeSheet(const Details &details, QWidget *owner);
+    QDialog *makeSheet(const ResetConfirmation &, QWidget *owner);
+    QDialog *makeSheet(const AppError &error, QWidget *owner);
     bool hasSheet() const;
-    void openSheet(bool SettingsView::*sheet);
-    void closeSheet(bool SettingsView::*sheet);
+    void openSheet(const Subject &subject);
+    void closeSheet();
 
     void addEntry();
-    void edit(const LaunchEntry &entry);
-    void closeEditor();
     void deleteEntry(const LaunchEntry &entry);
     void resetAllShortcuts();
 
-    const std::optional<AppError> &alertedError();
-    void closeAlert();
-    void showDetails();
+    void alertNextError();
 
     void importList();
     void importFrom(const QString &path);
@@ -67,19 +77,11 @@ private:
 
     const Platform &m_platform;
     ShortcutStore &m_store;
-    Registration m_defaultsObserver;
-    /// The entry whose editor is open.
-    std::optional<LaunchEntry> m_editing;
+    std::optional<Subject> m_sheet;
     bool m_launchAtLogin = false;
     bool m_loginNeedsApproval = false;
-    bool m_confirmReset = false;
-    bool m_showAbout = false;
-    bool m_showDetails = false;
     /// How the last successful import went.
     std::optional<QString> m_importMessage;
-    QString m_detailsText;
-    /// The error whose alert is open.
-    std::optional<AppError> m_alerted;
     QPointer<FilePanel> m_panel;
     QWidget *m_add = nullptr;
 };

@@ -46,15 +46,13 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     : m_platform(platform)
     , m_center(center)
     , m_file(platform.applicationSupport)
-    , m_entriesByKeys(m_entries, platform.userDefaults)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
-    , m_symbolicHotkeysObserver(
-          platform.symbolicHotkeys.addObserver([this] { Q_EMIT willChange(); }))
-    , m_userDefaultsObserver(platform.userDefaults.addObserver([this] {
+{
+    connect(&platform.symbolicHotkeys, &SymbolicHotkeys::changed, this, &ShortcutStore::willChange);
+    connect(&platform.userDefaults, &UserDefaults::changed, this, [this] {
         if (const auto &error = m_platform.userDefaults.error())
             report(u"Your settings could not be saved."_s, *error);
-    }))
-{
+    });
     auto entries = m_file.read();
     if (entries)
         m_entries = std::move(entries).value();
@@ -220,13 +218,26 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
     QStringList messages;
     if (KeyboardShortcuts::isTakenBySystem(*shortcut, m_platform.symbolicHotkeys))
         messages << shortcut->description() + u" is already used by macOS. It may not work."_s;
-    for (const LaunchEntry &other : m_entriesByKeys.enabledEntries(*shortcut)) {
+    for (const LaunchEntry &other : enabledByKeys().value(*shortcut)) {
         if (other.id == excluding)
             continue;
         const QString user = other.name.isEmpty() ? u"another entry"_s : quoted(other.name);
         messages << u"The same keys are used by %1."_s.arg(user);
     }
     return messages;
+}
+
+const ShortcutStore::EntriesByKeys &ShortcutStore::enabledByKeys() const
+{
+    if (!m_enabledByKeys) {
+        m_enabledByKeys.emplace();
+        for (const LaunchEntry &entry : m_entries) {
+            const auto shortcut = getShortcut(entry.shortcutName());
+            if (entry.isEnabled && shortcut)
+                (*m_enabledByKeys)[*shortcut].append(entry);
+        }
+    }
+    return *m_enabledByKeys;
 }
 
 QString ShortcutStore::shortcutText(const LaunchEntry &entry) const
@@ -244,6 +255,7 @@ ShortcutStore::getShortcut(const KeyboardShortcuts::Name &name) const
 void ShortcutStore::setShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
                                 const KeyboardShortcuts::Name &name)
 {
+    m_enabledByKeys.reset();
     KeyboardShortcuts::setShortcut(shortcut, name, m_platform.userDefaults, m_center);
 }
 
@@ -296,6 +308,7 @@ void ShortcutStore::applyEnabledState()
 
 bool ShortcutStore::save()
 {
+    m_enabledByKeys.reset();
     const auto error = m_file.write(m_entries);
     if (error)
         report(u"Your shortcut list could not be saved."_s, *error);

@@ -5,9 +5,8 @@
 #include "model/AppError.h"
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
-#include "platform/Registration.h"
-#include "store/EntriesByKeys.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QStringList>
@@ -109,6 +108,9 @@ Q_SIGNALS:
     void willChange();
 
 private:
+    using EntriesByKeys = QHash<KeyboardShortcuts::Shortcut, QList<LaunchEntry>>;
+
+    const EntriesByKeys &enabledByKeys() const;
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
@@ -121,9 +123,8 @@ private:
     HotkeyCenter &m_center;
     EntriesFile m_file;
     QList<LaunchEntry> m_entries;
-    mutable EntriesByKeys m_entriesByKeys;
+    /// The enabled entries with each combination, in the order of the list; made when it is needed.
+    mutable std::optional<EntriesByKeys> m_enabledByKeys;
     bool m_paused;
     QList<AppError> m_errors;
-    Registration m_symbolicHotkeysObserver;
-    Registration m_userDefaultsObserver;
 };

@@ -2,7 +2,6 @@
 // other programs with the keys that they are given.
 #pragma once
 
-#include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
 
 #include <QSet>
@@ -20,19 +19,10 @@ public:
     {
         return heldElsewhere.contains({keyCode, modifiers});
     }
-    Registration addObserver(std::function<void()> observer) override
-    {
-        return m_observers.add(std::move(observer));
-    }
-
-    void tellObservers() { m_observers.tell(); }
 
     /// Nothing makes the call fail.
     std::optional<QList<SymbolicHotkey>> hotkeys = QList<SymbolicHotkey>();
     /// Key codes and masks.
     QSet<std::pair<quint32, quint32>> heldElsewhere;
     int copies = 0;
-
-private:
-    Observers m_observers;
 };

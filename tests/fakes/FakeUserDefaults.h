@@ -2,7 +2,6 @@
 #pragma once
 
 #include "fakes/CallLog.h"
-#include "platform/Observers.h"
 #include "platform/UserDefaults.h"
 
 #include <QHash>
@@ -47,11 +46,6 @@ public:
         });
     }
     const std::optional<Error> &error() const override { return failure; }
-    Registration addObserver(std::function<void()> observer) override
-    {
-        return m_observers.add(std::move(observer));
-    }
-    quint64 revision() const override { return m_revision; }
 
     QHash<QString, QVariant> values;
     std::optional<Error> failure;
@@ -69,15 +63,12 @@ private:
     }
     void write()
     {
-        ++m_revision;
         if (m_delays > 0)
             return;
         ++writes;
-        m_observers.tell();
+        Q_EMIT changed();
     }
 
     CallLog m_log;
-    Observers m_observers;
     int m_delays = 0;
-    quint64 m_revision = 0;
 };

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QScopeGuard>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <functional>
@@ -182,33 +183,6 @@ private Q_SLOTS:
         QCOMPARE(file.read(), "[General]\n" + line + "\npauseAll=true\n");
     }
 
-    void hasAnotherRevisionAfterEachChange_data()
-    {
-        QTest::addColumn<std::function<void(IniUserDefaults &)>>("use");
-        QTest::addColumn<bool>("changes");
-        const auto add = [](const char *row, bool changes,
-                            const std::function<void(IniUserDefaults &)> &use) {
-            QTest::newRow(row) << use << changes;
-        };
-        add("data", true, [](IniUserDefaults &it) { it.setData(key, value); });
-        add("a Boolean", true, [](IniUserDefaults &it) { it.setBoolean(u"pauseAll"_s, true); });
-        add("a removed key", true, [](IniUserDefaults &it) { it.remove(key); });
-        add("a read", false, [](IniUserDefaults &it) { QVERIFY(it.data(key)); });
-    }
-    void hasAnotherRevisionAfterEachChange()
-    {
-        QFETCH(const std::function<void(IniUserDefaults &)>, use);
-        QFETCH(const bool, changes);
-        const File file;
-        file.write("[General]\n" + line + "\n");
-        IniUserDefaults defaults(file.path);
-        // At once, and not when the changes are written.
-        const auto together = defaults.writeTogether();
-        const quint64 before = defaults.revision();
-        use(defaults);
-        QCOMPARE(defaults.revision() != before, changes);
-    }
-
     void tellsOfEachChange_data()
     {
         QTest::addColumn<std::function<void(IniUserDefaults &)>>("use");
@@ -237,10 +211,9 @@ private Q_SLOTS:
         QFETCH(const std::function<void(IniUserDefaults &)>, use);
         const File file;
         IniUserDefaults defaults(file.path);
-        int notices = 0;
-        const auto observation = defaults.addObserver([&notices] { ++notices; });
+        const QSignalSpy notices(&defaults, &UserDefaults::changed);
         use(defaults);
-        QTEST(notices, "notices");
+        QTEST(int(notices.count()), "notices");
     }
 
     void tellsOfAChangeThatIsDone()
@@ -249,27 +222,13 @@ private Q_SLOTS:
         IniUserDefaults defaults(file.path);
         std::optional<bool> seen;
         QByteArray written;
-        const auto observation = defaults.addObserver([&] {
+        connect(&defaults, &UserDefaults::changed, this, [&] {
             seen = defaults.boolean(u"pauseAll"_s);
             written = file.read();
         });
         defaults.setBoolean(u"pauseAll"_s, true);
         QCOMPARE(seen, std::optional(true));
         QCOMPARE(written, QByteArray("[General]\npauseAll=true\n"));
-    }
-
-    void tellsThoseWhoStillWantToKnow()
-    {
-        const File file;
-        IniUserDefaults defaults(file.path);
-        QStringList told;
-        const auto first = defaults.addObserver([&told] { told << u"first"_s; });
-        {
-            const auto second = defaults.addObserver([&told] { told << u"second"_s; });
-            defaults.setBoolean(u"pauseAll"_s, true);
-        }
-        defaults.setBoolean(u"pauseAll"_s, false);
-        QCOMPARE(told, QStringList({u"first"_s, u"second"_s, u"first"_s}));
     }
 
     // What goes wrong
@@ -486,8 +445,8 @@ private Q_SLOTS:
     {
         IniUserDefaults defaults(u"/dev/null/Corvane/Corvane.conf"_s);
         int failures = 0;
-        const auto observation =
-            defaults.addObserver([&] { failures += defaults.error() ? 1 : 0; });
+        connect(&defaults, &UserDefaults::changed, this,
+                [&] { failures += defaults.error() ? 1 : 0; });
         QTest::failOnWarning(QRegularExpression(u"."_s));
         defaults.setData(key, value);
         {

@@ -224,8 +224,8 @@ private Q_SLOTS:
         FullStore home;
         home.platform.userDefaults.failure = Error{u"No space"_s};
         QSet<QUuid> errors;
-        const auto observation = home.platform.userDefaults.addObserver(
-            [&] { errors.insert(home.store->error().value().id); });
+        connect(&home.platform.userDefaults, &UserDefaults::changed, this,
+                [&] { errors.insert(home.store->error().value().id); });
         change(home);
         QCOMPARE(home.store->error().value().message, u"Your settings could not be saved."_s);
         QCOMPARE(home.store->error()->details, u"No space"_s);
@@ -349,8 +349,8 @@ private Q_SLOTS:
         FullStore home;
         const LaunchEntry deleted = home.entries.takeAt(1);
         QByteArrayList lists;
-        const auto observation =
-            home.platform.userDefaults.addObserver([&] { lists << home.read(); });
+        connect(&home.platform.userDefaults, &UserDefaults::changed, this,
+                [&] { lists << home.read(); });
         home.store->deleteEntry(deleted);
         QCOMPARE(lists, QByteArrayList({fileOf(home.entries)}));
     }

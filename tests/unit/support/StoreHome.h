@@ -13,10 +13,10 @@ struct StoreHome {
         store.emplace(platform.services, center);
     }
 
-    /// Past the store, which announces nothing.
+    /// Which the store does not announce.
     void setKeys(const LaunchEntry &entry, const KeyboardShortcuts::Shortcut &keys)
     {
-        KeyboardShortcuts::setShortcut(keys, entry.shortcutName(), platform.userDefaults, center);
+        store->setShortcut(keys, entry.shortcutName());
     }
 
     FakePlatform platform;

@@ -42,7 +42,7 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopK
     m_settling.setInterval(desktopSettlingTime);
     m_settling.setSingleShot(true);
     if (m_grabProbe) {
-        connect(m_grabProbe, &GrabProbe::changed, this, [this] { m_observers.tell(); });
+        connect(m_grabProbe, &GrabProbe::changed, this, &SymbolicHotkeys::changed);
         connect(&m_settling, &QTimer::timeout, m_grabProbe, &GrabProbe::invalidate);
     }
 }
@@ -80,7 +80,7 @@ void LinuxSymbolicHotkeys::resolve()
     if (resolved == m_hotkeys)
         return;
     m_hotkeys = std::move(resolved);
-    m_observers.tell();
+    Q_EMIT changed();
     // The desktop holds its keys at the X server too, if it does so by now.
     m_settling.start();
 }

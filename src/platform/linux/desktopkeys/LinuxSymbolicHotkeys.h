@@ -1,18 +1,16 @@
 // The keys that the running desktop and, on X11, other programs use.
 #pragma once
 
-#include "platform/Observers.h"
 #include "platform/SymbolicHotkeys.h"
 #include "platform/linux/desktopkeys/DesktopKeys.h"
 #include "platform/linux/hotkeys/GrabProbe.h"
 #include "platform/linux/layout/KeyboardLayout.h"
 
-#include <QObject>
 #include <QTimer>
 #include <memory>
 
 /// Nothing is asked, watched or held in memory for it before somebody first wants to know.
-class LinuxSymbolicHotkeys : public QObject, public SymbolicHotkeys
+class LinuxSymbolicHotkeys : public SymbolicHotkeys
 {
     Q_OBJECT
 
@@ -24,10 +22,6 @@ public:
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
-    Registration addObserver(std::function<void()> observer) override
-    {
-        return m_observers.add(std::move(observer));
-    }
 
     /// To be called when the user may have changed something unheard.
     void refresh();
@@ -41,5 +35,4 @@ private:
     QTimer m_settling;
     bool m_isStarted = false;
     std::optional<QList<SymbolicHotkey>> m_hotkeys;
-    Observers m_observers;
 };

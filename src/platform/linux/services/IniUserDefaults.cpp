@@ -132,7 +132,7 @@ void IniUserDefaults::remove(const QString &key)
 {
     if (m_values.remove(key) > 0)
         m_isUnsaved = true;
-    changed();
+    save();
 }
 
 Registration IniUserDefaults::writeTogether()
@@ -140,7 +140,7 @@ Registration IniUserDefaults::writeTogether()
     ++m_delays;
     return Registration([this] {
         --m_delays;
-        changed();
+        save();
     });
 }
 
@@ -148,17 +148,16 @@ void IniUserDefaults::set(const QString &key, const QVariant &value)
 {
     m_values.insert(key, value);
     m_isUnsaved = true;
-    changed();
+    save();
 }
 
-void IniUserDefaults::changed()
+void IniUserDefaults::save()
 {
-    ++m_revision;
     if (m_delays > 0)
         return;
     m_error = m_isUnsaved ? write() : std::nullopt;
     m_isUnsaved = m_error.has_value();
-    m_observers.tell();
+    Q_EMIT changed();
 }
 
 std::optional<Error> IniUserDefaults::write()

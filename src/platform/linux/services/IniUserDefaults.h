@@ -2,7 +2,6 @@
 #pragma once
 
 #include "foundation/PrivateFile.h"
-#include "platform/Observers.h"
 #include "platform/UserDefaults.h"
 
 #include <QVariant>
@@ -21,16 +20,11 @@ public:
     void remove(const QString &key) override;
     Registration writeTogether() override;
     const std::optional<Error> &error() const override { return m_error; }
-    Registration addObserver(std::function<void()> observer) override
-    {
-        return m_observers.add(std::move(observer));
-    }
-    quint64 revision() const override { return m_revision; }
 
 private:
     std::optional<Error> read();
     void set(const QString &key, const QVariant &value);
-    void changed();
+    void save();
     std::optional<Error> write();
     Result<QByteArray> text() const;
 
@@ -38,7 +32,5 @@ private:
     QVariantMap m_values;
     std::optional<Error> m_error;
     bool m_isUnsaved = false;
-    Observers m_observers;
     int m_delays = 0;
-    quint64 m_revision = 0;
 };

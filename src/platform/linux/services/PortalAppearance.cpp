@@ -1,5 +1,7 @@
 #include "platform/linux/services/PortalAppearance.h"
 
+#include "platform/linux/base/DBusCall.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -48,18 +50,17 @@ void PortalAppearance::read()
     // A desktop that uses portals has one already, or will.
     message.setAutoStartService(false);
     message << appearanceGroup << colorSchemeKey;
-    m_answer =
-        std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(message));
-    connect(m_answer.get(), &QDBusPendingCallWatcher::finished, this, [this] {
-        const QDBusPendingReply<QDBusVariant> answer = *m_answer;
-        take(answer.isValid() ? answer.value().variant() : QVariant());
+    m_reading = std::make_unique<QObject>();
+    callAsynchronously(message, m_reading.get(), [this](const QDBusMessage &answer) {
+        const QDBusPendingReply<QDBusVariant> value(answer);
+        take(value.isValid() ? value.value().variant() : QVariant());
     });
 }
 
 void PortalAppearance::settingChanged(const QDBusMessage &change)
 {
     // It was asked for before the change.
-    m_answer.reset();
+    m_reading.reset();
     take(change.arguments().value(2));
 }
 
@@ -70,5 +71,5 @@ void PortalAppearance::take(QVariant value)
         value = value.value<QDBusVariant>().variant();
     const bool prefersDark = meansDark(value);
     if (std::exchange(m_prefersDark, prefersDark) != prefersDark)
-        m_observers.tell();
+        Q_EMIT changed();
 }

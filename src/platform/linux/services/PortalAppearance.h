@@ -2,17 +2,14 @@
 #pragma once
 
 #include "platform/Appearance.h"
-#include "platform/Observers.h"
 
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QObject>
 #include <QVariant>
 #include <memory>
 
 /// Of portals that come, go and are replaced at any time; none is started for it. What one has said
 /// holds until the next answers; one that answers with an error wishes nothing.
-class PortalAppearance : public QObject, public Appearance
+class PortalAppearance : public Appearance
 {
     Q_OBJECT
 
@@ -21,10 +18,6 @@ public:
     void start();
 
     bool prefersDark() const override { return m_prefersDark; }
-    Registration addObserver(std::function<void()> observer) override
-    {
-        return m_observers.add(std::move(observer));
-    }
 
 private Q_SLOTS:
     void settingChanged(const QDBusMessage &change);
@@ -33,8 +26,7 @@ private:
     void read();
     void take(QVariant value);
 
-    /// The latest one; others are out of date.
-    std::unique_ptr<QDBusPendingCallWatcher> m_answer;
-    Observers m_observers;
+    /// Receives the answer to the latest question; others are out of date.
+    std::unique_ptr<QObject> m_reading;
     bool m_prefersDark = false;
 };
