@@ -60,7 +60,7 @@ Keyboard::Keyboard()
 Keyboard::~Keyboard()
 {
     // The server drops the last requests of a client that leaves with events unread.
-    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    sync();
     xcb_disconnect(m_connection);
 }
 
@@ -137,6 +137,11 @@ bool Keyboard::grabAll()
 void Keyboard::ungrabAll()
 {
     xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    sync();
+}
+
+void Keyboard::sync() const
+{
     owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
 }
 

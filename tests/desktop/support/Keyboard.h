@@ -41,6 +41,9 @@ public:
 
     bool isDown(int key) const;
 
+    /// Awaits that the server has processed what was done with the keys so far.
+    void sync() const;
+
 private:
     void fake(quint8 eventType, int key);
 

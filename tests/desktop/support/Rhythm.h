@@ -111,6 +111,7 @@ struct Typing {
 
     void endGrabByApplication()
     {
+        keyboard.sync();
         QVERIFY(reasonToGrab.remove());
         QTRY_COMPARE(program.children(), QList<pid_t>());
     }
