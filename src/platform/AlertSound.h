@@ -1,4 +1,4 @@
-// The sound by which the system calls for attention.
+// The system's alert sound.
 #pragma once
 
 class AlertSound
@@ -6,6 +6,6 @@ class AlertSound
 public:
     virtual ~AlertSound() = default;
 
-    /// Begins to play and returns at once. A failure is silent.
+    /// Starts the sound and returns at once. A failure is silent.
     virtual void beep() = 0;
 };

@@ -1,4 +1,4 @@
-// Whether the user wants light or dark windows, as far as the desktop tells.
+// Whether the user prefers light or dark windows, if the desktop tells.
 #pragma once
 
 #include <QObject>
@@ -8,10 +8,10 @@ class Appearance : public QObject
     Q_OBJECT
 
 public:
-    /// False until the desktop has said so, and where it says nothing.
+    /// False until the desktop has answered, and where it does not tell.
     virtual bool prefersDark() const = 0;
 
 Q_SIGNALS:
-    /// After each change.
+    /// Emitted after each change.
     void changed();
 };

@@ -1,4 +1,4 @@
-// The modifier keys as key events and the desktop's shortcuts tell of them.
+// The modifier bits of key events and of the desktop's shortcuts.
 #pragma once
 
 #include <QtGlobal>

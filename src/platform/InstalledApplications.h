@@ -1,4 +1,4 @@
-// The applications on this computer, for the user to choose from.
+// The installed applications that the user can choose from.
 #pragma once
 
 #include <QList>
@@ -7,13 +7,13 @@
 #include <optional>
 
 struct InstalledApplication {
-    /// What starts it: the absolute path of its .desktop file.
+    /// The absolute path of its .desktop file.
     QString path;
-    /// As the user sees it.
+    /// The displayed name.
     QString name;
-    /// The name of an icon of the desktop's theme or the path of an image; empty if it has none.
+    /// The name of an icon in the desktop's theme or the path of an image; empty if it has none.
     QString icon;
-    /// What else it is searched by: what kind of application it is, and words that go with it.
+    /// Further search terms: the kind of application and related words.
     QStringList keywords;
 
     bool operator==(const InstalledApplication &) const = default;
@@ -24,9 +24,11 @@ class InstalledApplications
 public:
     virtual ~InstalledApplications() = default;
 
-    /// Those that the desktop's own menus show to this user, by name. Reads the disk.
+    /// The applications that the desktop's own menus show to this user, sorted by name. Reads the
+    /// disk.
     virtual QList<InstalledApplication> all() = 0;
 
-    /// The application that this file starts, shown in menus or not; nothing if it describes none.
+    /// The application that this file starts, even if menus hide it; nothing if the file describes
+    /// none.
     virtual std::optional<InstalledApplication> at(const QString &path) = 0;
 };

@@ -1,4 +1,4 @@
-// The modifier keys that combinations are made of.
+// The modifier keys that combinations can use.
 #pragma once
 
 #include <QtGlobal>

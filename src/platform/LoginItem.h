@@ -8,9 +8,9 @@
 enum class LoginItemStatus {
     notRegistered = 0,
     enabled = 1,
-    /// It is registered, but the user has switched it off in the desktop's own settings.
+    /// Registered, but switched off by the user in the desktop's own settings.
     requiresApproval = 2,
-    /// It is registered, but what it would start is not there.
+    /// Registered, but the program that it would start is missing.
     notFound = 3,
 };
 
@@ -22,9 +22,9 @@ public:
 
     virtual LoginItemStatus status() const = 0;
 
-    /// Has the running program started at login, whatever was registered before.
+    /// Makes the desktop start the running program at login; replaces an earlier registration.
     virtual std::optional<Error> registerItem() = 0;
 
-    /// No error if nothing is registered.
+    /// Succeeds also if nothing is registered.
     virtual std::optional<Error> unregisterItem() = 0;
 };

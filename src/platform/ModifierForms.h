@@ -1,4 +1,4 @@
-// The one table of the four modifier keys, in all the forms that they have.
+// Maps the four modifier keys between their bit masks.
 #pragma once
 
 #include "platform/EventFlag.h"
@@ -20,7 +20,7 @@ constexpr std::array<ModifierForms, 4> modifierForms{{
     {commandKey, commandEventFlag, Qt::MetaModifier},
 }};
 
-/// The modifiers among the bits, which have one form, in another form. Other bits are dropped.
+/// Converts the modifier bits from one form to another. Other bits are dropped.
 template <typename From, typename To>
 constexpr quint32 converted(qint64 bits, From ModifierForms::*from, To ModifierForms::*to)
 {

@@ -1,4 +1,4 @@
-// All services of the system that the program uses, as one value to hand around.
+// Bundles all system services that the program uses.
 #pragma once
 
 #include <QString>
@@ -35,6 +35,6 @@ struct Platform {
     Appearance &appearance;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
-    /// By what the desktop knows the program; empty if it does not.
+    /// The id by which the desktop knows the program; empty if it knows none.
     QString bundleIdentifier;
 };

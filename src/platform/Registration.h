@@ -1,10 +1,10 @@
-// A hold on a service of the system that ends with the value.
+// Keeps something registered with a system service for as long as the value lives.
 #pragma once
 
 #include <functional>
 #include <utility>
 
-/// Move-only. The service that gave it must outlive it.
+/// Move-only. The service that issued it must outlive it.
 class [[nodiscard]] Registration
 {
 public:

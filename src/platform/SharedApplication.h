@@ -8,10 +8,10 @@ class SharedApplication
 public:
     virtual ~SharedApplication() = default;
 
-    /// Shows the window in front of all others and gives it the keyboard, on behalf of what the
-    /// user has just done.
+    /// Shows the window in front of all others and gives it the keyboard focus, on behalf of the
+    /// user's latest action.
     virtual void activate(QWidget &window) = 0;
 
-    /// Ends the program, with status 0.
+    /// Quits the program with status 0.
     virtual void terminate() = 0;
 };

@@ -1,4 +1,4 @@
-// The Shortcuts on this computer, for the user to choose from.
+// The Shortcuts on this computer that the user can choose from.
 #pragma once
 
 #include <QStringList>
@@ -8,6 +8,6 @@ class ShortcutLibrary
 public:
     virtual ~ShortcutLibrary() = default;
 
-    /// The names that run something, each once, as people sort them. Reads the disk.
+    /// The runnable names, without duplicates, in natural order. Reads the disk.
     virtual QStringList names() = 0;
 };

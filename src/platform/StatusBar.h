@@ -1,4 +1,4 @@
-// The desktop's status bar (its tray), where the program has an item with a menu.
+// The desktop's status bar (its tray), which shows the program's item and its menu.
 #pragma once
 
 #include <QList>
@@ -8,35 +8,35 @@
 #include <optional>
 
 struct MenuItem {
-    /// On one line, as the user reads it; empty for a separator.
+    /// The displayed text, on one line; empty for a separator.
     QString title;
     /// Called with the chosen item. An item without an action is inert.
     std::function<void(const MenuItem &)> action;
-    /// What the item stands for. Items that stand for something are known by it, others by their
-    /// titles, when the menu has changed while a desktop still shows the former one.
+    /// The value that the item represents. When the menu changes while a desktop still shows the
+    /// old one, items are identified by this value, or by their titles if it is empty.
     QString representedObject;
-    /// A key that, with Control, chooses the item while the menu is open.
+    /// Chooses the item, together with Control, while the menu is open.
     QString keyEquivalent;
     bool isEnabled = true;
-    /// Nothing for an item that is never checked.
+    /// Nothing if the item is not checkable.
     std::optional<bool> isChecked;
 
     bool isSeparator() const { return title.isEmpty(); }
     bool canBeChosen() const { return isEnabled && action; }
 };
 
-/// The item's button in the bar.
+/// The appearance of the item's button in the bar.
 struct StatusButton {
-    /// The name of a symbol of ours.
+    /// The name of one of the program's symbols.
     QString image;
-    /// The tooltip, and what a screen reader says.
+    /// The tooltip, and the text for screen readers.
     QString accessibilityDescription;
     bool isDimmed = false;
 
     bool operator==(const StatusButton &) const = default;
 };
 
-/// Says what the item shows. Asked again whenever that may have changed.
+/// Supplies the content of the item. It is asked again whenever that may have changed.
 class StatusItemDelegate
 {
 public:
@@ -45,17 +45,17 @@ public:
     virtual StatusButton statusButton() const = 0;
     virtual QList<MenuItem> menuNeedsUpdate() = 0;
 
-    /// The user has clicked the button where no menu can be opened.
+    /// Called when the user clicks the button and no menu can be opened there.
     virtual void statusButtonClicked() = 0;
 };
 
-/// Shown while it lives, wherever and whenever the desktop has a place for it.
+/// Visible for as long as it exists, wherever and whenever the desktop has a place for it.
 class StatusItem
 {
 public:
     virtual ~StatusItem() = default;
 
-    /// What the delegate says has changed.
+    /// Reads the delegate's content anew. To be called when it has changed.
     virtual void update() = 0;
 };
 

@@ -1,7 +1,7 @@
-// The pages of the desktop's own settings that have to do with us.
+// Opens the pages of the desktop's own settings that concern the program.
 #pragma once
 
-/// Nothing happens where the desktop has no such page.
+/// Does nothing where the desktop has no such page.
 class SystemSettings
 {
 public:

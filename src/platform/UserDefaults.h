@@ -1,4 +1,4 @@
-// The user's settings: small values under text keys that outlive the program.
+// The user's settings: small values under string keys, kept across runs.
 #pragma once
 
 #include "foundation/Result.h"
@@ -9,14 +9,14 @@
 #include <QString>
 #include <optional>
 
-/// A change is on disk when the call returns. A value that cannot be written is kept until
-/// the program ends.
+/// A change is on disk when the call returns. A value that cannot be written is kept until the
+/// program exits.
 class UserDefaults : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Nothing when the key is absent or holds a value of another type.
+    /// Nothing if the key is absent or holds a value of another type.
     virtual std::optional<QByteArray> data(const QString &key) const = 0;
     virtual std::optional<bool> boolean(const QString &key) const = 0;
 
@@ -24,15 +24,15 @@ public:
     virtual void setBoolean(const QString &key, bool value) = 0;
     virtual void remove(const QString &key) = 0;
 
-    /// Until the returned value ends, changes can be read but are not on disk yet; then all are
-    /// written at once.
+    /// While the returned value lives, changes can be read but are not written. When it ends, all
+    /// are written at once.
     virtual Registration writeTogether() = 0;
 
-    /// Why the last change is not on disk; nothing if it is. Before the first change: why the
-    /// values could not be read, or not all of them.
+    /// Why the last change could not be written; nothing if it is on disk. Before the first change:
+    /// why some or all values could not be read.
     virtual const std::optional<Error> &error() const = 0;
 
 Q_SIGNALS:
-    /// After each change.
+    /// Emitted after each change.
     void changed();
 };

@@ -1,4 +1,4 @@
-// The desktop's notifications, and whether the user lets us post them.
+// The desktop's notifications and the permission to post them.
 #pragma once
 
 #include <QString>
@@ -11,7 +11,7 @@ enum class AuthorizationStatus {
     provisional = 3,
 };
 
-/// What a program asks the user to be allowed to; an OR of these.
+/// The permissions that a program can ask for; combined with OR.
 enum AuthorizationOption : unsigned {
     badgeOption = 1,
     soundOption = 2,
@@ -19,7 +19,7 @@ enum AuthorizationOption : unsigned {
 };
 
 struct NotificationRequest {
-    /// A request with the identifier of an earlier one would replace it.
+    /// A later request with the same identifier would replace this one.
     QString identifier;
     QString title;
     QString body;
@@ -27,8 +27,8 @@ struct NotificationRequest {
     bool operator==(const NotificationRequest &) const = default;
 };
 
-/// Nothing here waits for the desktop; the completions are called later, on the main thread, or
-/// never where the desktop does not answer.
+/// No call waits for the desktop. Completions are called later on the main thread, or never if the
+/// desktop does not answer.
 class UserNotificationCenter
 {
 public:
@@ -36,7 +36,7 @@ public:
 
     virtual void getNotificationSettings(std::function<void(AuthorizationStatus)> completion) = 0;
 
-    /// Lets the desktop ask the user; completes with whether that was granted.
+    /// Lets the desktop ask the user; completes with whether permission was granted.
     virtual void requestAuthorization(unsigned options,
                                       std::function<void(bool isGranted)> completion) = 0;
 

@@ -1,4 +1,4 @@
-// The services of the desktop session that the program was started in.
+// Owns the services of the desktop session that the program was started in.
 #pragma once
 
 #include "platform/Platform.h"
@@ -25,26 +25,26 @@
 class LinuxPlatform
 {
 public:
-    /// The session's services; the error says why the program cannot run here (without a display
+    /// Makes the services. The error says why the program cannot run here (without a display,
     /// QApplication would abort). Needs no QApplication yet.
     static Result<std::unique_ptr<LinuxPlatform>> make();
 
     const Platform &services() const { return m_services; }
 
-    /// To be kept up to date by whoever hears of actions of the user.
+    /// The user's latest action. Whoever hears of user actions must update it.
     UserActivation &userActivation() { return m_activation; }
 
-    /// What is out of the ordinary with the hot keys of this session, for standard error.
+    /// A message for standard error if hot keys are limited in this session.
     std::optional<QString> hotkeysNotice() const;
 
-    /// Makes live what was registered so far.
+    /// Applies all pending hot key registrations now.
     void flushHotkeys();
 
     /// To be called once, when QApplication exists.
     void attachToEventLoop();
 
 private:
-    /// Without a connection there are no hot keys.
+    /// Hot keys are unavailable without a connection.
     explicit LinuxPlatform(std::unique_ptr<X11Connection> x11);
 
     UserActivation m_activation;

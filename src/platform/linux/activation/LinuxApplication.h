@@ -1,4 +1,4 @@
-// The program's windows and its end, on X11 and Wayland.
+// Activates the program's windows and quits it, on X11 and Wayland.
 #pragma once
 
 #include "platform/SharedApplication.h"

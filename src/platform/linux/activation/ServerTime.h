@@ -1,9 +1,9 @@
-// The X server's clock, by which window managers compare what the user did.
+// The X server's clock, which window managers use to order user actions.
 #pragma once
 
 #include <QtGlobal>
 #include <optional>
 
-/// Asks the server, over a connection of its own: one that others read would wake nobody for what
-/// comes with the answer. Nothing without a server.
+/// Asks the server over a separate connection: on a shared one, events read along with the answer
+/// would not wake their reader. Nothing without a server.
 std::optional<quint32> currentServerTime();

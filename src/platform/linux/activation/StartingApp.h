@@ -1,4 +1,4 @@
-// What a desktop is told of an application that is on its way.
+// Describes a starting application to the desktop.
 #pragma once
 
 #include <QString>
@@ -7,6 +7,6 @@ struct StartingApp {
     QString name;
     QString icon;
     QString program;
-    /// The class of the window to come, as far as it is known.
+    /// The class of its future window, if known.
     QString windowClass;
 };

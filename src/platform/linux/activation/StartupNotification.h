@@ -1,4 +1,4 @@
-// How windows of started programs are known on X11 to be what the user asked for.
+// X11 startup notification: lets the windows of started programs take the focus.
 #pragma once
 
 #include "platform/linux/activation/StartingApp.h"
@@ -10,19 +10,19 @@
 namespace StartupNotification
 {
 
-/// A fresh DESKTOP_STARTUP_ID. It carries the time of the user's action, in the server's time, by
-/// which window managers decide whether the new window may have the focus.
+/// Makes a DESKTOP_STARTUP_ID. It carries the X server time of the user's action; window managers
+/// use that to decide whether the new window may have the focus.
 QByteArray newId(quint32 userTime);
 
-/// The time that an id carries, whoever made it; nothing if it carries none.
+/// The time that an id carries, whichever program made it; nothing if it carries none.
 std::optional<quint32> userTime(const QByteArray &id);
 
-/// Tells the desktop that the application is on its way, so that it can show so until the first
-/// window comes. Only for applications that then say so.
+/// Tells the desktop that the application is starting, so that it can show so until the first
+/// window appears. Only for applications that report when that has happened.
 void announce(const QByteArray &id, const StartingApp &app);
 
-/// Tells the desktop that the start is over, where no new window says so. Nothing happens for an
-/// empty id.
+/// Tells the desktop that the start is over, for starts where no new window reports so. Does
+/// nothing for an empty id.
 void finish(const QByteArray &id);
 
 } // namespace StartupNotification

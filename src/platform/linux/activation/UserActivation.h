@@ -1,4 +1,4 @@
-// The user's latest action, on whose behalf a started program may come to the front.
+// The user's latest action, which entitles a started program to come to the front.
 #pragma once
 
 #include "platform/linux/base/StartupTokens.h"
@@ -8,22 +8,22 @@
 #include <optional>
 
 struct UserActivation {
-    /// When it was, in the X server's time; nothing before the first one, or without an X server.
+    /// The X server time of the action; nothing before the first action or without an X server.
     std::optional<quint32> x11Time;
-    /// What the Wayland compositor gave for it; often empty.
+    /// The token that the Wayland compositor gave for the action; often empty.
     QByteArray activationToken;
 
     bool operator==(const UserActivation &) const = default;
 
-    /// The user acted in another program, which hands over its tokens.
+    /// Adopts the tokens of another program, in which the user acted.
     void accept(const StartupTokens &tokens);
 
-    /// Fresh ones for a program that is started on behalf of the action.
+    /// Makes tokens for a program that is started on behalf of the action.
     StartupTokens issueTokens();
 
-    /// The user pressed a key at that time of the X server.
+    /// Notes a key press at that X server time.
     void happenedAt(quint32 time);
 
-    /// The user acted a moment ago, and nothing tells more. Asks the X server for its time.
+    /// Notes an action a moment ago of which nothing more is known. Asks the X server for its time.
     void happenedNow();
 };

@@ -3,5 +3,5 @@
 
 #include <QString>
 
-/// Of its .desktop file, its icon and its name on the session bus.
+/// The base name of the .desktop file, the icon name and the name on the session bus.
 inline const QString applicationId = QStringLiteral("org.corvane.Corvane");

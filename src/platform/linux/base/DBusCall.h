@@ -1,4 +1,4 @@
-// Calls over the session bus that nobody waits for.
+// Asynchronous calls over the session bus.
 #pragma once
 
 #include <functional>
@@ -9,7 +9,7 @@ class QObject;
 /// Handles the answer to a call, which may be an error.
 using DBusAnswerHandler = std::function<void(const QDBusMessage &answer)>;
 
-/// Calls a method. The answer is dropped if the receiver has been destroyed by then. Without a
-/// timeout, in milliseconds, no answer for 25 s is an error.
+/// Calls a method. The answer is dropped if the receiver has been destroyed by then. The timeout is
+/// in milliseconds; by default a call without an answer fails after 25 s.
 void callAsynchronously(const QDBusMessage &call, QObject *receiver, DBusAnswerHandler handler,
                         int timeout = -1);

@@ -10,21 +10,21 @@ class DBusObject : public QDBusVirtualObject
     Q_OBJECT
 
 public:
-    /// Puts it on the bus, until it is destroyed.
+    /// Registers the object on the bus until it is destroyed.
     void publish();
 
     QString introspect(const QString &path) const override;
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 protected:
-    /// The introspection is the <interface> element.
+    /// The introspection text is the <interface> element.
     DBusObject(QString path, QString interface, QString introspection);
 
     void emitSignal(const QString &name, const QVariantList &arguments = {}) const;
     static QDBusMessage unknownMethod(const QDBusMessage &call);
 
     virtual QVariantMap properties() const = 0;
-    /// Answers a call of a method of the interface.
+    /// Answers a call to a method of the interface.
     virtual QDBusMessage answer(const QDBusMessage &call) = 0;
 
 private:

@@ -1,4 +1,4 @@
-// Structures on the bus, member by member.
+// Reads and writes D-Bus structures member by member.
 #pragma once
 
 #include <QDBusArgument>

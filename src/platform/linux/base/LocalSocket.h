@@ -1,4 +1,4 @@
-// A connection to a server on this machine that may be slow, or not answer at all.
+// A connection to a local server that may be slow or not answer at all.
 #pragma once
 
 #include <QByteArray>
@@ -10,16 +10,16 @@ class LocalSocket
 public:
     enum class State {
         connected,
-        /// Nobody listens there.
+        /// Nothing listens on the socket.
         refused,
-        /// What was waited for did not come in time.
+        /// The deadline has passed.
         timedOut,
         /// The server has closed the connection.
         closed,
     };
 
-    /// Connects to the socket with that name: a path, or a zero byte and an abstract name. Nothing
-    /// is waited for longer than until the deadline.
+    /// Connects to the socket with that name: a path, or a zero byte and an abstract name. No
+    /// operation waits longer than until the deadline.
     LocalSocket(const QByteArray &name, const QDeadlineTimer &deadline);
     ~LocalSocket();
     Q_DISABLE_COPY_MOVE(LocalSocket)
@@ -28,7 +28,7 @@ public:
 
     void send(const QByteArray &bytes);
 
-    /// At least one byte; none if the connection is not in order any more.
+    /// Returns at least one byte, or none if the connection has failed.
     QByteArray receive();
 
 private:

@@ -1,4 +1,4 @@
-// What other processes ask of the program by signals: to end, and to open its window.
+// Handles the signals by which other processes ask the program to quit or to open its window.
 #pragma once
 
 #include <QSocketNotifier>
@@ -6,18 +6,18 @@
 #include <functional>
 #include <optional>
 
-/// Asks another instance to open its window. A process without a handler ignores this signal, so
-/// it does no harm where it reaches a wrong one.
+/// Asks another instance to open its window. The default action of this signal is to ignore it, so
+/// it does no harm if it reaches the wrong process.
 inline constexpr int activationSignal = SIGURG;
 
-/// SIGTERM and SIGINT quit the application with status 0. There is one in a program.
+/// SIGTERM and SIGINT quit the application with status 0. Only one instance may exist.
 class ProcessSignals
 {
 public:
-    /// From here on the signals are noted. Needs no QApplication yet.
+    /// Installs the handlers; signals are recorded from then on. Needs no QApplication yet.
     ProcessSignals();
 
-    /// Quits or calls the handler on a signal, also on one that came before. To be called once,
+    /// Quits or calls the handler when a signal arrives, or has arrived before. To be called once,
     /// when QApplication exists.
     void attachToEventLoop(std::function<void()> activate);
 

@@ -1,4 +1,4 @@
-// What kind of desktop session the program was started in.
+// The kind of desktop session that the program was started in.
 #pragma once
 
 #include <QByteArrayList>
@@ -13,13 +13,13 @@ enum class SessionType {
     none,
 };
 
-/// Decided by the session's own variables, not by DISPLAY alone: a Wayland session has an X
-/// server too, and grabs there would only work while an X11 window has the focus.
+/// Reads the session's own variables, not DISPLAY alone: a Wayland session has an X server too, and
+/// grabs there would only work while an X11 window has the focus.
 SessionType sessionType(const QProcessEnvironment &environment);
 
-/// The desktops that we know more of than what all have in common.
+/// The desktops that get special treatment.
 enum class Desktop {
-    /// And its relatives.
+    /// Includes the desktops related to it.
     gnome,
     budgie,
     plasma,
@@ -29,15 +29,15 @@ enum class Desktop {
     lxqt,
 };
 
-/// The first that we know of those that the session calls itself; nothing if we know none.
+/// The first known desktop among the names that the session gives itself; nothing if none is known.
 std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment);
 
-/// What tells the session from others of the user: the path of its Wayland socket, and the name of
-/// its X display. A program in the session may know either one only.
+/// Identifies the session among those of the user: the path of its Wayland socket and the name of
+/// its X display. A program in the session may know only one of them.
 QByteArrayList displayNames(const QProcessEnvironment &environment);
 
-/// Where the session's Wayland compositor listens.
+/// The path of the Wayland compositor's socket.
 QString waylandSocketPath(const QProcessEnvironment &environment);
 
-/// Whether a server accepts a connection there.
+/// Whether a server accepts connections on that socket.
 bool acceptsConnections(const QString &socketPath);

@@ -1,17 +1,18 @@
-// The session bus, as our libraries and the programs that we start find it.
+// Controls which session bus our libraries and started programs use.
 #pragma once
 
 #include <QByteArray>
 #include <chrono>
 
-/// A bus that works answers in less than a millisecond, and hot keys are to be live after 3 s.
+/// How long to wait for the bus. A working bus answers in less than a millisecond, and hot keys
+/// must be live after 3 s.
 inline constexpr std::chrono::milliseconds sessionBusPatience(2000);
 
-/// Keeps our libraries away from a session bus that accepts connections and does not answer in
-/// time, because they would wait for it without end; they behave as without a bus then, until the
-/// program ends. To be called before any of them looks for the bus, and before there are threads.
+/// Hides a session bus that accepts connections but does not answer in time from our libraries:
+/// they would wait for it forever. Until the program exits, they behave as if there were no bus. To
+/// be called before any of them looks for the bus and before threads exist.
 void avoidHangingSessionBus(std::chrono::milliseconds patience = sessionBusPatience);
 
-/// DBUS_SESSION_BUS_ADDRESS for programs that we start: what we were started with ourselves. Empty
-/// if it was not set.
+/// The DBUS_SESSION_BUS_ADDRESS for programs that we start: the value that we were started with.
+/// Empty if it was not set.
 QByteArray sessionBusAddressForPrograms();

@@ -1,23 +1,23 @@
-// What one program hands to another, so that the other may come to the front.
+// Tokens that one program passes to another so that the other may come to the front.
 #pragma once
 
 #include <QByteArray>
 #include <QVariantMap>
 
-/// Each is good for one use, and empty where there is none.
+/// Each token is valid for one use and empty if there is none.
 struct StartupTokens {
-    /// Of X11, and of desktops that show that a program is starting.
+    /// Used on X11 and by desktops that show that a program is starting.
     QByteArray startupId;
-    /// Of Wayland.
+    /// Used on Wayland.
     QByteArray activationToken;
 
     bool operator==(const StartupTokens &) const = default;
 
-    /// What the program was started with, so that nobody else finds it there afterwards. Before
-    /// there are threads.
+    /// Takes the tokens that the program was started with and removes them from the environment, so
+    /// that child processes do not inherit them. To be called before threads exist.
     static StartupTokens takeFromEnvironment();
 
-    /// As calls of org.freedesktop.Application hand them over.
+    /// Converts to the platform data of org.freedesktop.Application calls.
     QVariantMap toPlatformData() const;
     static StartupTokens fromPlatformData(const QVariantMap &data);
 };

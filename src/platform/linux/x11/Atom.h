@@ -1,11 +1,11 @@
-// Names that the X server knows by number.
+// X11 atoms.
 #pragma once
 
 #include "platform/linux/x11/X11Connection.h"
 
 #include <QByteArray>
 
-/// Waits for the server's answer; XCB_ATOM_NONE if it has gone.
+/// Waits for the server's answer; XCB_ATOM_NONE if the connection is lost.
 inline xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
 {
     const auto request =

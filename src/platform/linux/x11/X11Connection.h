@@ -1,11 +1,11 @@
-// A connection to the X server that is ours alone, apart from the one of the GUI library.
+// A private connection to the X server, separate from that of the GUI library.
 #pragma once
 
 #include <cstdlib>
 #include <memory>
 #include <xcb/xcb.h>
 
-/// What xcb gives is freed with free().
+/// Frees replies and events of xcb with free().
 struct XcbFree {
     void operator()(void *memory) const { std::free(memory); }
 };
@@ -26,15 +26,15 @@ public:
     X11Connection(const X11Connection &) = delete;
     X11Connection &operator=(const X11Connection &) = delete;
 
-    /// False also after the server has gone.
+    /// Also false after the server has gone.
     bool isOpen() const { return xcb_connection_has_error(m_connection) == 0; }
-    /// Whether the server can tell where the keys of its keyboard are. Requests to an extension
-    /// that it lacks would close the connection.
+    /// Whether the server supports XKB, which tells where the physical keys are. Requests to a
+    /// missing extension would close the connection.
     bool hasXkb() const;
-    /// Whether the server can tell a press of a key from an automatic repeat.
+    /// Whether the server supports XInput 2, which tells a press from an auto-repeat.
     bool hasXInput() const;
     xcb_connection_t *get() const { return m_connection; }
-    /// Only while it is open.
+    /// Valid only while the connection is open.
     xcb_window_t root() const { return m_root; }
 
 private:

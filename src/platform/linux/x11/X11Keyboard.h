@@ -1,5 +1,4 @@
-// What the X server says of its keyboard: where the physical keys are, and which bit each modifier
-// has.
+// The X server's keyboard: the positions of the physical keys and the bits of the modifiers.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -21,30 +20,30 @@ struct PhysicalKey;
 class X11Keyboard
 {
 public:
-    /// A keyboard without keys and modifiers.
+    /// Makes a keyboard without keys and modifiers.
     X11Keyboard() = default;
 
-    /// One round trip.
+    /// Reads the keyboard from the server in one round trip.
     static X11Keyboard read(const X11Connection &connection);
 
-    /// None if this keyboard has no such key.
+    /// Empty if this keyboard has no such key.
     QList<XKeycode> keys(VirtualKey virtualKey) const;
 
     /// Nothing if the key has no virtual key code, or if the server has no such key.
     std::optional<VirtualKey> virtualKey(XKeycode key) const;
 
-    /// The X modifier bits of a mask of KeyModifier bits, other bits aside;
-    /// nothing if this keyboard lacks one of the modifiers.
+    /// Converts a mask of KeyModifier bits to X modifier bits; other bits are ignored. Nothing if
+    /// this keyboard lacks one of the modifiers.
     std::optional<quint16> modifiers(quint32 mask) const;
 
-    /// The modifiers with each mix of the lock modifiers (Caps, Num and Scroll Lock) that this
-    /// keyboard has, the one without any included.
+    /// The modifiers combined with every subset of this keyboard's lock modifiers (Caps, Num and
+    /// Scroll Lock), including none of them.
     QList<quint16> lockVariants(quint16 modifiers) const;
 
-    /// What a press's state says of the four modifiers that combinations are made of.
+    /// The bits of a press's state that belong to the four modifiers of combinations.
     quint16 combinationModifiers(quint16 state) const;
 
-    /// The same as EventFlag bits.
+    /// The modifiers of a press's state as EventFlag bits.
     quint32 eventFlags(quint16 state) const;
 
 private:
@@ -59,7 +58,7 @@ private:
     std::array<std::optional<VirtualKey>, 256> m_virtualKeys;
     XKeycode m_firstKey{};
     XKeycode m_lastKey{};
-    /// The bits of those in modifierForms; 0 where the keyboard has no such key.
+    /// The bits of the modifiers in the order of modifierForms; 0 if the keyboard lacks one.
     std::array<quint16, 4> m_modifiers{XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_CONTROL};
     quint16 m_locks = 0;
 };

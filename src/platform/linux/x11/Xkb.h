@@ -1,4 +1,4 @@
-// The XKB header of xcb, which names a member with a keyword of C++.
+// Includes xcb's XKB header, which uses a C++ keyword as a member name.
 #pragma once
 
 #define explicit explicit_
