@@ -1,4 +1,4 @@
-// The keyboard shortcuts of a desktop that has a service on the session bus keep them.
+// The keyboard shortcuts of a desktop whose service on the session bus stores them.
 #pragma once
 
 #include "platform/linux/base/DBusCall.h"
@@ -9,7 +9,8 @@
 #include <QVariantList>
 #include <memory>
 
-/// Of services that come, go and are replaced at any time; none is started for it.
+/// Follows services that appear, disappear and are replaced at any time. No service is started for
+/// it.
 class DBusDesktopKeys : public DesktopKeys
 {
     Q_OBJECT
@@ -18,20 +19,21 @@ public:
     void start() override;
 
 public Q_SLOTS:
-    /// Reads anew, soon, and once for all that ask meanwhile; what was heard holds until then.
+    /// Schedules a new reading; requests made until then share it. The former answers remain valid
+    /// meanwhile.
     void refresh() override;
 
 protected:
     explicit DBusDesktopKeys(QString service);
 
-    /// Refreshes whenever the signal comes with these first arguments.
+    /// Refreshes whenever the signal arrives with these first arguments.
     void refreshOn(const QString &path, const QString &interface, const QString &signal,
                    const QStringList &arguments = {});
 
-    /// Asks for all that there is, and takes it when it has been answered.
+    /// Requests all shortcuts and stores them once answered.
     virtual void read() = 0;
 
-    /// Calls a method. Its answer, which may be an error, is dropped if another reading has begun.
+    /// Calls a method. The answer, which may be an error, is dropped if another reading has begun.
     void ask(const QString &path, const QString &interface, const QString &method,
              const QVariantList &arguments, const DBusAnswerHandler &handler);
 
@@ -40,6 +42,6 @@ private:
 
     QString m_service;
     QTimer m_pause;
-    /// Owns the questions of this reading.
+    /// Owns the pending calls of this reading.
     std::unique_ptr<QObject> m_reading;
 };

@@ -1,4 +1,4 @@
-// The keyboard shortcuts in one desktop's settings, read and kept up to date without waiting.
+// The keyboard shortcuts in one desktop's settings, read and kept up to date without blocking.
 #pragma once
 
 #include "platform/linux/keys/Accelerator.h"
@@ -7,7 +7,7 @@
 #include <QObject>
 #include <optional>
 
-/// Main thread only. May be made before there is a QApplication.
+/// Main thread only. May be constructed before there is a QApplication.
 class DesktopKeys : public QObject
 {
     Q_OBJECT
@@ -15,18 +15,18 @@ class DesktopKeys : public QObject
 public:
     using Accelerators = QList<Accelerator>;
 
-    /// Begins to read and to follow the settings, and returns at once. To be called once.
+    /// Starts to read and follow the settings, and returns at once. To be called once.
     virtual void start() = 0;
 
-    /// Reads again what may have changed unheard. Only once started.
+    /// Rereads what may have changed without a signal. Call only after start().
     virtual void refresh() { }
 
-    /// The shortcuts that are switched on, as last heard; nothing while the settings have not
-    /// answered, and after they have gone or failed.
+    /// The enabled shortcuts, as last read; nothing until the settings have answered, and after
+    /// they have gone or failed.
     const std::optional<Accelerators> &accelerators() const { return m_accelerators; }
 
 Q_SIGNALS:
-    /// The accelerators have changed.
+    /// Emitted when the accelerators have changed.
     void changed();
 
 protected:

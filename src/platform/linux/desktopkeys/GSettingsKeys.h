@@ -1,4 +1,4 @@
-// The keyboard shortcuts of the desktops that keep them in GSettings.
+// The keyboard shortcuts of desktops that store them in GSettings.
 #pragma once
 
 #include "platform/linux/desktopkeys/DesktopKeys.h"
@@ -8,22 +8,25 @@
 #include <stop_token>
 #include <thread>
 
-/// Where the desktops of a family keep their shortcuts. What is not installed has none.
+/// Names the settings in which a family of desktops stores its shortcuts. Schemas that are not
+/// installed are skipped.
 struct GSettingsFamily {
     struct Keys {
         const char *schema;
-        /// All keys of the schema if it is null.
+        /// Null means all keys of the schema.
         const char *key = nullptr;
     };
     QList<Keys> keys;
 
-    /// The user's own shortcuts have the key "binding" of this schema, at a path for each.
+    /// The schema of the user's own shortcuts. Each has its own path and its accelerator under the
+    /// key "binding".
     const char *customSchema;
-    /// The key of that schema that holds what the shortcut runs.
+    /// The key in customSchema that holds the command of the shortcut.
     const char *customCommand;
-    /// The path, with %1 for what the list holds or, without a list, for a number from 0 on.
+    /// The path of a custom shortcut; %1 stands for its entry in the list or, without a list, for a
+    /// number counted from 0.
     QString customPath;
-    /// The one of the keys that lists the user's own shortcuts; null if there is no list.
+    /// The key that lists the user's own shortcuts; null if there is no list.
     const char *customList = nullptr;
 
     static const GSettingsFamily gnome;
@@ -31,8 +34,8 @@ struct GSettingsFamily {
     static const GSettingsFamily mate;
 };
 
-/// GSettings waits for whatever it needs, so a thread does all of this. The thread ends with the
-/// object, which waits for it.
+/// GSettings blocks, so a thread does all the work. The destructor ends the thread and waits for
+/// it.
 class GSettingsKeys : public DesktopKeys
 {
     Q_OBJECT
@@ -47,6 +50,6 @@ private:
     void notify(const Accelerators &accelerators);
 
     const GSettingsFamily m_family;
-    /// Uses all of the above, and so ends first.
+    /// Uses all members above, and so is destroyed first.
     std::jthread m_thread;
 };

@@ -1,10 +1,10 @@
-// The keyboard shortcuts of Plasma, from the service that holds them all.
+// The keyboard shortcuts of Plasma, from the KGlobalAccel service, which holds them all.
 #pragma once
 
 #include "platform/linux/desktopkeys/DBusDesktopKeys.h"
 
-/// Hears of a change in Plasma's settings. That a program has brought shortcuts of its own, or has
-/// taken them away, is not said by anyone: that takes a refresh.
+/// Follows changes in Plasma's settings. No signal tells that a program has added or removed
+/// shortcuts of its own: that takes a refresh.
 class KGlobalAccelKeys : public DBusDesktopKeys
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ private:
     void readComponents(const QDBusMessage &paths);
     void add(const QDBusMessage &shortcuts);
 
-    /// What this reading has heard, and how many components have not answered yet.
+    /// The shortcuts found in this reading, and how many components have not answered yet.
     Accelerators m_found;
     qsizetype m_unanswered = 0;
 };

@@ -1,4 +1,4 @@
-// The keys that the running desktop and, on X11, other programs use.
+// The keys that the current desktop and, on X11, other programs use.
 #pragma once
 
 #include "platform/SymbolicHotkeys.h"
@@ -9,13 +9,13 @@
 #include <QTimer>
 #include <memory>
 
-/// Nothing is asked, watched or held in memory for it before somebody first wants to know.
+/// Asks, watches and stores nothing before the first query.
 class LinuxSymbolicHotkeys : public SymbolicHotkeys
 {
     Q_OBJECT
 
 public:
-    /// Without desktop keys the desktop is none that we know; without a grab probe it is not on
+    /// The desktop keys are null if the desktop is unknown, the grab probe if the session is not on
     /// X11. The probe must outlive it.
     LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
                          std::unique_ptr<KeyboardLayout> layout, GrabProbe *grabProbe);
@@ -23,7 +23,7 @@ public:
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
 
-    /// To be called when the user may have changed something unheard.
+    /// To be called when the user may have changed settings without a signal.
     void refresh();
 
 private:

@@ -1,4 +1,4 @@
-// The keyboard shortcuts of LXQt, from the file in which its service keeps them.
+// The keyboard shortcuts of LXQt, from the file in which its service stores them.
 #pragma once
 
 #include "platform/linux/desktopkeys/DesktopKeys.h"
@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <optional>
 
-/// The user's file, or while there is none the first of the system's.
+/// Reads the user's file or, if there is none, the first of the system's files.
 class LxqtKeys : public DesktopKeys
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 private:
     void read();
 
-    /// Can be made only when there is a QApplication.
+    /// Can be constructed only when there is a QApplication.
     std::optional<QFileSystemWatcher> m_watcher;
     QTimer m_pause;
 };

@@ -1,4 +1,4 @@
-// Where the running desktop keeps its shortcuts.
+// Selects the reader of the current desktop's shortcuts.
 #pragma once
 
 #include "platform/linux/desktopkeys/DesktopKeys.h"
@@ -6,5 +6,5 @@
 #include <QProcessEnvironment>
 #include <memory>
 
-/// Null if the desktop is none that we know. To be started before it tells anything.
+/// Null if the desktop is unknown. Call start() on it before reading the accelerators.
 std::unique_ptr<DesktopKeys> makeDesktopKeys(const QProcessEnvironment &environment);

@@ -1,4 +1,4 @@
-// The keyboard shortcuts of XFCE and of its window manager, from its settings.
+// The keyboard shortcuts of XFCE and of its window manager, from the Xfconf service.
 #pragma once
 
 #include "platform/linux/desktopkeys/DBusDesktopKeys.h"

@@ -1,4 +1,4 @@
-// Stands where the session offers no way to register key combinations.
+// Refuses all hot keys, in sessions that offer no way to register them.
 #pragma once
 
 #include "platform/HotkeyService.h"

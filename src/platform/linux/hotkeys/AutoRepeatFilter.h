@@ -1,4 +1,4 @@
-// Tells a fresh press of a key from the automatic repeats of a held one.
+// Tells fresh presses of a key from the auto-repeats of a held one.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -11,29 +11,30 @@
 enum class KeyDown {
     press,
     repeat,
-    /// It does not say which: the event comes from a core grab.
+    /// The event comes from a core grab, which does not tell the two apart.
     pressOrRepeat,
 };
 
-/// A "down" is fresh if the server calls it a press, or if the key was up before it as far as is
-/// known. So a hold that began unseen counts with its first repeat, and only with that.
+/// A "down" is fresh if the server calls it a press, or if the key was up before as far as is
+/// known. So a hold whose beginning was not seen counts once, with its first repeat.
 class AutoRepeatFilter
 {
 public:
     /// One bit for each key, as XQueryKeymap has it.
     using KeyMap = std::array<quint8, 32>;
 
-    /// Notes a "down". True for a press that the user made, and for the first "down" of a hold that
-    /// began unseen.
+    /// Records a "down". True for a real press and for the first "down" of a hold whose beginning
+    /// was not seen.
     bool isFresh(XKeycode key, KeyDown down);
 
-    /// A key that is already down when its grab is made: what follows are repeats. True if it is.
+    /// Records the key as held if it is already down when its grab is made: what follows are
+    /// repeats. Returns whether it is down.
     bool markIfDown(XKeycode key, const KeyMap &map);
 
-    /// The user let the key go.
+    /// Records that the key was released.
     void released(XKeycode key) { m_heldKeys.erase(key); }
 
-    /// Notes which of the held keys are not down any more.
+    /// Releases all held keys that are no longer down.
     void releaseAllUp(const KeyMap &map);
 
     bool isHeld(XKeycode key) const { return m_heldKeys.contains(key); }

@@ -1,4 +1,4 @@
-// Which key combinations other programs hold at the X server, as far as somebody asks.
+// Finds out on demand which key combinations other programs have grabbed at the X server.
 #pragma once
 
 #include "platform/linux/hotkeys/X11HotkeyService.h"
@@ -7,9 +7,9 @@
 #include <map>
 #include <set>
 
-/// Of combinations that are registered, their registration tells. Others are probed, on the next
-/// turn of the event loop and all at once, and then no more until invalidate(): a probe might take
-/// away a press.
+/// For registered combinations the hot key service knows the answer. Others are probed together in
+/// the next turn of the event loop, and then not again until invalidate(): a probe might intercept
+/// a press.
 class GrabProbe : public QObject
 {
     Q_OBJECT
@@ -18,15 +18,15 @@ public:
     /// The service must outlive it.
     explicit GrabProbe(X11HotkeyService &service);
 
-    /// As far as is known by now.
+    /// Answers at once from what is known so far.
     bool isHeldElsewhere(VirtualKey key, quint32 modifiers);
 
-    /// What is known may be out of date: asks for refused registrations once more, and probes
-    /// again what is asked for from now on.
+    /// Marks all answers as out of date: retries the refused registrations, and probes combinations
+    /// again when they are next asked for.
     void invalidate();
 
 Q_SIGNALS:
-    /// Some answers differ from what was told before, or may.
+    /// Emitted when some answers differ, or may differ, from those given before.
     void changed();
 
 private:

@@ -1,4 +1,4 @@
-// The passive key grabs that we hold at the X server.
+// Manages our passive key grabs at the X server.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -11,7 +11,7 @@
 
 class X11Connection;
 
-/// A key with the exact modifier state that it is grabbed with, lock modifiers included.
+/// A key with the exact modifier state of its grab, lock modifiers included.
 struct KeyGrab {
     XKeycode key;
     quint16 modifiers;
@@ -30,18 +30,19 @@ public:
         std::vector<KeyGrab> toGrab;
     };
 
-    /// What keeps the held grabs from being the wanted ones.
+    /// The changes that turn the held grabs into the wanted ones.
     Difference differenceTo(const std::set<KeyGrab> &wanted) const;
 
-    /// Releases the one list and grabs the other, in one round trip. Returns the grabs
-    /// that another program holds; those are not held by us then.
+    /// Releases and makes these grabs in one round trip. Returns the grabs that another program
+    /// holds; these are not ours then.
     std::set<KeyGrab> apply(const Difference &difference);
 
-    /// Which of them another program holds, in one round trip. The others are taken for a moment,
-    /// unless we hold them.
+    /// Returns the grabs that another program holds, in one round trip. The others are taken for a
+    /// moment, unless we hold them.
     std::set<KeyGrab> probe(const std::set<KeyGrab> &grabs) const;
 
-    /// From the next "down" on, the server's events for this grab tell presses from repeats.
+    /// Makes the server's events for this grab distinguish presses from repeats, starting with the
+    /// next "down".
     void tellRepeats(const KeyGrab &grab);
 
 private:
@@ -51,6 +52,6 @@ private:
     const X11Connection &m_connection;
     bool m_hasXInput;
     std::set<KeyGrab> m_held;
-    /// Those that have an XInput 2 grab beside the core grab.
+    /// The grabs that have an XInput 2 grab besides the core grab.
     std::set<KeyGrab> m_tellingRepeats;
 };

@@ -26,72 +26,74 @@ struct KeyCombination {
     auto operator<=>(const KeyCombination &) const = default;
 };
 
-/// Registrations are only noted; the grabs follow at the end of the event loop's turn, all in one
-/// batch, so that a combination that is given up and taken again was held all the time. Of several
-/// registrations of the same combination the earliest is live and the others wait; one that is made
-/// again for the same id in the same turn keeps its place.
+/// Registrations are only recorded; the grabs follow in one batch at the end of the event loop's
+/// turn, so a combination that is given up and taken again stays grabbed throughout. If the same
+/// combination is registered several times, the earliest registration is live and the others wait;
+/// one that is made again for the same id in the same turn keeps its place.
 class X11HotkeyService : public QObject, public HotkeyService
 {
     Q_OBJECT
 
 public:
-    /// The connection must be open, have XKB, be used by nobody else, and outlive the service. Each
-    /// press is noted as the user's latest activation. Needs no QApplication yet.
+    /// The connection must be open, support XKB, be used by nobody else, and outlive the service.
+    /// Each press is noted as the user's latest activation. Needs no QApplication yet.
     X11HotkeyService(const X11Connection &connection, UserActivation &activation);
 
     void installHandler(std::function<void(HotkeyId)> handler) override;
     std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
                                                HotkeyId id) override;
 
-    /// Makes the grabs what the registrations ask for, now. What another program holds is let go,
-    /// until the keyboard changes or somebody calls retryRefused().
+    /// Applies the registrations to the grabs now. Combinations that another program holds are
+    /// given up until the keyboard changes or retryRefused() is called.
     void flush();
 
-    /// Whether another program held keys that are registered, at the last flush; nothing if they
-    /// are not registered.
+    /// Whether another program held the registered combination at the last flush; nothing if it is
+    /// not registered.
     std::optional<bool> isRefused(VirtualKey key, quint32 modifiers) const;
 
-    /// Asks for what was refused once more.
+    /// Requests the refused combinations again.
     void retryRefused();
 
-    /// Which of the combinations that are not registered would be refused. One round trip, during
-    /// which a press of the others might reach us in place of the window in front.
+    /// Returns which of the unregistered combinations would be refused. Takes one round trip,
+    /// during which a press of the others might reach us instead of the active window.
     std::set<KeyCombination> probe(const std::set<KeyCombination> &combinations);
 
-    /// Starts to receive presses, those included that came since the grabs were made. To be
-    /// called once, when QApplication exists.
+    /// Starts to receive presses, including those since the grabs were made. To be called once,
+    /// when QApplication exists.
     void attachToEventLoop();
 
-    /// The server's keyboard, as it is now.
+    /// The server's current keyboard.
     const X11Keyboard &keyboard() const { return m_keyboard; }
 
-    /// Takes no key that is down now for pressed, until it is let go. To be called before our
-    /// program ends a grab of the whole keyboard: the next repeat of a held combination comes here.
+    /// Treats the keys that are down now as held, so that they cause no press until they are
+    /// released. To be called before the program ends a grab of the whole keyboard: the next repeat
+    /// of a held combination arrives here.
     void ignoreKeysThatAreDown();
 
 Q_SIGNALS:
-    /// Other keys are refused than before.
+    /// Emitted when the set of refused keys has changed.
     void refusalsChanged();
 
 private:
     struct Claim {
         HotkeyId id;
-        /// Of its Registration; nothing once that has ended, until the next flush.
+        /// The token of the Registration; nothing from its end until the next flush.
         std::optional<quint64> token;
     };
     struct Registered {
         /// Never empty. The first is live.
         QList<Claim> claims;
-        /// Where the key is on the present keyboard, less what another program holds.
+        /// The key's codes on the current keyboard, without those that another program holds.
         QList<XKeycode> keys;
-        /// Another program holds them all.
+        /// True if another program holds all of them.
         bool isRefused = false;
     };
-    /// Which keys were down when the server had got as far as that request.
+    /// Which keys were down when the server handled the request with that sequence number.
     struct KeyMapSnapshot {
         unsigned int sequence;
         AutoRepeatFilter::KeyMap map;
-        /// Keys that came under a grab around that time, or out of somebody else's.
+        /// Grabs that were made around that time, or that a grab of the whole keyboard had
+        /// overridden until then.
         std::vector<KeyGrab> grabs;
     };
 
@@ -99,7 +101,7 @@ private:
     void unregister(const KeyCombination &combination, quint64 token);
     void scheduleFlush();
     void dropEndedClaims();
-    /// One for each mix of the lock modifiers; none while the keyboard lacks a modifier.
+    /// One grab for each subset of the lock modifiers; none while the keyboard lacks a modifier.
     QList<KeyGrab> grabsOf(const KeyCombination &combination, XKeycode key) const;
     std::set<KeyGrab> wantedGrabs() const;
     std::set<KeyCombination> refusedCombinations() const;
@@ -126,9 +128,9 @@ private:
     std::vector<KeyMapSnapshot> m_snapshots;
 
     std::map<KeyCombination, Registered> m_registered;
-    /// Those that were refused at the last flush.
+    /// The combinations that were refused at the last flush.
     std::set<KeyCombination> m_refused;
-    /// The registration that a press belongs to, by key and modifiers without locks.
+    /// Maps a key and its modifiers, without locks, to the registration that a press belongs to.
     std::map<KeyGrab, HotkeyId> m_targets;
     std::function<void(HotkeyId)> m_handler;
     quint64 m_lastToken = 0;

@@ -1,13 +1,13 @@
-// What comes of claiming the one place for the program.
+// The result of the attempt to become the only instance.
 #pragma once
 
 enum class InstanceClaim {
-    /// It is ours, until the program ends, however it ends.
+    /// We are the only instance, until the program exits, however it does.
     first,
-    /// Another instance has it, and has taken over what we were started for.
+    /// Another instance is running and has taken over the request that we were started for.
     handedOver,
-    /// Another instance has it, and does not answer.
+    /// Another instance is running and does not answer.
     unanswered,
-    /// Another instance has it, in another session of the user.
+    /// Another instance is running in another session of the user.
     elsewhere,
 };

@@ -1,5 +1,5 @@
-// Sees to it that the program runs once for a list and in a session, and hears what other programs
-// ask of it.
+// Makes sure that the program runs once per list and session, and receives requests of other
+// programs.
 #pragma once
 
 #include "platform/linux/base/StartupTokens.h"
@@ -15,29 +15,30 @@
 struct UserActivation;
 
 struct InstanceHandlers {
-    /// The program was started once more, or activated: called once for all that came together.
+    /// Called when the program is started again or activated, once for all requests that came
+    /// together.
     std::function<void()> activate;
-    /// Does what the key press of that entry does; tells whether there is such an entry.
+    /// Runs the entry as its key press would; returns whether there is such an entry.
     std::function<bool(const QUuid &)> fire;
 };
 
-/// There is one in a program.
+/// Only one instance of the class may exist.
 class SingleInstance
 {
 public:
-    /// The lock file belongs beside the list.
+    /// The lock file must lie beside the list.
     explicit SingleInstance(const QString &lockFile);
 
-    /// Claims the one place for the program, for the session's display; waits for another instance
-    /// that has it to take over our tokens. To be called once, before the program touches the bus
-    /// or anything that two instances must not share. Needs no QApplication yet.
+    /// Claims to be the only instance for the session's display. If another one is running, waits
+    /// for it to take over our tokens. To be called once, before the program touches the bus or
+    /// anything that two instances must not share. Needs no QApplication yet.
     InstanceClaim claim(const StartupTokens &tokens);
 
-    /// Calls the handlers from the event loop, also for what was asked since the claim, and notes
-    /// before each on whose behalf it is. To be called once, when QApplication exists.
+    /// Calls the handlers from the event loop, also for requests since the claim, and records the
+    /// user's action before each call. To be called once, when QApplication exists.
     void attachToEventLoop(UserActivation &activation, const InstanceHandlers &handlers);
 
-    /// Another start has asked by a signal for the window.
+    /// Handles the signal by which another start asks for the window.
     void handleSignal();
 
 private:
@@ -46,6 +47,6 @@ private:
     DBusApplication m_bus;
     InstanceLock m_lock;
     StartupTokens m_latestTokens;
-    /// Runs out once the calls that have come together are all taken in.
+    /// Fires once all calls that came together have been received.
     QTimer m_activation;
 };

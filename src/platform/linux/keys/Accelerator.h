@@ -1,4 +1,4 @@
-// A key combination as desktops keep it in their settings.
+// A key combination as desktops store it in their settings.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -8,28 +8,27 @@
 
 class QString;
 
-/// Names its key by a keysym, which the current layout puts on one key or another, or by its key
-/// code.
+/// Names its key either by a keysym, whose key depends on the current layout, or by a key code.
 struct Accelerator {
     /// An OR of EventFlag bits.
     quint32 modifiers = 0;
-    /// A keysym of XKB in its lower case; 0 if there is a key code.
+    /// An XKB keysym in lower case; 0 if there is a key code.
     quint32 keysym = 0;
     /// Nothing if there is a keysym.
     std::optional<XKeycode> keycode = {};
-    /// Whether Shift goes without saying where a layout has the keysym on a key's second level.
+    /// Whether Shift is implied where the layout has the keysym on the second level of a key.
     bool impliesShift = false;
 
     bool operator==(const Accelerator &) const = default;
 };
 
-/// In the form of GTK, such as "<Primary><Alt>t" or "<Super>0x2e". Nothing if it names no
+/// Parses GTK's form, such as "<Primary><Alt>t" or "<Super>0x2e". Nothing if the text names no
 /// combination that could be pressed on one key, as "" and "disabled" do, or if it needs a modifier
-/// that no combination of ours has.
+/// that our combinations lack.
 std::optional<Accelerator> gtkAccelerator(const QString &text);
 
-/// In the form of Qt, modifiers and key in one number. Nothing as above.
+/// Parses Qt's form, with modifiers and key in one number. Nothing as for gtkAccelerator().
 std::optional<Accelerator> qtAccelerator(int code);
 
-/// In the form of LXQt, such as "Control+Alt+T". Nothing as above.
+/// Parses LXQt's form, such as "Control+Alt+T". Nothing as for gtkAccelerator().
 std::optional<Accelerator> lxqtAccelerator(const QString &text);

@@ -1,4 +1,4 @@
-// Which key of a Linux keyboard a virtual key code means.
+// Maps virtual key codes to the keys of a Linux keyboard.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -20,8 +20,8 @@ struct PhysicalKey {
 /// All keys that have a virtual key code.
 std::span<const PhysicalKey> allKeys();
 
-/// One key as a rule; two where a PC's Print, Scroll Lock and Pause stand for F13 to F15; none
-/// for a number that no key has.
+/// The keys of a virtual key code: usually one; two where a PC's Print, Scroll Lock and Pause stand
+/// for F13 to F15; none for a number that no key has.
 QList<PhysicalKey> physicalKeys(VirtualKey key);
 
 /// Nothing if the key has no virtual key code.

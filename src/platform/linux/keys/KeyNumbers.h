@@ -1,18 +1,19 @@
-// The three numberings of keys, kept apart: a number of one of them is some other key in another.
+// The three numberings of keys, as distinct types: the same number means different keys in them.
 #pragma once
 
 #include <QtGlobal>
 
-/// What key combinations are stored with, and what the interfaces in platform/ call a key code.
+/// The numbering in stored key combinations and in the interfaces of platform/.
 enum class VirtualKey : quint32 {};
 
-/// What key events carry on X11 and on Wayland. The X server's own numbers end at 255.
+/// The numbering of key events on X11 and on Wayland. The X server's own numbers end at 255.
 enum class XKeycode : quint32 {};
 
-/// What linux/input-event-codes.h lists.
+/// The numbering of linux/input-event-codes.h.
 enum class EvdevCode : quint32 {};
 
-/// What Linux's codes are moved by on Wayland, and by X servers that read Linux's devices.
+/// The difference between X key codes and Linux's codes, on Wayland and on X servers that read
+/// Linux's devices.
 constexpr quint32 evdevOffset = 8;
 
 constexpr XKeycode xKeycode(EvdevCode code)

@@ -1,5 +1,5 @@
-// Starts applications: a program of their own, one in a terminal, or a message on the bus, as
-// their .desktop files ask for.
+// Starts applications as their .desktop files ask for: as a program, in a terminal, or by a message
+// on the bus.
 #pragma once
 
 #include "foundation/Result.h"
@@ -18,18 +18,18 @@ class DesktopApp;
 class AppLauncher
 {
 public:
-    /// Tells the desktop of an application that is starting with that startup id.
+    /// Tells the desktop that an application is starting with that startup id.
     using Announce = std::function<void(const QByteArray &startupId, const StartingApp &app)>;
 
-    /// Without an announcement, nothing shows that an application is on its way.
+    /// Without an announcement, the desktop does not show that an application is starting.
     explicit AppLauncher(Announce announce = {});
 
-    /// Starts the application, with something to open if the target is not empty. The completion
-    /// is called once, on the main thread, with the error if it could not be started.
+    /// Starts the application, and has it open the target unless that is empty. The completion is
+    /// called once, on the main thread, with the error if the application could not be started.
     void launch(const DesktopApp &app, const QUrl &target, const StartupTokens &tokens,
                 std::function<void(std::optional<Error>)> completion);
 
-    /// Starts a program: its path, or a name to be found in PATH, and its arguments.
+    /// Starts a program. The command is its path, or a name to be found in PATH, and its arguments.
     std::optional<Error> launchProgram(const QStringList &command, const StartupTokens &tokens);
 
 private:

@@ -1,4 +1,4 @@
-// Takes the exit status of started programs, so that none stays behind as a zombie.
+// Reaps started programs, so that none stays behind as a zombie.
 #pragma once
 
 #include <QSocketNotifier>
@@ -6,16 +6,17 @@
 #include <set>
 #include <sys/types.h>
 
-/// Takes the status of its own children only, and holds no descriptor for any of them. There is one
-/// in a program.
+/// Reaps only the children that it was told of, and needs no descriptor per child. Only one
+/// instance may exist.
 class ChildReaper
 {
 public:
-    /// From here on the ends of children are noted. Needs no QCoreApplication yet.
+    /// Exits of children are recorded from then on. Needs no QCoreApplication yet.
     ChildReaper();
     Q_DISABLE_COPY_MOVE(ChildReaper)
 
-    /// The child may have ended already. Needs the QCoreApplication.
+    /// Reaps the child when it ends, or at once if it has ended already. Needs the
+    /// QCoreApplication.
     void reapWhenEnded(pid_t child);
 
 private:

@@ -1,4 +1,4 @@
-// Starts applications that are started by a message on the session bus.
+// Starts applications by a message on the session bus.
 #pragma once
 
 #include "foundation/Result.h"
@@ -12,11 +12,11 @@
 namespace DBusActivation
 {
 
-/// Whether there is a bus, and the name of the app's .desktop file can be a name on it.
+/// Whether there is a bus and the name of the app's .desktop file is a valid bus name.
 bool isPossible(const QString &app);
 
-/// Activates the app, or has it open the target if that is not empty, and completes with the bus's
-/// answer, later.
+/// Activates the app, or has it open the target unless that is empty. The completion is called
+/// later, with the bus's answer.
 void open(const QString &app, const QUrl &target, const StartupTokens &tokens,
           std::function<void(std::optional<Error>)> completion);
 

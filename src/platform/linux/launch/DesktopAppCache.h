@@ -1,5 +1,5 @@
-// The .desktop files that were opened before, for as long as they stay as they are: to read one
-// takes nearly as long as to start its program.
+// Caches .desktop files that have been opened, until they change: reading one takes nearly as long
+// as starting its program.
 #pragma once
 
 #include "platform/linux/launch/DesktopApp.h"
@@ -10,11 +10,11 @@
 class DesktopAppCache
 {
 public:
-    /// As DesktopApp::fromFile; null instead of nothing. Valid until the next call.
+    /// Like DesktopApp::fromFile(), with null for nothing. Valid until the next call.
     const DesktopApp *find(const QString &path);
 
 private:
-    /// What changes when a file is written or replaced.
+    /// Identifies a state of the file: changes when the file is written or replaced.
     struct Version {
         quint64 device;
         quint64 inode;

@@ -1,12 +1,13 @@
-// Says in words for the user why the system does not start a program.
+// Explains to the user why the system does not start a program.
 #pragma once
 
 #include "foundation/Result.h"
 
 #include <QString>
 
-/// Of a program that was not found, by its path or its name.
+/// The error for a missing program, given by its path or name.
 Error notInstalled(const QString &program);
 
-/// Of execve's error number for the file at that path, which the user knows by that path or name.
+/// The error for an error number of execve. The path is that of the file; the name is what the user
+/// knows it by.
 Error execError(int number, const QString &path, const QString &name);

@@ -1,4 +1,4 @@
-// GLib's objects and errors as values of ours.
+// C++ owners for GLib's objects, and conversion of its errors.
 #pragma once
 
 #include "foundation/Result.h"
@@ -12,7 +12,7 @@ struct GObjectUnref {
 template <typename Object>
 using GObjectPointer = std::unique_ptr<Object, GObjectUnref>;
 
-/// The error in our form; frees it.
+/// Converts the error and frees it.
 inline Error takeError(GError *error)
 {
     const Error taken{QString::fromUtf8(error->message)};

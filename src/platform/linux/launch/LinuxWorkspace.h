@@ -1,5 +1,5 @@
-// Opens applications (.desktop files and executable files) and, by their default applications,
-// files, folders and addresses.
+// Opens applications (.desktop files and executables), and files, folders and addresses in their
+// default applications.
 #pragma once
 
 #include "platform/Workspace.h"

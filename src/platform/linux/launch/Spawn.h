@@ -1,4 +1,4 @@
-// Starts a program, the way a desktop starts one: free of us in every respect.
+// Starts a program the way a desktop does: fully detached from us.
 #pragma once
 
 #include "foundation/Result.h"
@@ -9,18 +9,18 @@
 #include <sys/types.h>
 
 struct SpawnRequest {
-    /// The program, a path or a name to be found in PATH, and what it is given.
+    /// The program (a path, or a name to be found in PATH) and its arguments.
     QStringList arguments;
-    /// Empty for the home folder, or the root folder where there is no home.
+    /// Empty for the home folder, or for the root folder if there is no home.
     QString workingFolder;
-    /// By which the program's first window comes to the front; none of ours are handed on.
+    /// The tokens that bring the program's first window to the front; our own are not inherited.
     StartupTokens tokens;
 };
 
-/// Starts a program in a session of its own, with default signals, nothing to read, our output and
-/// error, and none of our other descriptors. No shell is involved. The child's process id; the
-/// caller reaps it.
+/// Starts a program in its own session, with default signal handling, empty input, our standard
+/// output and error, and none of our other descriptors. No shell is involved. Returns the child's
+/// process id; the caller reaps it.
 Result<pid_t> spawn(const SpawnRequest &request);
 
-/// Gives all signals their default handling; for a child that is about to become a program.
+/// Resets all signals to their default handling; for a child that is about to execute a program.
 void resetSignals();

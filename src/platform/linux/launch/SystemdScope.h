@@ -1,10 +1,10 @@
-// A unit of systemd's own for a started program, so that the end of ours is not its end.
+// Puts a started program into its own systemd scope, so that it survives the end of our unit.
 #pragma once
 
 #include <QString>
 #include <sys/types.h>
 
-/// Moves the process, later and in silence, if systemd runs the session; what the process itself
-/// has started until then stays with us. The app is the name of
-/// its .desktop file without the suffix, or of its program.
+/// Moves the process asynchronously, and ignores failures, if systemd runs the session. Children
+/// that the process has started by then stay in our unit. The app is the name of its .desktop file
+/// without the suffix, or of its program.
 void moveToScopeOfItsOwn(pid_t process, const QString &app);

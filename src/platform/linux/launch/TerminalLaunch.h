@@ -1,4 +1,4 @@
-// Starts an application that needs a terminal around it.
+// Starts an application in a terminal.
 #pragma once
 
 #include "foundation/Result.h"
@@ -9,8 +9,8 @@
 
 class DesktopApp;
 
-/// As spawn(), but that GIO finds the terminal: it knows those of all desktops, and how each is
-/// told what to run. It also tells the session bus of the start, over a connection of its own, for
-/// which it waits. The child's process id; the caller reaps it.
+/// Like spawn(), but GIO finds the terminal: it knows those of all desktops and how to pass each
+/// the command. GIO also announces the start on the session bus, over its own connection, and
+/// blocks for that. Returns the child's process id; the caller reaps it.
 Result<pid_t> launchInTerminal(const DesktopApp &app, const QUrl &target,
                                const StartupTokens &tokens);

@@ -1,4 +1,4 @@
-// The keyboard layout of the session, as the user changes it.
+// The keyboard layout of the session, kept up to date.
 #pragma once
 
 #include "platform/linux/layout/LayoutKeys.h"
@@ -11,14 +11,14 @@ class KeyboardLayout : public QObject
     Q_OBJECT
 
 public:
-    /// Begins to follow the layout. To be called once.
+    /// Starts to follow the layout. To be called once.
     virtual void start() = 0;
 
-    /// Without keys as long as nothing is known.
+    /// Has no keys as long as the layout is unknown.
     const LayoutKeys &keys() const { return m_keys; }
 
 Q_SIGNALS:
-    /// The keys have changed.
+    /// Emitted when the keys have changed.
     void changed();
 
 protected:

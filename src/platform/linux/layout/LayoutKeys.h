@@ -1,4 +1,4 @@
-// Which physical keys have a keysym in the user's keyboard layout.
+// Maps keysyms to the physical keys that have them in the user's keyboard layout.
 #pragma once
 
 #include "platform/linux/keys/KeyNumbers.h"
@@ -13,22 +13,22 @@ struct xkb_keymap;
 class LayoutKeys
 {
 public:
-    /// A keyboard without keys.
+    /// Makes a keyboard without keys.
     LayoutKeys() = default;
 
-    /// Of a key map and the number of the layout in it that is in use; keeps nothing of it.
+    /// Reads a key map, given the index of the layout that is in use; keeps no reference to it.
     LayoutKeys(xkb_keymap *keymap, quint32 layout);
 
     struct Key {
         VirtualKey virtualKey;
-        /// Whether the layout has the keysym where Shift is held.
+        /// Whether the keysym needs Shift to be held.
         bool needsShift;
 
         bool operator==(const Key &) const = default;
     };
 
-    /// The keys that have a keysym: those of the layout in use, else of the first other one that
-    /// has it at all, and there on the lowest level that does. Only keys with virtual key codes.
+    /// The keys that have a keysym, from the lowest level that has it in the layout in use or else
+    /// in the first other layout that has it at all. Only keys with virtual key codes.
     QList<Key> keysWithKeysym(quint32 keysym) const { return m_byKeysym.value(keysym).keys; }
 
     /// Nothing if the key has no virtual key code.
@@ -38,7 +38,7 @@ public:
 
 private:
     struct Found {
-        /// How many layouts come before that of the keys.
+        /// How many layouts are searched before the layout of the keys.
         quint32 layoutRank;
         quint32 level;
         QList<Key> keys;

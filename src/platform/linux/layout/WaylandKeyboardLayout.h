@@ -11,8 +11,8 @@ struct wl_keyboard;
 struct wl_registry;
 struct wl_seat;
 
-/// Has a connection of its own, which never gets the focus and therefore hears no keys. A
-/// compositor tells the layout in use only to who has the focus; that is taken to be the first one.
+/// Uses its own connection, which never gets the focus and therefore receives no keys. A compositor
+/// reports the layout in use only to the focused client, so the first layout is assumed.
 class WaylandKeyboardLayout : public KeyboardLayout
 {
 public:
@@ -21,7 +21,8 @@ public:
     void start() override;
 
 private:
-    /// What the compositor tells of, each handed to the object that is its first argument.
+    /// The listeners for the compositor's events; each passes its event to the object in its first
+    /// argument.
     struct Listeners;
 
     void communicate();

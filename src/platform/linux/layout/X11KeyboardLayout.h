@@ -8,8 +8,7 @@
 #include <QTimer>
 #include <optional>
 
-/// Has a connection of its own, because who waits for an answer on another one may keep presses or
-/// windows waiting.
+/// Uses its own connection: waiting for an answer on a shared one could delay presses or windows.
 class X11KeyboardLayout : public KeyboardLayout
 {
 public:

@@ -1,4 +1,4 @@
-// Owners of what xkbcommon makes.
+// Owning pointers for xkbcommon's objects.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ using XkbContext = std::unique_ptr<xkb_context, XkbUnref<xkb_context_unref>>;
 using XkbKeymap = std::unique_ptr<xkb_keymap, XkbUnref<xkb_keymap_unref>>;
 using XkbState = std::unique_ptr<xkb_state, XkbUnref<xkb_state_unref>>;
 
-/// For key maps that others have compiled, so that no files are looked for.
+/// Makes a context for precompiled key maps, which searches for no files.
 inline XkbContext makeXkbContext()
 {
     return XkbContext(xkb_context_new(

@@ -13,12 +13,12 @@ class HeldKeyRepeatFilter final : public QObject
     Q_OBJECT
 
 public:
-    /// To be told of each press and release that is kept from the program's windows. True for a
-    /// press that the user made, false for repeats and releases.
+    /// Call it for each press and release that is kept from the program's windows. True for a press
+    /// that the user made, false for repeats and releases.
     bool follow(const QKeyEvent &event);
 
-    /// From now on the keys that are down are kept from the windows until they are let go. Fresh
-    /// presses go their way.
+    /// From now on, keeps the keys that are down from the windows until they are released. Fresh
+    /// presses pass.
     void swallowRepeats();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -28,9 +28,9 @@ private:
     bool isMisjudgedRepeat(const QKeyEvent &press) const;
     void letGo(const QKeyEvent &event);
 
-    /// What each key that is down types.
+    /// The Qt key that each key that is down stands for.
     QHash<XKeycode, int> m_keys;
-    /// The last release and its time, which is 0 for events that have none.
+    /// The last released key and the time of that event; 0 for events without a time.
     XKeycode m_releasedKey{};
     quint64 m_releaseTime = 0;
 };

@@ -1,5 +1,5 @@
-// Gives the keys of the program, and those that others have grabbed, to one receiver while a window
-// is active.
+// Sends the program's key presses, and those that others have grabbed, to one handler while a
+// window is active.
 #pragma once
 
 #include "platform/EventMonitor.h"
@@ -19,8 +19,8 @@ class KeyCapture final : public QObject
 public:
     using Handler = std::function<void(const KeyEvent &)>;
 
-    /// The window is the one that the widget is in; the widget may die first. The handler may
-    /// delete the capture. Hot keys, if there are any, are to be held up by the grab on X11.
+    /// The window is that of the widget; the widget may be destroyed first. The handler may delete
+    /// the capture. Pass the hot keys, if there are any, so that the grab on X11 suspends them.
     KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
                X11HotkeyService *hotkeys);
     ~KeyCapture() override;

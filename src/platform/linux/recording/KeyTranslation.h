@@ -1,4 +1,4 @@
-// Key presses as Qt tells of them, in virtual key codes and event flags.
+// Converts Qt's key presses to virtual key codes and event flags.
 #pragma once
 
 #include "platform/EventMonitor.h"
@@ -9,8 +9,9 @@ class X11Keyboard;
 namespace KeyTranslation
 {
 
-/// The keyboard is the X server's, if events come from one whose keyboard is known. Nothing for
-/// keys that are modifiers in the user's layout, and for keys without a virtual key code.
+/// Pass the X server's keyboard if the events come from a server whose keyboard is known, else
+/// null. Nothing for keys that are modifiers in the user's layout, and for keys without a virtual
+/// key code.
 std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard);
 
 } // namespace KeyTranslation

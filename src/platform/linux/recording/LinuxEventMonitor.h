@@ -1,4 +1,4 @@
-// The key presses of the program's windows, on X11 and Wayland.
+// Monitors the key presses of the program's windows, on X11 and Wayland.
 #pragma once
 
 #include "platform/EventMonitor.h"
@@ -9,8 +9,8 @@ class X11HotkeyService;
 class LinuxEventMonitor : public EventMonitor
 {
 public:
-    /// The hot keys of the session, if there are any on X11, which know its keyboard. They must
-    /// outlive the monitor.
+    /// The session's hot keys know the keyboard; null if there are none on X11. They must outlive
+    /// the monitor.
     explicit LinuxEventMonitor(X11HotkeyService *hotkeys);
 
     std::optional<Registration>

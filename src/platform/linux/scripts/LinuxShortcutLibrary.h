@@ -11,12 +11,13 @@ class LinuxShortcutLibrary : public ShortcutLibrary
 public:
     QStringList names() override;
 
-    /// Not with a slash or two full stops in a row, so that a name never leads out of the folders,
-    /// nor with control characters or what turns the direction of a text.
+    /// False for a slash or two full stops in a row, so that a name never leads out of the folders,
+    /// and for control characters and those that change the direction of text.
     static bool canBeName(const QString &text);
 
-    /// The file that runs under that name: its whole name, or that without its extension. The
-    /// first folder that has such a file decides, and there, a file of exactly that name; those
-    /// that may be executed, and launchers, go before others. The error says why none is run.
+    /// The file that runs under that name, which is its full name or the name without its
+    /// extension. The first folder with such a file decides. Within it, executables and launchers
+    /// go before others, and among those a file of exactly that name. The error says why none is
+    /// run.
     static Result<QString> find(const QString &name);
 };

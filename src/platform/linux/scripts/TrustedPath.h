@@ -1,4 +1,4 @@
-// Whether a file can be run without running what another user has put in its place.
+// Checks that a file can be run without running what another user has put in its place.
 #pragma once
 
 #include "foundation/Result.h"
@@ -6,8 +6,9 @@
 #include <QString>
 #include <optional>
 
-/// Why another user may decide what is found at that absolute path, if one may. Followed as the
-/// system follows it, link by link: each folder, link and file on the way belongs to this user or
-/// to root, and none of them can be changed by others. The user's own private group is nobody else.
-/// In a sticky folder others can add what they like, but not replace what is there.
+/// Explains why another user could decide what is found at that absolute path; nothing if none can.
+/// Follows the path link by link, as the system does: each folder, link and file on the way must
+/// belong to this user or to root, and others must not be able to change it. The user's own private
+/// group does not count as others. In a sticky folder others can add files, but not replace
+/// existing ones.
 std::optional<Error> reasonForDistrust(const QString &path);

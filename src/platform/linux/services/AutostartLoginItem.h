@@ -1,4 +1,4 @@
-// The login item as an XDG autostart file of the user.
+// The login item, as an XDG autostart file of the user.
 #pragma once
 
 #include "platform/LoginItem.h"
@@ -8,7 +8,8 @@
 class AutostartLoginItem : public LoginItem
 {
 public:
-    /// The folder of the user's autostart files, and the absolute path of what is to be started.
+    /// Takes the folder of the user's autostart files and the absolute path of the program to
+    /// start.
     AutostartLoginItem(const QString &folder, const QString &program);
 
     LoginItemStatus status() const override;
@@ -23,6 +24,6 @@ private:
     QString m_program;
 };
 
-/// Where the running program is. To be asked for at the start: later an upgrade may have taken it
-/// away.
+/// The path of the running program. To be called at the start: an upgrade may delete the file
+/// later.
 QString runningProgram();

@@ -1,4 +1,4 @@
-// The desktop's bell sound, or the X server's bell where that cannot be played.
+// Plays the desktop's bell sound, or rings the X server's bell if that cannot be played.
 #pragma once
 
 #include "platform/AlertSound.h"
@@ -8,8 +8,7 @@
 
 struct ca_context;
 
-/// A sound server that hangs would hang us as well, so that each sound is begun in a thread of its
-/// own.
+/// Starts each sound in its own thread, because a sound server that hangs would block the caller.
 class CanberraAlertSound : public QObject, public AlertSound
 {
     Q_OBJECT
@@ -17,15 +16,15 @@ class CanberraAlertSound : public QObject, public AlertSound
 public:
     CanberraAlertSound();
 
-    /// While one sound is under way, a further one is none.
+    /// Does nothing while a sound is under way.
     void beep() override;
 
 private:
-    /// In any thread: takes the result to the main one.
+    /// May be called in any thread; passes the result to the main thread.
     void finished(int result);
     void begin();
 
-    /// Made for the first sound and kept: to end it while a sound ends crashes the library.
+    /// Created for the first sound and kept: destroying it while a sound ends crashes the library.
     ca_context *m_context = nullptr;
     bool m_isPlaying = false;
     QTimer m_patience;

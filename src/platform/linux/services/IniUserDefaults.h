@@ -1,4 +1,4 @@
-// User defaults in an INI file.
+// Stores the user defaults in an INI file.
 #pragma once
 
 #include "foundation/PrivateFile.h"
@@ -6,8 +6,8 @@
 
 #include <QVariant>
 
-/// Reads the file once and holds all its values in memory, including those that it does not know.
-/// Each write replaces the whole file.
+/// Reads the file once and keeps all values in memory, including unknown ones. Each write replaces
+/// the whole file.
 class IniUserDefaults : public UserDefaults
 {
 public:

@@ -1,4 +1,4 @@
-// The settings pages of the desktops that we know.
+// Opens the settings pages of the known desktops.
 #pragma once
 
 #include "platform/SystemSettings.h"
@@ -11,7 +11,8 @@
 class LinuxSystemSettings : public SystemSettings
 {
 public:
-    /// The environment tells the desktop and where programs are. The activation must outlive it.
+    /// The environment determines the desktop and the folders of programs. The activation must
+    /// outlive it.
     LinuxSystemSettings(UserActivation &activation, const QProcessEnvironment &environment);
 
     void openNotificationSettings() override;
@@ -25,6 +26,6 @@ private:
     QProcessEnvironment m_environment;
 };
 
-/// The path of the program that shows the page, and its arguments; empty if there is none.
+/// The path of the program that shows the page, followed by its arguments; empty if there is none.
 QStringList notificationSettingsCommand(const QProcessEnvironment &environment);
 QStringList loginItemsCommand(const QProcessEnvironment &environment);

@@ -1,4 +1,4 @@
-// The desktop's wish for light or dark windows, from the settings in its portal.
+// The desktop's preference for light or dark windows, from the settings of its portal.
 #pragma once
 
 #include "platform/Appearance.h"
@@ -7,14 +7,14 @@
 #include <QVariant>
 #include <memory>
 
-/// Of portals that come, go and are replaced at any time; none is started for it. What one has said
-/// holds until the next answers; one that answers with an error wishes nothing.
+/// Follows portals that appear, disappear and are replaced at any time; starts none. An answer
+/// stays valid until the next one; an error counts as no preference.
 class PortalAppearance : public Appearance
 {
     Q_OBJECT
 
 public:
-    /// Asks the portal that is there, and from now on each that comes.
+    /// Asks the current portal, and from then on each new one.
     void start();
 
     bool prefersDark() const override { return m_prefersDark; }
@@ -26,7 +26,7 @@ private:
     void read();
     void take(QVariant value);
 
-    /// Receives the answer to the latest question; others are out of date.
+    /// Receives the answer to the latest call; earlier ones are out of date.
     std::unique_ptr<QObject> m_reading;
     bool m_prefersDark = false;
 };

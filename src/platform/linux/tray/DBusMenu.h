@@ -1,4 +1,4 @@
-// The menu as desktops read it over the bus and show it by themselves: com.canonical.dbusmenu.
+// Exports the menu over the bus, for desktops to show by themselves: com.canonical.dbusmenu.
 #pragma once
 
 #include "platform/StatusBar.h"
@@ -13,14 +13,14 @@ class DBusMenu : public DBusObject
     Q_OBJECT
 
 public:
-    /// Asks for the content whenever it is about to be shown, and tells what was chosen.
+    /// Calls content whenever the menu is about to be shown, and choose with the chosen item.
     DBusMenu(std::function<QList<MenuItem>()> content,
              std::function<void(const MenuItem &)> choose);
 
-    /// Where the menu is on the bus.
+    /// The object path of the menu on the bus.
     static QString path();
 
-    /// Tells desktops what has changed. Whether anything has.
+    /// Announces changes to desktops. Returns whether anything has changed.
     bool update();
 
 private:
@@ -54,7 +54,7 @@ private:
     std::function<QList<MenuItem>()> m_content;
     std::function<void(const MenuItem &)> m_choose;
     QList<Node> m_nodes;
-    /// By what an item is known, and how many items before it are known by the same.
+    /// Maps an item's identity, and the number of earlier items with the same identity, to its id.
     QHash<std::pair<QString, int>, int> m_ids;
     int m_lastId = 0;
     quint32 m_revision = 0;

@@ -1,30 +1,30 @@
-// The compound values of com.canonical.dbusmenu.
+// The compound types of com.canonical.dbusmenu.
 #pragma once
 
 #include <QDBusArgument>
 #include <QStringList>
 #include <QVariantMap>
 
-/// (ia{sv}av): an item with what is below it, each of them a LayoutNode again.
+/// (ia{sv}av): an item with its children, each of them a LayoutNode too.
 struct LayoutNode {
     int id;
     QVariantMap properties;
     QVariantList children;
 };
 
-/// (ia{sv}): properties of an item.
+/// (ia{sv}): the properties of an item.
 struct ItemProperties {
     int id;
     QVariantMap properties;
 };
 
-/// (ias): properties that an item has no more.
+/// (ias): the properties that an item no longer has.
 struct ItemPropertyNames {
     int id;
     QStringList names;
 };
 
-/// (isvu): what happened to an item.
+/// (isvu): an event of an item.
 struct ItemEvent {
     int id;
     QString name;
@@ -46,5 +46,5 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ItemPropertyNames
 QDBusArgument &operator<<(QDBusArgument &argument, const ItemEvent &event);
 const QDBusArgument &operator>>(const QDBusArgument &argument, ItemEvent &event);
 
-/// To be called before any of these is sent or read.
+/// Must be called before any of these types is sent or received.
 void registerDBusMenuTypes();

@@ -1,4 +1,4 @@
-// The tray of a Linux desktop, of whatever kind.
+// The tray of a Linux desktop, of any kind.
 #pragma once
 
 #include "platform/StatusBar.h"

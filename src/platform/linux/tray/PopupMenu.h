@@ -1,4 +1,4 @@
-// The menu where it is ours to show.
+// The menu that we show ourselves, where the desktop does not.
 #pragma once
 
 #include "platform/StatusBar.h"
@@ -10,7 +10,7 @@ class PopupMenu : public QMenu
 public:
     explicit PopupMenu(std::function<void(const MenuItem &)> choose);
 
-    /// Opens it with these items, in place of any former ones.
+    /// Opens the menu with these items, which replace any earlier ones.
     void open(const QPoint &place, const QList<MenuItem> &items);
 
 protected:

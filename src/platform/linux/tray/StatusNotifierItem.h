@@ -1,4 +1,5 @@
-// The item as desktops read it over the bus and show it by themselves: org.kde.StatusNotifierItem.
+// Exports the tray item over the bus, for desktops to show by themselves:
+// org.kde.StatusNotifierItem.
 #pragma once
 
 #include "platform/linux/base/DBusObject.h"
@@ -14,14 +15,15 @@ class StatusNotifierItem : public DBusObject
 public:
     explicit StatusNotifierItem(QString id);
 
-    /// What desktops show from now on; the text is the tooltip and for screen readers.
+    /// Sets what desktops show; the text is the tooltip and for screen readers.
     void setButton(const QIcon &icon, const QString &description);
 
 Q_SIGNALS:
-    /// The user wants the menu, at that place of the screen, and the desktop leaves it to us.
+    /// Emitted when the user wants the menu at that position of the screen and the desktop leaves
+    /// it to us.
     void clicked(const QPoint &place);
 
-    /// A token for what the user does next, for windows on Wayland.
+    /// Emitted with the token for the user's next action, for windows on Wayland.
     void activationTokenProvided(const QByteArray &token);
 
 private:
@@ -31,6 +33,6 @@ private:
     QString m_id;
     QIcon m_icon;
     QString m_description;
-    /// The icon as it goes over the bus; drawn when it is first asked for.
+    /// The icon in its form for the bus; drawn on first use.
     mutable QVariant m_pixmaps;
 };

@@ -1,16 +1,17 @@
-// The desktop's register of StatusNotifierItems, which may come, go and be replaced at any time.
+// Registers with the desktop's StatusNotifierWatcher, which may appear, disappear and be replaced
+// at any time.
 #pragma once
 
 #include <QDBusServiceWatcher>
 #include <QObject>
 
-/// Whether items are shown to the user.
+/// Whether the desktop shows items to the user.
 enum class NotifierHost {
-    /// They are.
+    /// A host shows the items.
     present,
-    /// Not yet, or no more: there is a watcher, but nobody who shows what it knows of.
+    /// There is a watcher, but no host that shows its items: not yet, or no longer.
     awaited,
-    /// There is no watcher either.
+    /// There is no watcher.
     absent,
 };
 
@@ -21,11 +22,11 @@ class StatusNotifierWatcher : public QObject
 public:
     StatusNotifierWatcher();
 
-    /// Makes our item known to it now, and from now on to each that comes.
+    /// Registers our item with the current watcher, and from then on with each new one.
     void start();
 
 Q_SIGNALS:
-    /// Comes soon after the start, unless a watcher hangs.
+    /// Emitted soon after the start, unless the watcher hangs, and after each change.
     void hostChanged(NotifierHost host);
 
 private Q_SLOTS:

@@ -1,5 +1,5 @@
-// The program's item in the tray: a StatusNotifierItem where the desktop shows such, else an icon
-// in a tray of X11.
+// The program's tray item: a StatusNotifierItem where the desktop shows those, else an icon in an
+// X11 tray.
 #pragma once
 
 #include "platform/StatusBar.h"
@@ -21,8 +21,8 @@ class TrayItem final : public QObject, public StatusItem
     Q_OBJECT
 
 public:
-    /// Both must outlive it. The patience is for a desktop that has begun to come, and is not there
-    /// yet.
+    /// Both references must outlive it. The patience is how long to wait for the item's host when a
+    /// watcher is there but nothing shows its items yet.
     TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
              std::chrono::milliseconds patience = std::chrono::seconds(30));
 
@@ -44,10 +44,10 @@ private:
     StatusNotifierWatcher m_watcher;
     PopupMenu m_popup;
     StatusButton m_button;
-    /// For what the user does next; empty where desktops give none.
+    /// The token for the user's next action; empty where desktops give none.
     QByteArray m_activationToken;
     QTimer m_patience;
-    /// Made only where no desktop shows StatusNotifierItems: Qt would use them by itself, once and
-    /// for all, if there were any when it is made.
+    /// Created only where no desktop shows StatusNotifierItems: if any did, Qt would use them
+    /// instead, and would not reconsider later.
     std::optional<QSystemTrayIcon> m_x11Icon;
 };
