@@ -20,7 +20,7 @@ std::unique_ptr<KeyboardLayout> keyboardLayout(bool isOnX11)
     return std::make_unique<WaylandKeyboardLayout>();
 }
 
-/// What other programs do with keys is changed there.
+/// Refreshes when the user returns from another program, where keys may have been reassigned.
 void refreshWhenUserComesBack(LinuxSymbolicHotkeys &symbolicHotkeys)
 {
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &symbolicHotkeys,

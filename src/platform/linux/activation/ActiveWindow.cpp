@@ -10,7 +10,7 @@
 
 namespace
 {
-/// Qt's connection; null where the program is not on X11.
+/// Qt's connection; null if the program does not run on X11.
 xcb_connection_t *qtConnection()
 {
     const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -50,6 +50,7 @@ void send(xcb_connection_t *connection, xcb_window_t window, const QByteArray &n
     xcb_flush(connection);
 }
 
+/// The source indication of normal applications in EWMH messages.
 constexpr uint32_t fromApplication = 1;
 } // namespace
 
@@ -69,6 +70,7 @@ void moveToCurrentWorkspace(const QWindow &window)
     auto *const connection = qtConnection();
     if (!connection)
         return;
+    // The EWMH desktop number of windows on all workspaces.
     constexpr uint32_t onAll = 0xFFFFFFFF;
     const auto id = xcb_window_t(window.winId());
     const auto current = numberIn(connection, rootOf(connection), "_NET_CURRENT_DESKTOP");

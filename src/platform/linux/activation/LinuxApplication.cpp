@@ -14,7 +14,7 @@ bool isWayland()
     return QGuiApplication::platformName() == u"wayland";
 }
 
-/// Where the user can go on: a sheet over the window has the keyboard in its stead.
+/// The window that accepts input: the sheet if one is open over the window, else the window itself.
 QWidget &frontOf(QWidget &window)
 {
     QWidget *const sheet = QApplication::activeModalWidget();
@@ -25,11 +25,11 @@ QWidget &frontOf(QWidget &window)
     return window;
 }
 
-/// With all sheets that are between the two.
+/// Moves the window, the front sheet and all sheets between them.
 void moveToCurrentWorkspace(const QWidget &window, const QWidget &front)
 {
     for (const QWidget *widget = &front; widget; widget = widget->parentWidget()) {
-        // What is not on the screen yet appears on the workspace that the user is on.
+        // Hidden windows appear on the current workspace anyway.
         if (widget->isWindow() && widget->isVisible())
             moveToCurrentWorkspace(*widget->windowHandle());
         if (widget == &window)
@@ -47,7 +47,7 @@ void LinuxApplication::activate(QWidget &window)
 {
     const QByteArray token = std::exchange(m_activation.activationToken, {});
     QWidget &front = frontOf(window);
-    // Without a token a Wayland compositor gives the focus to new windows only.
+    // Without a token, a Wayland compositor focuses new windows only.
     const bool mustBeNew = isWayland() && token.isEmpty() && !front.isActiveWindow();
     if (mustBeNew)
         front.hide();
@@ -55,13 +55,13 @@ void LinuxApplication::activate(QWidget &window)
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     front.show();
-    // A startup id tells a time also in a Wayland session.
+    // Startup ids carry a time in Wayland sessions too, so x11Time alone does not imply X11.
     if (!isWayland() && m_activation.x11Time) {
         requestActiveWindow(*window.windowHandle(), *m_activation.x11Time);
         requestActiveWindow(*front.windowHandle(), *m_activation.x11Time);
         return;
     }
-    // Where Qt's Wayland plugin looks for it.
+    // Qt's Wayland plugin reads the token from this variable.
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token);
     front.raise();

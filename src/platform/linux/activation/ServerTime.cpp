@@ -12,8 +12,7 @@ std::optional<quint32> currentServerTime()
     xcb_create_window(x11.get(), XCB_COPY_FROM_PARENT, window, x11.root(), -1, -1, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
                       &events);
-    // The server tells the time with each change of a property, also of one that nothing is added
-    // to.
+    // The server reports the time with every property change, even if nothing is appended.
     xcb_change_property(x11.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
                         8, 0, nullptr);
     xcb_flush(x11.get());

@@ -20,10 +20,11 @@ QByteArray member(const QByteArray &key, const QString &value)
     return ' ' + key + "=\"" + text.toUtf8() + '"';
 }
 
-/// A message to all that listen, in pieces of 20 bytes which one window holds together.
+/// Broadcasts a message in pieces of 20 bytes, which their common window id ties together.
 void broadcast(QByteArray message)
 {
-    // Not the connection of the hot keys: a press that the replies overtake would go unnoticed.
+    // Uses Qt's connection, not that of the hot keys: a press that arrives before the replies would
+    // go unnoticed.
     const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11)
         return;
@@ -41,7 +42,7 @@ void broadcast(QByteArray message)
     event.window = window;
     event.type = begin;
     constexpr qsizetype pieceSize = sizeof event.data.data8;
-    // The end is a zero byte.
+    // A zero byte ends the message.
     message.append('\0');
     message.append((pieceSize - message.size() % pieceSize) % pieceSize, '\0');
     for (qsizetype i = 0; i < message.size(); i += pieceSize) {
@@ -71,7 +72,7 @@ std::optional<quint32> userTime(const QByteArray &id)
     const auto match = suffix.match(QString::fromLatin1(id));
     bool fits = false;
     const quint32 time = match.captured(1).toUInt(&fits);
-    // Where the time is not known, some write 0.
+    // Some programs write 0 if the time is unknown.
     return fits && time != 0 ? std::optional(time) : std::nullopt;
 }
 

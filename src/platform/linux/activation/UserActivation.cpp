@@ -29,7 +29,7 @@ void UserActivation::happenedAt(quint32 time)
 
 void UserActivation::happenedNow()
 {
-    // Not of a Wayland session's X server, which may be started only by being asked.
+    // In a Wayland session, asking might start the X server.
     const auto session = sessionType(QProcessEnvironment::systemEnvironment());
     x11Time = session == SessionType::x11 ? currentServerTime() : std::nullopt;
     activationToken.clear();

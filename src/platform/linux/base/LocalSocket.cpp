@@ -22,7 +22,7 @@ LocalSocket::LocalSocket(const QByteArray &name, const QDeadlineTimer &deadline)
     }
     std::memcpy(address.sun_path, name.constData(), size_t(name.size()));
     const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + size_t(name.size()));
-    // The queue of a server that is stopped may be full.
+    // Limits connect() too: the queue of a stopped server may be full.
     limit(SO_SNDTIMEO);
     if (TEMP_FAILURE_RETRY(connect(m_descriptor, reinterpret_cast<sockaddr *>(&address), length))
         != 0)
@@ -59,7 +59,7 @@ QByteArray LocalSocket::receive()
 
 void LocalSocket::limit(int option) const
 {
-    // No time at all would mean no limit.
+    // A zero timeout would mean no limit.
     const auto remaining = std::max<qint64>(1, m_deadline.remainingTime());
     const timeval time{.tv_sec = remaining / 1000, .tv_usec = remaining % 1000 * 1000};
     setsockopt(m_descriptor, SOL_SOCKET, option, &time, sizeof time);

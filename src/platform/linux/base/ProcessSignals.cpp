@@ -8,16 +8,19 @@
 
 namespace
 {
-// The event descriptor adds up what is written: activations in its lower half, ends in its upper.
+// The event descriptor sums what is written: activations count in its lower half, terminations in
+// its upper half.
 constexpr std::uint64_t activation = 1;
 constexpr std::uint64_t termination = std::uint64_t(1) << 32;
 
 int wakeDescriptor = -1;
 
-/// A handler rather than a blocked signal, so that started programs inherit nothing.
+/// Handles the signals instead of blocking them, because started programs would inherit the blocked
+/// mask.
 void wake(int signal, siginfo_t *info, void *)
 {
-    // Raised by GDBus when the session bus goes away. The session may live on without it.
+    // GDBus raises the signal itself when the session bus goes away. The session may live on
+    // without it.
     if (info->si_code == SI_TKILL && info->si_pid == getpid())
         return;
     const int interruptedError = errno;

@@ -40,7 +40,7 @@ QByteArrayList displayNames(const QProcessEnvironment &environment)
     QByteArrayList names;
     if (sessionType(environment) == SessionType::wayland)
         names << waylandSocketPath(environment).toUtf8();
-    // The screen does not matter, and unix:0 is :0. But localhost:10 is not :10: SSH forwards
+    // Ignores the screen number and treats unix:0 as :0. But localhost:10 is not :10: SSH forwards
     // displays of other machines under such names.
     static const QRegularExpression pattern(u"\\A(?:unix(?=:))?(.*:[0-9]+?)(?:\\.[0-9]+)?\\z"_s);
     const QString name = environment.value(u"DISPLAY"_s).replace(pattern, u"\\1"_s);

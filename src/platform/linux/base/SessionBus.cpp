@@ -11,11 +11,11 @@ namespace
 {
 constexpr const char *variable = "DBUS_SESSION_BUS_ADDRESS";
 
-/// What the variable was where our libraries find another value now.
+/// The original value of the variable, if it has been replaced for our libraries.
 std::optional<QByteArray> withheld;
 
-/// The call of org.freedesktop.DBus.Hello, in the bus's wire format. Each field of the header
-/// begins at a multiple of 8 bytes, with its code and type, and its text's length.
+/// A call of org.freedesktop.DBus.Hello in the bus's wire format. Each header field starts at a
+/// multiple of 8 bytes and consists of its code, its type, the length of its text and the text.
 QByteArray callOfHello()
 {
     QByteArray message("l\1\0\1\0\0\0\0\1\0\0\0\0\0\0\0", 16);
@@ -29,7 +29,7 @@ QByteArray callOfHello()
     addField(2, 's', "org.freedesktop.DBus");
     addField(3, 's', "Hello");
     addField(6, 's', "org.freedesktop.DBus");
-    // How long the fields are.
+    // The length of the header fields.
     message[12] = char(message.size() - 16);
     align();
     return message;
@@ -41,7 +41,8 @@ QByteArray greeting()
     return QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\nBEGIN\r\n" + callOfHello();
 }
 
-/// Only a bus that keeps us waiting hangs. One that refuses us or hangs up tells our libraries so.
+/// Whether the bus leaves us waiting. A bus that refuses us or disconnects does not hang: our
+/// libraries notice that at once.
 bool hangs(LocalSocket &bus)
 {
     bus.send(greeting());
@@ -56,7 +57,7 @@ bool hangs(LocalSocket &bus)
     return bus.state() == LocalSocket::State::timedOut;
 }
 
-/// The name of the socket that one of the addresses in a list means; empty if it means none.
+/// The socket name of a single address from the list; empty if it names no socket.
 QByteArray socketName(const QByteArray &address)
 {
     for (const QByteArray &pair : address.mid(address.indexOf(':') + 1).split(',')) {
@@ -69,12 +70,12 @@ QByteArray socketName(const QByteArray &address)
     return {};
 }
 
-/// Whether the first of the addresses where somebody listens leads to a bus that hangs.
+/// Whether the first address with a listener leads to a bus that hangs.
 bool hangs(const QByteArray &addresses, std::chrono::milliseconds patience)
 {
     const QDeadlineTimer deadline(patience);
     for (const QByteArray &address : addresses.split(';')) {
-        // Of what is behind another kind of address nothing can be said.
+        // Other kinds of address cannot be checked.
         if (!address.startsWith("unix:"))
             return false;
         LocalSocket bus(socketName(address), deadline);
@@ -94,7 +95,7 @@ void avoidHangingSessionBus(std::chrono::milliseconds patience)
     if (!hangs(address.isEmpty() ? usual : address, patience))
         return;
     withheld = address;
-    // Of no kind that a library knows, so that it gives up at once.
+    // An unknown kind of address, so that libraries give up at once.
     qputenv(variable, "disabled:");
 }
 

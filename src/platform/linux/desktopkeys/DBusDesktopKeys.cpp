@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 DBusDesktopKeys::DBusDesktopKeys(QString service)
     : m_service(std::move(service))
 {
-    // Desktops change many shortcuts at once, with a signal for each.
+    // Desktops may change many shortcuts at once, with a signal for each.
     m_pause.setInterval(50ms);
     m_pause.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, &DBusDesktopKeys::beginReading);
@@ -25,7 +25,7 @@ void DBusDesktopKeys::start()
             [this](const QString &, const QString &, const QString &newOwner) {
                 m_reading.reset();
                 setAccelerators(std::nullopt);
-                // Services have their names before they can answer.
+                // A service owns its name before it can answer, so the reading is delayed.
                 if (!newOwner.isEmpty())
                     refresh();
             });
@@ -41,7 +41,7 @@ void DBusDesktopKeys::refresh()
 void DBusDesktopKeys::refreshOn(const QString &path, const QString &interface,
                                 const QString &signal, const QStringList &arguments)
 {
-    // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
+    // Accepts any sender: given a name, Qt would block to ask the bus for its owner.
     QDBusConnection::sessionBus().connect(QString(), path, interface, signal, arguments, QString(),
                                           this, SLOT(refresh()));
 }
@@ -58,7 +58,7 @@ void DBusDesktopKeys::ask(const QString &path, const QString &interface, const Q
     auto question = QDBusMessage::createMethodCall(m_service, path, interface, method);
     question.setAutoStartService(false);
     question.setArguments(arguments);
-    // As nobody waits, the answer may be as late as it likes.
+    // Nothing blocks on the answer, so it may take any time.
     constexpr int unlimited = std::numeric_limits<int>::max();
     callAsynchronously(question, m_reading.get(), handler, unlimited);
 }

@@ -58,7 +58,8 @@ using Accelerators = DesktopKeys::Accelerators;
 
 constexpr const char *customKey = "binding";
 
-/// Numbers that have become free are used again, so that larger gaps in a row are most unlikely.
+/// The number of unused numbers in a row that ends the search. Freed numbers are reused, so larger
+/// gaps are very unlikely.
 constexpr int maxGap = 16;
 
 void noteChange(GSettings *, const char *, gpointer isStale)
@@ -66,7 +67,8 @@ void noteChange(GSettings *, const char *, gpointer isStale)
     *static_cast<bool *>(isStale) = true;
 }
 
-/// Another reference may outlive ours for a moment, but what it notes the change in does not.
+/// Disconnects first: another reference may briefly outlive ours, but the flag that noteChange()
+/// sets may not.
 struct SettingsClose {
     void operator()(GSettings *settings) const
     {
@@ -89,7 +91,7 @@ struct OpenSettings {
     QByteArrayList keys;
 };
 
-/// Others end the program, or complain.
+/// GLib aborts or prints warnings for any other path.
 bool isPath(const QByteArray &path)
 {
     return path.startsWith('/') && path.endsWith('/') && !path.contains("//");
@@ -107,7 +109,7 @@ QByteArrayList keysOf(GSettingsSchema *schema, const char *key)
     return keys;
 }
 
-/// Those of keys with other types are none.
+/// The texts of a string or string list; empty for values of other types.
 QStringList texts(const OpenSettings &open, const QByteArray &key)
 {
     const std::unique_ptr<GVariant, decltype(&g_variant_unref)> value(
@@ -142,7 +144,7 @@ void add(Accelerators &accelerators, const QStringList &texts)
     }
 }
 
-/// The settings of a family, which tell their changes in the thread that opened them.
+/// The settings of a family. Change signals arrive in the thread that opened them.
 class FamilySettings
 {
 public:
@@ -181,7 +183,7 @@ std::optional<OpenSettings> FamilySettings::open(const GSettingsFamily::Keys &ke
         return std::nullopt;
     const std::unique_ptr<GSettingsSchema, decltype(&g_settings_schema_unref)> schema(
         g_settings_schema_source_lookup(installed, keys.schema, TRUE), g_settings_schema_unref);
-    // A schema with a path and another path, or with neither, would end the program.
+    // GIO aborts if a schema with a fixed path gets another path, or one without a path gets none.
     if (!schema || (g_settings_schema_get_path(schema.get()) == nullptr) != isPath(path))
         return std::nullopt;
     GSettings *const settings =
@@ -214,7 +216,7 @@ bool FamilySettings::callsUs(const OpenSettings &custom) const
 
 Accelerators FamilySettings::readCustoms(const QStringList &list)
 {
-    // Closed only afterwards, so that what they have in common with the new ones stays subscribed.
+    // Closed only after the new ones are open, so that subscriptions to common paths persist.
     const auto former = std::exchange(m_customs, {});
     Accelerators accelerators;
     const auto addCustom = [&](const QString &name) {
@@ -248,7 +250,7 @@ void GSettingsKeys::start()
     try {
         m_thread = std::jthread([this](const std::stop_token &end) { follow(end); });
     } catch (const std::system_error &) {
-        // Without a thread there is nothing to be read.
+        // Without a thread nothing can be read.
     }
 }
 
@@ -261,9 +263,9 @@ void GSettingsKeys::follow(const std::stop_token &end)
     if (!settings.isInstalled())
         return;
     for (;;) {
-        // What has changed together is read once.
+        // Handles all pending changes first, to read only once.
         while (g_main_context_iteration(context.get(), FALSE)) { }
-        // Only now, because what is above may have used up the wake-up.
+        // Checked only now, because the loop above may have consumed the wake-up.
         if (end.stop_requested())
             return;
         if (settings.isStale())

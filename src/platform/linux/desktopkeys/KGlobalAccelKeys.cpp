@@ -12,7 +12,7 @@ namespace
 const QString globalAccelPath = u"/kglobalaccel"_s;
 const QString globalAccelInterface = u"org.kde.KGlobalAccel"_s;
 
-/// The keys in force of all shortcuts, as Qt's codes.
+/// The active keys of all shortcuts, as Qt's key codes.
 QList<int> activeKeys(const QDBusMessage &shortcuts)
 {
     QList<int> found;
@@ -24,7 +24,7 @@ QList<int> activeKeys(const QDBusMessage &shortcuts)
         QString name;
         QList<int> keys;
         list.beginStructure();
-        // The shortcut's, its component's and its context's, each with a title.
+        // The ids and titles of the shortcut, its component and its context.
         list >> name >> name >> name >> name >> name >> name >> keys;
         list.endStructure();
         found << keys;

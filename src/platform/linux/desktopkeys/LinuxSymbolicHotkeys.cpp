@@ -6,10 +6,11 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// A desktop hears of a change in its settings when we do, and then takes and lets go of keys.
+/// How long a desktop may take to update its grabs: it learns of a change in its settings when we
+/// do.
 constexpr auto desktopSettlingTime = 300ms;
 
-/// One for each key that the accelerator may be pressed with.
+/// One hot key for each key that can produce the accelerator.
 QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
 {
     if (accelerator.keycode) {
@@ -81,6 +82,6 @@ void LinuxSymbolicHotkeys::resolve()
         return;
     m_hotkeys = std::move(resolved);
     Q_EMIT changed();
-    // The desktop holds its keys at the X server too, if it does so by now.
+    // The desktop grabs its keys at the X server too; wait until it has done so.
     m_settling.start();
 }

@@ -14,10 +14,10 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// Far more than anybody's shortcuts take; what is longer is something else.
+/// Far more than any real list of shortcuts; a longer file is something else.
 constexpr qint64 maxFileSize = 1'000'000;
 
-/// In the order of their precedence.
+/// In order of precedence.
 QStringList configFiles()
 {
     QStringList files = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
@@ -31,7 +31,7 @@ bool isFile(const QString &path)
     return QFileInfo(path).isFile();
 }
 
-/// What is there of it: itself, or the nearest of its folders.
+/// The path itself if it exists, else its nearest existing parent folder.
 QString watchable(QString path)
 {
     while (!QFileInfo::exists(path))
@@ -40,10 +40,10 @@ QString watchable(QString path)
 }
 
 struct Group {
-    /// A shortcut and a number, such as "Control%2BAlt%2BT.1".
+    /// The shortcut and a number, such as "Control%2BAlt%2BT.1".
     QByteArray header;
     bool isEnabled = true;
-    /// A command, or something of a program on the bus.
+    /// True for a command or a D-Bus action.
     bool hasAction = false;
     bool callsUs = false;
 };
@@ -71,7 +71,7 @@ std::optional<Accelerator> acceleratorOf(const Group &group)
     return lxqtAccelerator(name.left(name.lastIndexOf(u'.')));
 }
 
-// Not read by QSettings, which would make objects out of whatever the file says.
+// Does not use QSettings, which would deserialise whatever objects the file contains.
 std::optional<DesktopKeys::Accelerators> readAccelerators(const QString &path)
 {
     QFile file(path);
@@ -96,7 +96,7 @@ std::optional<DesktopKeys::Accelerators> readAccelerators(const QString &path)
 
 LxqtKeys::LxqtKeys()
 {
-    // One change of the file is several to whoever watches it.
+    // Watchers report one change of the file several times.
     m_pause.setInterval(50ms);
     m_pause.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, &LxqtKeys::read);
@@ -114,8 +114,8 @@ void LxqtKeys::start()
 void LxqtKeys::read()
 {
     const QStringList files = configFiles();
-    // All anew, because a file of the same name may be another one now; and first, so that no
-    // change is missed.
+    // Renews all watches, because a file of the same name may have been replaced; does so first, so
+    // that no change is missed.
     if (const QStringList watched = m_watcher->files() + m_watcher->directories();
         !watched.isEmpty())
         m_watcher->removePaths(watched);

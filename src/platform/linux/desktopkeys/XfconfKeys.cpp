@@ -19,7 +19,7 @@ bool counts(const QVariant &action)
         && !callsUs(action.toString());
 }
 
-/// The user's shortcuts, once there are any, take the place of all that the desktop comes with.
+/// The user's shortcuts, if there are any, replace all default ones of the desktop.
 DesktopKeys::Accelerators acceleratorsIn(const QString &folder, const QVariantMap &settings)
 {
     const bool hasOwn = settings.value(folder + u"custom/override"_s) == QVariant(true);

@@ -12,7 +12,7 @@ bool GrabProbe::isHeldElsewhere(VirtualKey key, quint32 modifiers)
 {
     const KeyCombination combination{key, modifiers};
     if (const auto isRefused = m_service.isRefused(key, modifiers)) {
-        // Until a probe knows better, should the registration end.
+        // Used if the registration ends, until a probe knows better.
         m_answers.insert_or_assign(combination, Answer{*isRefused, false});
         return *isRefused;
     }
@@ -38,7 +38,7 @@ void GrabProbe::invalidate()
 
 void GrabProbe::probe()
 {
-    // Some may have been registered meanwhile, and their registration tells then.
+    // Combinations that have been registered meanwhile need no probe.
     std::erase_if(m_questions, [this](const KeyCombination &combination) {
         return m_service.isRefused(combination.key, combination.modifiers).has_value();
     });

@@ -8,7 +8,7 @@
 
 namespace
 {
-/// The press reaches us and nobody else.
+/// Value of owner_events that reports presses to us only.
 constexpr uint8_t reportToUsOnly = 0;
 constexpr auto allKeyboards = xcb_input_device_id_t(XCB_INPUT_DEVICE_ALL_MASTER);
 } // namespace
@@ -60,13 +60,13 @@ std::set<KeyGrab> KeyGrabs::apply(const Difference &difference)
 
 std::set<KeyGrab> KeyGrabs::probe(const std::set<KeyGrab> &grabs) const
 {
-    // To end a grab that we hold would leave its combination dead.
+    // Skip the grabs that we hold: releasing one would leave its combination dead.
     std::vector<KeyGrab> probed;
     std::ranges::set_difference(grabs, m_held, std::back_inserter(probed));
     std::vector<xcb_void_cookie_t> requests;
     for (const KeyGrab &grab : probed) {
         requests.push_back(request(grab));
-        // Does nothing where the grab was refused.
+        // Has no effect if the grab was refused.
         xcb_ungrab_key(m_connection.get(), xcb_keycode_t(grab.key), m_connection.root(),
                        grab.modifiers);
     }
@@ -79,9 +79,9 @@ std::set<KeyGrab> KeyGrabs::probe(const std::set<KeyGrab> &grabs) const
     return refused;
 }
 
-/// The event of a core grab does not say whether it is a repeat; that of an XInput 2 grab does.
-/// Only core grabs exclude those of most other programs, so both are needed. The newer one gets the
-/// key.
+/// Adds an XInput 2 grab, whose events tell repeats from presses; those of a core grab do not. Both
+/// are needed, because only core grabs exclude the grabs of most other programs. The newer one gets
+/// the key.
 void KeyGrabs::tellRepeats(const KeyGrab &grab)
 {
     if (!m_hasXInput || !m_held.contains(grab) || !m_tellingRepeats.insert(grab).second)
@@ -89,7 +89,7 @@ void KeyGrabs::tellRepeats(const KeyGrab &grab)
     constexpr uint32_t events =
         XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
     const uint32_t modifiers = grab.modifiers;
-    // Where another program has one for the same keys, the core grab goes on as before.
+    // If another program holds an XInput 2 grab for the same keys, the core grab remains in effect.
     xcb_discard_reply(m_connection.get(),
                       xcb_input_xi_passive_grab_device(
                           m_connection.get(), XCB_CURRENT_TIME, m_connection.root(), XCB_NONE,
@@ -101,7 +101,7 @@ void KeyGrabs::tellRepeats(const KeyGrab &grab)
 
 xcb_void_cookie_t KeyGrabs::request(const KeyGrab &grab) const
 {
-    // Asynchronous: a synchronous grab would freeze the keyboard if we hung.
+    // Asynchronous, because a synchronous grab would freeze the keyboard if we hung.
     return xcb_grab_key_checked(m_connection.get(), reportToUsOnly, m_connection.root(),
                                 grab.modifiers, xcb_keycode_t(grab.key), XCB_GRAB_MODE_ASYNC,
                                 XCB_GRAB_MODE_ASYNC);

@@ -13,9 +13,10 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// One change of the keyboard comes as several events.
+/// One keyboard change arrives as several events.
 constexpr auto keyboardSettlingTime = 50ms;
-/// How often a held key is looked at, until it is up. A key is up for longer between two holds.
+/// The interval for polling held keys until they are up. A key stays up for longer between two
+/// holds.
 constexpr auto heldKeysInterval = 15ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
@@ -56,7 +57,8 @@ void X11HotkeyService::selectKeyboardEvents()
     xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, mapParts,
                           mapParts, nullptr);
 
-    // Without it, each repeat of a key under our grab comes with a release that never happened.
+    // Without detectable auto-repeat, each repeat of a key under our grab comes with a release that
+    // never happened.
     constexpr uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
     xcb_discard_reply(
         connection,
@@ -125,8 +127,8 @@ void X11HotkeyService::flush()
     dropEndedClaims();
     const auto difference = m_grabs.differenceTo(wantedGrabs());
     if (!difference.toGrab.empty()) {
-        // The keys are looked at before and after: what was down before is no press of ours, and
-        // what went down in between without a press reaching us is none either.
+        // Read the key map before and after: a key that was down before is not a press for us, and
+        // neither is one that went down in between without an event.
         const auto before = requestKeyMap();
         const auto refused = m_grabs.apply(difference);
         const auto after = requestKeyMap();
@@ -152,13 +154,15 @@ std::optional<bool> X11HotkeyService::isRefused(VirtualKey key, quint32 modifier
         || std::ranges::none_of(found->second.claims,
                                 [](const Claim &claim) { return claim.token.has_value(); }))
         return std::nullopt;
-    // What is given up and taken again in one turn was never asked for in between.
+    // A combination that was released and registered again in this turn has not been requested
+    // anew; the last flush still holds.
     return m_refused.contains(combination);
 }
 
 void X11HotkeyService::retryRefused()
 {
-    // Few, most often, whereas to ask for everything anew goes through all that is registered.
+    // Usually only a few are refused, so probe these; requesting everything anew goes through all
+    // registrations.
     if (probe(m_refused) == m_refused)
         return;
     takeKeysOfKeyboard();
@@ -200,7 +204,7 @@ void X11HotkeyService::releaseRefused(const std::set<KeyGrab> &refused)
         if (removed > 0)
             registered.isRefused = registered.keys.isEmpty();
     }
-    // The lock variants that were granted beside a refused one.
+    // Release the lock variants that were granted beside a refused one.
     m_grabs.apply(m_grabs.differenceTo(wantedGrabs()));
 }
 
@@ -306,8 +310,8 @@ void X11HotkeyService::apply(const KeyMapSnapshot &snapshot)
     }
 }
 
-/// A round trip may have pulled events into xcb's queue, for which the notifier does not wake:
-/// so it is emptied after each. Events and snapshots of the keys are taken in the server's order.
+/// Empties xcb's queue; to be called after each round trip, which may have queued events for which
+/// the notifier does not wake. Handles events and key map snapshots in the server's order.
 void X11HotkeyService::drain()
 {
     if (!m_notifier)
@@ -340,7 +344,7 @@ void X11HotkeyService::handle(const xcb_generic_event_t &event)
         else
             m_repeatFilter.released(keyEvent->key);
     } else if (type == m_xkbEvent || type == XCB_MAPPING_NOTIFY) {
-        // New keys or new modifiers; most often they turn out to be the old.
+        // Keys or modifiers may have changed; usually they have not.
         m_keyboardTimer.start();
     }
 }
@@ -351,7 +355,7 @@ void X11HotkeyService::handleDown(const X11KeyEvent &event, KeyDown down)
     const bool isOurs = target != m_targets.end();
     const bool isRepeat =
         isOurs ? !m_repeatFilter.isFresh(event.key, down) : m_repeatFilter.isHeld(event.key);
-    // This grab stays until the key is let go, so that its further repeats reach nobody.
+    // The active grab stays until the key is released, so that further repeats reach nobody.
     if (isRepeat)
         return;
     releaseKeyboard(event);
@@ -361,7 +365,8 @@ void X11HotkeyService::handleDown(const X11KeyEvent &event, KeyDown down)
     }
 }
 
-/// At once, and not at the key's release, or what is started could not grab the keyboard.
+/// Releases the keyboard at once instead of at the key's release: the started program could not
+/// grab it otherwise.
 void X11HotkeyService::releaseKeyboard(const X11KeyEvent &event)
 {
     auto *const connection = m_connection.get();

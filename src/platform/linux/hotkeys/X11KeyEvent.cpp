@@ -10,7 +10,7 @@ const Event &as(const xcb_generic_event_t &event)
     return reinterpret_cast<const Event &>(event);
 }
 
-/// Presses and releases have the same form, here and in XInput 2.
+/// Presses and releases have the same structure, in the core protocol and in XInput 2.
 X11KeyEvent coreEvent(const xcb_key_press_event_t &event, std::optional<KeyDown> down)
 {
     return {.key = XKeycode(event.detail), .state = event.state, .time = event.time, .down = down};

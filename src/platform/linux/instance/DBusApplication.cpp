@@ -22,14 +22,14 @@ QDBusError errorOfActivating(const StartupTokens &tokens, const QDeadlineTimer &
     auto call = QDBusMessage::createMethodCall(applicationId, objectPath,
                                                u"org.freedesktop.Application"_s, u"Activate"_s);
     call << tokens.toPlatformData();
-    // If it has gone we take its place, and nobody else should be started for it.
+    // If the other instance has gone, we take its place; no service must be started instead.
     call.setAutoStartService(false);
     const int timeout = qMax(1, int(deadline.remainingTime()));
     return {QDBusConnection::sessionBus().call(call, QDBus::Block, timeout)};
 }
 
-/// Whether who was called is not there, or ended before it answered. The same is said of who does
-/// not answer in time.
+/// Whether the called instance is absent, or exited before it answered. A timeout gives the same
+/// error.
 bool mayHaveGone(const QDBusError &error)
 {
     return error.type() == QDBusError::NoReply || error.type() == QDBusError::ServiceUnknown
@@ -42,10 +42,10 @@ InstanceClaim DBusApplication::claim(const StartupTokens &tokens, const QDeadlin
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return InstanceClaim::first;
-    // Qt asks the bus through the same interface when it looks for assistive programs, and would
-    // wait for 25 s if the bus has stopped meanwhile.
+    // Qt also uses this interface when it looks for assistive programs, and would wait for 25 s if
+    // the bus has stopped meanwhile.
     bus.interface()->setTimeout(int(std::chrono::milliseconds(maxWaitForBus).count()));
-    // The object first: whoever finds the name expects it.
+    // Register the object first: clients that find the name expect it.
     if (!bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots))
         return InstanceClaim::first;
     do {

@@ -19,8 +19,8 @@ constexpr off_t lockedFirst = 1;
 constexpr off_t lockedWithText = 2;
 constexpr qsizetype maxTextLength = 4096;
 
-/// For the open file description (F_OFD_…). A lock of the process would be lost as soon as any code
-/// in it opens and closes the file, such as a file panel that looks at its type.
+/// Locks the open file description (F_OFD_…). A process lock would be lost as soon as any code in
+/// the process opens and closes the file, such as a file panel that checks its type.
 struct flock writeLock(off_t bytes)
 {
     struct flock lock = {};
@@ -30,7 +30,7 @@ struct flock writeLock(off_t bytes)
     return lock;
 }
 
-/// The file, or -1. A pipe or device in its place is left alone.
+/// Opens the file; -1 on failure. A pipe or device in its place is left alone.
 int openedFile(const QString &path)
 {
     if (makePrivateFolder(QFileInfo(path).path()))
@@ -42,7 +42,7 @@ int openedFile(const QString &path)
     if (file < 0)
         return file;
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
-        // The umask may have taken some of the user's own permissions away.
+        // The umask may have removed some of the user's own permissions.
         fchmod(file, S_IRUSR | S_IWUSR);
         return file;
     }
@@ -80,7 +80,7 @@ bool InstanceLock::ask(const QDeadlineTimer &deadline) const
             return true;
         if (deadline.hasExpired())
             return false;
-        // Nobody tells of changes of a lock.
+        // Changes of a lock cannot be watched, so poll (in ms).
         constexpr int pause = 5;
         QThread::msleep(pause);
     }
@@ -119,7 +119,7 @@ void InstanceLock::write(const QByteArrayList &displays) const
 {
     const QByteArrayList lines = QByteArrayList{QByteArray::number(getpid())} + displays;
     const QByteArray text = lines.join('\n');
-    // Over the old text, which has its place even on a full disk.
+    // Overwrite the old text, whose space is allocated even on a full disk.
     const ssize_t length = pwrite(m_file, text.constData(), size_t(text.size()), 0);
     [[maybe_unused]] const int status = ftruncate(m_file, length == text.size() ? length : 0);
 }

@@ -10,7 +10,7 @@
 
 namespace
 {
-/// How long the other instance may take to answer: it may be busy with its own start.
+/// How long the other instance may take to answer; it may still be starting.
 constexpr std::chrono::seconds patience(5);
 } // namespace
 
@@ -34,7 +34,7 @@ InstanceClaim SingleInstance::claim(const StartupTokens &tokens)
         case InstanceLock::State::heldElsewhere:
             return InstanceClaim::elsewhere;
         case InstanceLock::State::heldHere:
-            // The signal reaches also one that has lost its bus, but hands over no tokens.
+            // The signal also reaches an instance that has lost its bus, but carries no tokens.
             if (m_bus.activateOther(tokens, deadline) || m_lock.ask(deadline))
                 return InstanceClaim::handedOver;
         }
@@ -70,7 +70,7 @@ void SingleInstance::queueActivation(const StartupTokens &tokens)
     m_activation.start();
     if (tokens == StartupTokens())
         return;
-    // The start that is passed over is over too.
+    // A newer start replaces the pending one, so its notification ends here.
     StartupNotification::finish(m_latestTokens.startupId);
     m_latestTokens = tokens;
 }

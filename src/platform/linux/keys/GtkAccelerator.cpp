@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The key above Tab, which desktops do not name by a keysym.
+/// The X key code of the key above Tab, which desktops do not name by a keysym.
 constexpr XKeycode aboveTab{49};
 
 constexpr struct {
@@ -30,7 +30,7 @@ constexpr struct {
     {"Mod4"_L1, commandEventFlag},
     {"Shift"_L1, shiftEventFlag},
     {"Shft"_L1, shiftEventFlag},
-    // Desktops tell no presses apart by these.
+    // Desktops ignore these modifiers when they match presses.
     {"Mod2"_L1, 0},
     {"Lock"_L1, 0},
     {"Release"_L1, 0},
@@ -46,7 +46,7 @@ std::optional<quint32> modifierFlag(QStringView name)
     return found->flag;
 }
 
-/// Also keeps the end of a C string out of the name's middle.
+/// Also rejects a NUL inside the name, which would end the C string.
 bool couldBeName(const QByteArray &text)
 {
     return std::ranges::all_of(text, [](char letter) {
@@ -57,7 +57,8 @@ bool couldBeName(const QByteArray &text)
 
 quint32 keysymNamed(const QByteArray &name)
 {
-    // Two keysyms, such as those of large and small kana, may differ in their names' case alone.
+    // Match the case first: two keysyms, such as those of large and small kana, may differ in case
+    // alone.
     auto keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
     if (keysym == XKB_KEY_NoSymbol)
         keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
@@ -66,7 +67,7 @@ quint32 keysymNamed(const QByteArray &name)
     return keysym == XKB_KEY_VoidSymbol ? 0 : xkb_keysym_to_lower(keysym);
 }
 
-/// Nothing if the text gives no key code.
+/// Parses a key code; nothing if the text is not one.
 std::optional<XKeycode> keycodeNamed(const QByteArray &name)
 {
     bool isNumber = false;

@@ -9,7 +9,8 @@ using namespace Qt::StringLiterals;
 
 std::optional<Accelerator> lxqtAccelerator(const QString &text)
 {
-    // Shortcuts that have any other modifier are refused by the desktop, or need a key of ours.
+    // Shortcuts with any other modifier are rejected by the desktop, or need a key that our
+    // combinations lack.
     static const QHash<QString, quint32> eventFlags{
         {u"Shift"_s, shiftEventFlag},
         {u"Control"_s, controlEventFlag},

@@ -13,11 +13,11 @@ namespace
 struct NamedKey {
     int key;
     xkb_keysym_t keysym;
-    /// On the keypad; 0 if it has no such key.
+    /// The keysym of the keypad's key; 0 if it has none.
     xkb_keysym_t keypadKeysym = 0;
 };
 
-/// All that have a name rather than a character, but for the function keys.
+/// All keys with a name instead of a character, except the function keys.
 constexpr NamedKey namedKeys[] = {
     {Qt::Key_Escape, XKB_KEY_Escape},
     {Qt::Key_Tab, XKB_KEY_Tab},
@@ -29,7 +29,7 @@ constexpr NamedKey namedKeys[] = {
     {Qt::Key_Delete, XKB_KEY_Delete, XKB_KEY_KP_Delete},
     {Qt::Key_Pause, XKB_KEY_Pause},
     {Qt::Key_Print, XKB_KEY_Print},
-    // The same key together with Alt.
+    // Print pressed with Alt gives SysReq.
     {Qt::Key_SysReq, XKB_KEY_Print},
     {Qt::Key_Clear, XKB_KEY_Clear, XKB_KEY_KP_Begin},
     {Qt::Key_Home, XKB_KEY_Home, XKB_KEY_KP_Home},

@@ -16,7 +16,7 @@ void wake(int)
     errno = error;
 }
 
-/// A child that has ended, whosever it is; nothing if there is none. It stays a zombie.
+/// Any ended child, ours or a library's; nothing if there is none. It remains a zombie.
 std::optional<pid_t> anyEndedChild()
 {
     siginfo_t status = {};
@@ -25,7 +25,7 @@ std::optional<pid_t> anyEndedChild()
     return isFound ? std::optional(status.si_pid) : std::nullopt;
 }
 
-/// Takes the child's status if it has ended; false while it runs.
+/// Reaps the child if it has ended; false while it runs.
 bool tryToReap(pid_t child)
 {
     siginfo_t status = {};
@@ -47,7 +47,7 @@ ChildReaper::ChildReaper()
 void ChildReaper::reapWhenEnded(pid_t child)
 {
     m_children.insert(child);
-    // One turn of the event loop may handle many presses, and zombies count as processes.
+    // Reap now: one turn of the event loop may handle many presses, and zombies count as processes.
     reap();
     if (m_notifier)
         return;
@@ -60,11 +60,12 @@ void ChildReaper::reap()
     eventfd_t wakes = 0;
     if (eventfd_read(wakeDescriptor, &wakes) != 0)
         return;
-    // Signals of the same kind merge into one, so the kernel is asked who has ended. That costs
-    // less than asking about each child when thousands are alive.
+    // Signals of the same kind merge, so ask the kernel which child has ended. With thousands of
+    // children alive, that is cheaper than asking about each.
     while (const auto child = anyEndedChild()) {
         if (m_children.erase(*child) == 0) {
-            // A child of a library is its own to reap, and hides ours behind it until then.
+            // A library's child is for the library to reap. Until then it hides ours, so ask about
+            // each of ours.
             std::erase_if(m_children, tryToReap);
             return;
         }

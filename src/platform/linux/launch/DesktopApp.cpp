@@ -25,7 +25,7 @@ GAppInfo *handlerOfFile(const QString &path)
     return handler;
 }
 
-/// A value of the file's main group as it is written there, empty if there is none.
+/// A raw value from the file's main group; empty if there is none.
 QString rawValue(GKeyFile *file, const char *key)
 {
     return takeText(g_key_file_get_string(file, G_KEY_FILE_DESKTOP_GROUP, key, nullptr));
@@ -36,7 +36,7 @@ bool isInstalled(const QString &program)
     return !takeText(g_find_program_in_path(QFile::encodeName(program).constData())).isEmpty();
 }
 
-/// The program that GIO looks for in vain; empty if it is there, or the lines name none.
+/// The program that GIO does not find; empty if it is there or the lines name none.
 QString missingProgram(GKeyFile *file)
 {
     const auto command = parseExecLine(rawValue(file, G_KEY_FILE_DESKTOP_KEY_EXEC), {});

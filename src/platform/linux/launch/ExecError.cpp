@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A page, which holds the headers that linkers write; the kernel reads 256 bytes of a script.
+/// How much of a file to read: a page, which holds the headers that linkers write. The kernel reads
+/// 256 bytes of a script.
 constexpr qint64 startSize = 4096;
 
 QByteArray startOf(const QString &path)
@@ -30,7 +31,7 @@ bool isElf(const QByteArray &start)
     return start.startsWith(ELFMAG);
 }
 
-/// The loader that a dynamically linked program names; empty if it names none.
+/// The loader that a dynamically linked program names; empty if there is none.
 template <typename FileHeader, typename ProgramHeader>
 QByteArray loaderOf(const QByteArray &start)
 {
@@ -55,8 +56,8 @@ QByteArray firstLineOf(const QByteArray &start)
     return start.split('\n').constFirst();
 }
 
-/// What has to run the program: what a script's first line names, or a loader. Empty if there is
-/// none.
+/// The interpreter of the program: the one in a script's first line, or the loader. Empty if there
+/// is none.
 QString interpreterOf(const QByteArray &start)
 {
     QByteArray interpreter;

@@ -7,13 +7,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What the target is called by a program that knows addresses.
+/// The target as an address, for programs that accept addresses.
 QString address(const QUrl &target)
 {
     return target.toString(QUrl::FullyEncoded);
 }
 
-/// The text of a field code, and whether it is one for the target.
+/// The expansion of a field code, and whether it stands for the target.
 struct Field {
     QString text;
     bool isForTarget = false;
@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    /// Nothing if the argument held nothing but codes for nothing.
+    /// The argument with its codes expanded; nothing if it held only codes that expand to nothing.
     std::optional<QString> expanded(const QString &argument)
     {
         QString text;

@@ -33,7 +33,7 @@ QList<InstalledApplication> GioApplications::all()
 {
     QList<InstalledApplication> applications;
     for (const DesktopApp &app : DesktopApp::allShown()) {
-        // GIO allows for applications without a file.
+        // GIO may list applications without a file.
         if (!app.file().isEmpty())
             applications << described(app);
     }
@@ -43,7 +43,7 @@ QList<InstalledApplication> GioApplications::all()
 
 std::optional<InstalledApplication> GioApplications::at(const QString &path)
 {
-    // What has another name is started as a program, whatever it contains.
+    // Files with other names are started as programs, whatever they contain.
     if (!path.endsWith(u".desktop"_s))
         return std::nullopt;
     const auto app = DesktopApp::fromFile(QFileInfo(path).absoluteFilePath());

@@ -8,13 +8,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Applications are not started in our working folder.
+/// Makes the path absolute: applications do not start in our working folder.
 QString absolute(const QString &path)
 {
     return QFileInfo(path).absoluteFilePath();
 }
 
-/// An error is never shown without words.
+/// Gives an empty error a text, so that none is shown without words.
 std::optional<Error> inWords(std::optional<Error> error)
 {
     if (error && error->description.isEmpty())

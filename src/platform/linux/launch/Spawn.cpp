@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Pointers to texts as C functions take them, with a null at the end. The texts must outlive them.
+/// A null-terminated pointer array for C functions. The texts must outlive it.
 std::vector<char *> pointersTo(QByteArrayList &texts)
 {
     std::vector<char *> pointers;
@@ -31,7 +31,7 @@ std::vector<char *> pointersTo(QByteArrayList &texts)
     return pointers;
 }
 
-/// The variables that programs find the session bus and the tokens in.
+/// The environment variables for the session bus and the startup tokens.
 QByteArrayList variablesWith(const StartupTokens &tokens)
 {
     QByteArrayList variables;
@@ -44,7 +44,8 @@ QByteArrayList variablesWith(const StartupTokens &tokens)
     return variables;
 }
 
-/// Our environment and more variables, without what is meant for us alone.
+/// Our environment plus the given variables, without the tokens and the bus address meant for us
+/// alone.
 std::vector<char *> environmentWith(QByteArrayList &more)
 {
     std::vector<char *> pointers;
@@ -60,17 +61,17 @@ std::vector<char *> environmentWith(QByteArrayList &more)
     return pointers;
 }
 
-/// All that a child needs, made ready before there is one.
+/// Everything the child needs, prepared before it is created.
 struct Plan {
     const char *program;
     char *const *arguments;
     char *const *environment;
-    /// Null for the home folder, or the root folder where that cannot be entered.
+    /// Null for the home folder, or for the root folder if that cannot be entered.
     const char *folder;
     const char *home;
 };
 
-/// What a child does before it is the program. Any of it may fail with the same error numbers.
+/// The step of the child that failed; different steps can fail with the same error number.
 enum class Step {
     start,
     enterFolder,
@@ -89,8 +90,8 @@ bool enterFolder(const Plan &plan)
     return chdir(plan.home) == 0 || chdir("/") == 0;
 }
 
-/// In the child, which borrows our memory until it becomes the program: so it only calls what a
-/// signal handler may call. Returns the step that failed.
+/// Runs in the child, which shares our memory until it executes the program: it may only call
+/// async-signal-safe functions. Returns the step that failed.
 Step becomeProgram(const Plan &plan)
 {
     resetSignals();
@@ -100,7 +101,7 @@ Step becomeProgram(const Plan &plan)
         return Step::start;
     if (!enterFolder(plan))
         return Step::enterFolder;
-    // Ours close by themselves; these are what libraries may have forgotten.
+    // Our own descriptors are close-on-exec; this closes what libraries may have left open.
     close_range(STDERR_FILENO + 1, ~0U, 0);
     sigset_t none;
     sigemptyset(&none);
@@ -109,15 +110,15 @@ Step becomeProgram(const Plan &plan)
     return Step::execute;
 }
 
-/// The child's process id, if nothing failed. By vfork, because posix_spawn lengthens the whole way
-/// from the press to the program by a tenth. The analyzer goes by POSIX; Linux allows behind vfork
-/// what a signal handler may call.
+/// Returns the child's process id if nothing failed. Uses vfork, because posix_spawn makes the
+/// whole time from the press to the program a tenth longer. The analyzer follows POSIX; Linux
+/// allows async-signal-safe calls after vfork.
 pid_t start(const Plan &plan, Failure &failure)
 {
     sigset_t all;
     sigfillset(&all);
     sigset_t before;
-    // So that no handler of ours runs in the child.
+    // Prevents our signal handlers from running in the child.
     pthread_sigmask(SIG_BLOCK, &all, &before);
     volatile int error = 0;
     volatile Step step = Step::start;
@@ -162,7 +163,7 @@ void resetSignals()
 
 Result<pid_t> spawn(const SpawnRequest &request)
 {
-    // What is no path is looked for here, because execvp would hand what is no program to a shell.
+    // Look up names here, because execvp would pass files that are not programs to a shell.
     const QString name = request.arguments.constFirst();
     const QString program = name.contains(u'/') ? name : QStandardPaths::findExecutable(name);
     if (program.isEmpty())
@@ -187,7 +188,7 @@ Result<pid_t> spawn(const SpawnRequest &request)
         failure);
     if (failure.error != 0)
         return inWords(failure, request, program);
-    // The child goes first where it shares our processor.
+    // Lets the child run first if it shares our processor.
     sched_yield();
     return child;
 }

@@ -57,7 +57,7 @@ void registerTypes()
     Q_UNUSED(once)
 }
 
-/// As systemd escapes what stands between the hyphens of a unit's name.
+/// Escapes a part of a unit's name between hyphens, as systemd does.
 QString escaped(const QString &text)
 {
     QString safe;
@@ -81,7 +81,7 @@ void moveToScopeOfItsOwn(pid_t process, const QString &app)
     auto call = QDBusMessage::createMethodCall(
         u"org.freedesktop.systemd1"_s, u"/org/freedesktop/systemd1"_s,
         u"org.freedesktop.systemd1.Manager"_s, u"StartTransientUnit"_s);
-    // Where systemd does not run, nobody should be started to say so.
+    // If systemd does not run, nothing must be started in its place.
     call.setAutoStartService(false);
     call << u"app-corvane-%1-%2.scope"_s.arg(escaped(app)).arg(process) << u"fail"_s
          << QVariant::fromValue(properties) << QVariant::fromValue(QList<AuxiliaryUnit>());

@@ -11,7 +11,7 @@ namespace
 {
 using LaunchContext = GObjectPointer<GAppLaunchContext>;
 
-/// An empty value unsets the variable.
+/// Sets a variable; an empty value unsets it.
 void set(const LaunchContext &context, const char *variable, const QByteArray &value)
 {
     if (value.isEmpty())
@@ -29,14 +29,14 @@ LaunchContext contextWith(const StartupTokens &tokens)
     return context;
 }
 
-/// What the child needs to know, and what is to be known of it.
+/// Data passed to the child, and its process id.
 struct Child {
-    /// Null where GIO itself enters the folder that the file names.
+    /// Null if GIO enters the folder that the file names.
     const char *home;
     pid_t process = 0;
 };
 
-/// In the child, before it becomes the terminal.
+/// Runs in the child before it becomes the terminal.
 void prepare(gpointer data)
 {
     const auto *const child = static_cast<Child *>(data);

@@ -26,12 +26,13 @@ void LayoutKeys::add(xkb_keymap *keymap, quint32 layout, XKeycode keycode, Virtu
     const auto key = xkb_keycode_t(keycode);
     const auto layouts = xkb_keymap_num_layouts_for_key(keymap, key);
     for (quint32 i = 0; i < layouts; ++i) {
-        // A key may have fewer layouts than the keyboard; that in use is then one of its own.
+        // A key may have fewer layouts than the keyboard; the layout in use then wraps to one of
+        // its own.
         const quint32 layoutOfKey = (layout + i) % layouts;
         const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layoutOfKey);
         for (xkb_level_index_t level = 0; level < levels; ++level) {
             const xkb_keysym_t *keysyms = nullptr;
-            // No shortcut means a key that gives several keysyms at once.
+            // Skip keys that give several keysyms at once; no shortcut refers to them.
             if (xkb_keymap_key_get_syms_by_level(keymap, key, layoutOfKey, level, &keysyms) == 1)
                 add(keysyms[0], {i, level, {{virtualKey, level == shiftLevel}}});
         }

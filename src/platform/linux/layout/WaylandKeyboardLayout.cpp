@@ -9,9 +9,9 @@
 
 namespace
 {
-/// The first ones tell all that is needed here.
+/// Version 1 of the interfaces suffices here.
 constexpr quint32 seatVersion = 1;
-/// Compositors name the layouts in no order but the user's.
+/// Compositors list the layouts in the user's order.
 constexpr quint32 firstLayout = 0;
 
 template <typename... Arguments>
@@ -73,10 +73,10 @@ void WaylandKeyboardLayout::start()
     wl_display_flush(m_display);
 }
 
-/// Takes what has come, and sends what that has led to.
+/// Reads pending events and sends the requests that they caused.
 void WaylandKeyboardLayout::communicate()
 {
-    // There is something to read, so that this does not wait.
+    // There is something to read, so this does not block.
     const bool isAlive = wl_display_dispatch(m_display) >= 0;
     wl_display_flush(m_display);
     // A closed connection is always readable.
@@ -85,7 +85,7 @@ void WaylandKeyboardLayout::communicate()
 
 void WaylandKeyboardLayout::useSeat(wl_registry *registry, quint32 name)
 {
-    // Keyboards of other seats are other people's.
+    // Other seats belong to other people.
     if (m_seat)
         return;
     m_seat =

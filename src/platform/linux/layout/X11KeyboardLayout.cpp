@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// One change of the keyboard comes as several events.
+/// One keyboard change arrives as several events.
 constexpr auto layoutSettlingTime = 50ms;
 } // namespace
 
@@ -35,7 +35,7 @@ void X11KeyboardLayout::selectEvents()
     constexpr uint16_t wholeEvents =
         XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS;
-    // Of the state only which layout is in use, or each press of Shift would wake us.
+    // Of the state, select only the layout in use; otherwise each press of Shift would wake us.
     xcb_xkb_select_events_details_t details = {};
     details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
     details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
@@ -65,6 +65,6 @@ void X11KeyboardLayout::read()
             setKeys(LayoutKeys(
                 keymap.get(), xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE)));
     }
-    // The answers may have brought events with them, for which the notifier does not wake.
+    // The round trips may have queued events for which the notifier does not wake.
     readEvents();
 }

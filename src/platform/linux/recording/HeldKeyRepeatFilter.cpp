@@ -42,7 +42,7 @@ bool HeldKeyRepeatFilter::eventFilter(QObject *, QEvent *event)
         event->accept();
         return true;
     case QEvent::ContextMenu:
-        // Comes with each press of the menu key, ahead of it.
+        // This event precedes each press of the menu key.
         return static_cast<QContextMenuEvent *>(event)->reason() == QContextMenuEvent::Keyboard
             && std::ranges::find(m_keys, int(Qt::Key_Menu)) != m_keys.end();
     default:
@@ -50,7 +50,7 @@ bool HeldKeyRepeatFilter::eventFilter(QObject *, QEvent *event)
     }
 }
 
-/// Whether the event still belongs to a press that the windows never saw.
+/// Whether the event belongs to a press that the windows never saw.
 bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
 {
     const bool isHeld = m_keys.contains(keycode(event));
@@ -62,15 +62,15 @@ bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
         follow(event);
         return true;
     }
-    // If it was held, its release has gone elsewhere, such as to a program in front.
+    // If the key was held, its release went elsewhere, such as to another program in front.
     m_keys.remove(keycode(event));
     if (m_keys.isEmpty())
         QCoreApplication::instance()->removeEventFilter(this);
     return false;
 }
 
-/// A repeat comes as a release and a press of the same time. When the press has not arrived yet,
-/// Qt takes the one for a real release, and the other for a fresh press.
+/// A repeat consists of a release and a press with the same time. If the press has not arrived yet,
+/// Qt takes the release for a real one and the press for a fresh one.
 bool HeldKeyRepeatFilter::isMisjudgedRepeat(const QKeyEvent &press) const
 {
     return m_releaseTime != 0 && press.timestamp() == m_releaseTime

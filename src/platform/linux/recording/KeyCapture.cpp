@@ -52,7 +52,7 @@ void KeyCapture::begin()
     if (std::exchange(m_isOn, true))
         return;
     grabKeyboard();
-    // Input methods get the keys before any filter does, unless the focus declines them.
+    // Input methods get the keys before any event filter, unless the focused object disables them.
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
@@ -67,7 +67,7 @@ void KeyCapture::end()
 
 void KeyCapture::grabKeyboard()
 {
-    // Elsewhere windows cannot, and say so on standard error.
+    // On other platforms windows cannot grab the keyboard, and print a warning.
     if (QGuiApplication::platformName() != u"xcb")
         return;
     QWindow *const window = m_widget->window()->windowHandle();
@@ -83,7 +83,7 @@ void KeyCapture::releaseKeyboard()
         m_hotkeys->ignoreKeysThatAreDown();
     m_grabbedWindow->setKeyboardGrabEnabled(false);
     m_grabbedWindow = nullptr;
-    // At once, and not when the event loop is idle, so that no press of a hot key gets lost.
+    // Flush now instead of when the event loop is idle, so that no press of a hot key is lost.
     xcb_flush(qApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
 }
 
@@ -94,7 +94,7 @@ bool KeyCapture::swallow(QEvent &event)
     case QEvent::KeyRelease:
         return swallowKey(static_cast<QKeyEvent &>(event));
     case QEvent::ShortcutOverride:
-        // Or a shortcut would be looked for, and the press never come.
+        // Accept it, or Qt looks for a shortcut and the press never arrives.
         event.accept();
         return true;
     case QEvent::Shortcut:
@@ -112,17 +112,17 @@ bool KeyCapture::swallow(QEvent &event)
 
 bool KeyCapture::swallowKey(QKeyEvent &event)
 {
-    // Or a widget's parents would be asked one after the other.
+    // Accept it, or Qt propagates the event to the parent widgets.
     event.accept();
     if (!m_repeatFilter.follow(event))
         return true;
-    // With each press, because the grab may have been refused, or a menu may have ended it since.
-    // The modifiers of a combination come before the press that it is needed for.
+    // Grab again with each press, because the grab may have been refused, or a menu may have ended
+    // it since. The modifiers of a combination arrive before the press that needs the grab.
     grabKeyboard();
     const auto press =
         KeyTranslation::keyEvent(event, m_hotkeys ? &m_hotkeys->keyboard() : nullptr);
     if (press) {
-        // A copy: the handler may be deleted by itself.
+        // Copy the handler: it may delete itself.
         const Handler handler = m_handler;
         handler(*press);
     }

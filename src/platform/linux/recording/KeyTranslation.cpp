@@ -32,7 +32,7 @@ bool isModifier(const QKeyEvent &press)
     default:
         break;
     }
-    // ISO_Lock to ISO_Level5_Lock, most of which Qt has no keys for, and Shift_Lock.
+    // The range ISO_Lock to ISO_Level5_Lock, most of which Qt has no keys for, and Shift_Lock.
     const quint32 keysym = press.nativeVirtualKey();
     return (keysym >= 0xfe01 && keysym <= 0xfe13) || keysym == 0xffe6;
 }
@@ -46,10 +46,10 @@ std::optional<VirtualKey> virtualKey(XKeycode keycode, const X11Keyboard *keyboa
 std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
 {
     const auto key = virtualKey(XKeycode(press.nativeScanCode()), keyboard);
-    // Escape is the way out, whatever the user's layout makes of that key.
+    // Escape must always work, whatever the user's layout makes of that key.
     if (!key || (isModifier(press) && *key != escape))
         return std::nullopt;
-    // Qt's own modifiers would depend on the layout where the server's are known.
+    // If the server's modifiers are known, use those: Qt's own depend on the layout.
     return KeyEvent{
         quint16(*key),
         keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))

@@ -17,13 +17,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What may be a Shortcut.
+/// A file that may be a Shortcut.
 struct Candidate {
     QString path;
     QString fileName;
-    /// Without the extension.
+    /// The file name without the extension.
     QString name;
-    /// As far as its permissions go. A launcher is read, not executed.
+    /// Whether the permissions allow it to run. A launcher is read, not executed.
     bool isRunnable;
 
     bool isCalled(const QString &text) const { return fileName == text || name == text; }
@@ -35,8 +35,8 @@ bool isLauncher(const QString &path)
     return path.endsWith(u".desktop"_s);
 }
 
-/// Up to eight letters and digits, of which a letter is first, so that "Notes 1.2" and "Dr. No"
-/// have no extension.
+/// Removes an extension, which is up to eight letters and digits starting with a letter; so "Notes
+/// 1.2" and "Dr. No" have none.
 QString withoutExtension(const QString &fileName)
 {
     static const QRegularExpression extension(u"(?<=.)\\.[A-Za-z][A-Za-z0-9]{0,7}\\z"_s);
@@ -45,7 +45,7 @@ QString withoutExtension(const QString &fileName)
 
 QString personalFolder()
 {
-    // What is relative counts as not set, here and below.
+    // Relative paths count as not set, here and below.
     const QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
     return (QDir::isAbsolutePath(dataHome) ? dataHome : QDir::homePath() + u"/.local/share"_s)
         + u"/shortcuts"_s;
@@ -64,8 +64,8 @@ QStringList folders()
     return folders;
 }
 
-/// Neither what is hidden, nor the former versions that editors leave, nor what is no file or has
-/// no name to call it by.
+/// The candidates in a folder: skips hidden files, backup files of editors, anything that is not a
+/// file, and files whose names cannot be used.
 Folder content(const QString &folder)
 {
     Folder found;
@@ -96,7 +96,7 @@ Error ambiguous(const Folder &candidates)
         shortened(onOneLine(files.join(u", "_s))))};
 }
 
-/// The one of those in a folder that is meant by the name; there is one at least.
+/// Selects the candidate that the name means; the list must not be empty.
 Result<QString> chosen(const QString &name, const Folder &candidates)
 {
     Folder runnable;
@@ -113,7 +113,7 @@ Result<QString> chosen(const QString &name, const Folder &candidates)
     return runnable.front().path;
 }
 
-/// The path of what it runs; empty if there is none.
+/// The path of the launcher's program; empty if there is none.
 QString programOf(const DesktopApp &launcher)
 {
     const auto command = parseExecLine(launcher.text("Exec"), {});
@@ -131,9 +131,9 @@ std::optional<Error> reasonAgainstLauncher(const QString &path)
 
 Result<QString> checked(const QString &path)
 {
-    // Nobody but this user and root can change what was checked until it is started, because of
-    // just that check. What programs of this user do in the meantime is not covered: they could as
-    // well change the Shortcut for good.
+    // Thanks to this check, only this user and root can change the file before it is started.
+    // Changes by programs of this user are not covered: they could as well change the Shortcut for
+    // good.
     if (const auto reason = reasonForDistrust(path))
         return *reason;
     if (isLauncher(path)) {
@@ -181,7 +181,7 @@ QStringList LinuxShortcutLibrary::names()
     QStringList names;
     for (const Folder &folder : folders) {
         for (const Candidate &candidate : folder) {
-            // In full where the short name is another's.
+            // Use the full file name if the short name belongs to another file.
             if (runs(candidate.name, candidate))
                 names << candidate.name;
             else if (runs(candidate.fileName, candidate))

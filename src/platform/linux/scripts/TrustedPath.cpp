@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// As many as the system itself follows.
+/// The kernel's own limit.
 constexpr int maxLinks = 40;
 
 Error error(const QString &text, const QByteArray &path)
@@ -35,8 +35,9 @@ bool hasOtherMembers(const group &group, const char *user)
     return false;
 }
 
-/// Whether the group has the user's name, and nobody else in it. That it is another's first group
-/// is not looked for: who gives users one group of a user's name means them to share.
+/// Whether the group is named after the user and has no other members. Whether it is the primary
+/// group of others is not checked: an administrator who assigns several users a group of one user's
+/// name means them to share.
 bool isOwnPrivateGroup(gid_t id)
 {
     const passwd *const user = getpwuid(geteuid());
@@ -45,7 +46,8 @@ bool isOwnPrivateGroup(gid_t id)
         && !hasOtherMembers(*group, user->pw_name);
 }
 
-/// A list of further users may hide behind the group's permissions.
+/// Whether the file has an access control list, which may grant more users access behind the
+/// group's permissions.
 bool hasAccessList(const QByteArray &path)
 {
     return getxattr(path.constData(), "system.posix_acl_access", nullptr, 0) > 0;
@@ -64,7 +66,7 @@ std::optional<Error> reasonForDistrustOf(const QByteArray &path, const struct st
 {
     if (status.st_uid != geteuid() && status.st_uid != 0)
         return error(u"%1 belongs to another user, so the Shortcut is not run."_s, path);
-    // What a link says is never changed, and its permissions mean nothing.
+    // The text of a link can never be changed, and its permissions mean nothing.
     if (!S_ISLNK(status.st_mode) && canBeChangedByOthers(path, status))
         return error(u"Other users may change %1, so the Shortcut is not run."_s, path);
     return std::nullopt;
@@ -77,7 +79,7 @@ QByteArray targetOfLink(const QByteArray &path)
     return {target, length > 0 ? qsizetype(length) : 0};
 }
 
-/// The way that is behind and the names that are still ahead.
+/// The resolved prefix and the components still to resolve.
 struct Walk {
     QByteArray place = "/";
     QByteArrayList ahead;

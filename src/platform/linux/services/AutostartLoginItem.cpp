@@ -14,13 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// By the rule of all texts in .desktop files.
+/// Escapes a string value of a .desktop file.
 QString escaped(QString text)
 {
     return text.replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
 }
 
-/// By that and the rule of Exec lines.
+/// Quotes the program for an Exec line, and escapes that as a string value.
 QString execLine(const QString &program)
 {
     QString line;
@@ -34,8 +34,9 @@ QString execLine(const QString &program)
     return u'"' + escaped(line) + u'"';
 }
 
-/// No keys that delay the start: the key combinations are to be live at once. TryExec, so that
-/// desktops pass over the file when the program has been removed.
+/// The content of the autostart file. It has no keys that delay the start, because the key
+/// combinations must be live at once. TryExec makes desktops skip the file when the program has
+/// been removed.
 QString content(const QString &program)
 {
     return u"[Desktop Entry]\n"
@@ -49,7 +50,7 @@ QString content(const QString &program)
            "StartupNotify=false\n"_s.arg(execLine(program), escaped(program), applicationId);
 }
 
-/// By the key that all desktops know, or one of their own.
+/// Whether the item is switched off, by the standard key or by a desktop's own.
 bool isSwitchedOff(const DesktopApp &app)
 {
     return app.isTrue("Hidden") || app.isFalse("X-GNOME-Autostart-enabled")
@@ -69,7 +70,7 @@ LoginItemStatus AutostartLoginItem::status() const
     if (!QFileInfo::exists(m_file))
         return LoginItemStatus::notRegistered;
     const auto app = DesktopApp::fromFile(m_file);
-    // GIO does not mind a file that names no program.
+    // GIO accepts a file that names no program.
     if (!app || app->text("Exec").isEmpty())
         return LoginItemStatus::notFound;
     return isSwitchedOff(*app) ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
@@ -81,8 +82,8 @@ std::optional<Error> AutostartLoginItem::registerItem()
         return error;
     if (status() == LoginItemStatus::enabled)
         return std::nullopt;
-    // Nothing is to be left that some desktops may start and others not: GIO, for one, finds no
-    // program whose path contains a percent sign.
+    // Leave nothing that some desktops may start and others not: GIO, for one, finds no program
+    // whose path contains a percent sign.
     unregisterItem();
     return Error{u"The desktop finds no program at %1."_s.arg(quoted(m_program))};
 }
@@ -91,7 +92,7 @@ std::optional<Error> AutostartLoginItem::write()
 {
     if (auto error = makePrivateFolder(m_folder))
         return error;
-    // What a link leads to is not ours, such as the file that the menus show.
+    // The target of a link is not ours, such as the file that the menus show.
     if (QFileInfo(m_file).isSymLink()) {
         if (auto failure = unregisterItem())
             return failure;

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// What takes longer hangs.
+/// A sound that takes longer counts as hanging.
 constexpr auto maxSoundDuration = 2s;
 
 void ringXBell()

@@ -25,7 +25,7 @@ QDBusMessage callOfBus(const QString &method)
                                           u"org.freedesktop.DBus"_s, method);
 }
 
-/// Calls without waiting; the value is nothing if the answer is an error.
+/// Calls asynchronously; the value is nothing if the answer is an error.
 template <typename Value>
 void call(const QDBusMessage &message, std::function<void(std::optional<Value>)> completion)
 {
@@ -76,7 +76,7 @@ void DBusNotificationCenter::getNotificationSettings(
 void DBusNotificationCenter::requestAuthorization(unsigned,
                                                   std::function<void(bool isGranted)> completion)
 {
-    // Never undetermined, so there is nothing to grant.
+    // The status is never undetermined, so there is nothing to grant.
     completion(false);
 }
 

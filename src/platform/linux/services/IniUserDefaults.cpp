@@ -11,15 +11,15 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A hundred thousand combinations take less.
+/// A hundred thousand combinations need less.
 constexpr qint64 maxSettingsBytes = 16LL * 1024 * 1024;
 
-/// As QSettings writes them.
+/// The spelling of QSettings.
 const QString trueWord = u"true"_s;
 const QString falseWord = u"false"_s;
 
 /// Whether a quoted value does not end on its line. QSettings does not report that; it takes the
-/// following lines for a part of the value.
+/// following lines as part of the value.
 bool hasOpenQuotation(const QByteArray &text)
 {
     bool isQuoted = false;
@@ -29,7 +29,7 @@ bool hasOpenQuotation(const QByteArray &text)
         if (character == '\n' && isQuoted)
             return true;
         if (character == ';' && startsLine) {
-            // A comment, up to the end of its line.
+            // Skip a comment up to the end of its line.
             place = text.indexOf('\n', place);
             if (place < 0)
                 break;
@@ -42,8 +42,8 @@ bool hasOpenQuotation(const QByteArray &text)
     return isQuoted;
 }
 
-/// Lets the user, and nobody else, use what libraries create. Only files of other threads could be
-/// affected, in the same way.
+/// Makes files that libraries create accessible to the user only. The umask applies to all threads,
+/// so files that other threads create meanwhile are affected in the same way.
 class UserOnlyUmask
 {
 public:
@@ -60,21 +60,21 @@ private:
 
 struct Content {
     QVariantMap values;
-    /// Whether each line could be read.
+    /// Whether every line could be read.
     bool isWhole;
 };
 
-// By path: by organisation and name QSettings would also read fall-back files.
+// Opens by path: by organisation and name, QSettings would also read fall-back files.
 Content contentOf(const QString &path)
 {
     const QSettings settings(path, QSettings::IniFormat);
     Content content;
     for (const QString &key : settings.allKeys()) {
-        // QSettings reads a line without a key, but does not write one.
+        // QSettings reads lines without a key, but does not write them.
         if (!key.isEmpty())
             content.values.insert(key, settings.value(key));
     }
-    // Only now has it parsed all sections.
+    // QSettings has parsed all sections only now.
     content.isWhole = settings.status() == QSettings::NoError;
     return content;
 }
@@ -168,8 +168,8 @@ std::optional<Error> IniUserDefaults::write()
     return text ? m_file.write(*text) : text.error();
 }
 
-/// The new content of the file. QSettings can only write to a file, so it writes one in a temporary
-/// folder that only the user may enter.
+/// Returns the new content of the file. QSettings can only write to a file, so it writes one in a
+/// temporary folder that only the user can enter.
 Result<QByteArray> IniUserDefaults::text() const
 {
     if (m_values.isEmpty())
@@ -189,8 +189,8 @@ Result<QByteArray> IniUserDefaults::text() const
     auto text = readWhole(written, maxSettingsBytes);
     if (!text)
         return text;
-    // QSettings does not notice a full disk, so the file is parsed again. It has another name then,
-    // because QSettings caches files by their names.
+    // QSettings does not notice a full disk, so parse the file again. It is renamed first, because
+    // QSettings caches files by name.
     const QString checked = folder.filePath(u"checked"_s);
     const bool isWhole = text->endsWith('\n') && QFile::rename(written, checked)
         && QSettings(checked, QSettings::IniFormat).allKeys() == settings.allKeys();

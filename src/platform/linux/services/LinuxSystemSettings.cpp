@@ -9,13 +9,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The command lines of a desktop's pages; the first whose program is there shows the page.
+/// The command lines for a desktop's pages; the first whose program is installed is used.
 struct Pages {
     QStringList notifications;
     QStringList loginItems;
 };
 
-// Only some versions of GNOME's own settings tell what starts at login, so they come last.
+// Only some versions of GNOME's own settings show login items, so they come last.
 const QHash<Desktop, Pages> &knownPages()
 {
     static const QHash<Desktop, Pages> pages{
@@ -58,7 +58,7 @@ const QHash<Desktop, Pages> &knownPages()
     return pages;
 }
 
-/// Those of the running desktop; none if we know it not.
+/// The pages of the current desktop; empty if it is unknown.
 Pages pages(const QProcessEnvironment &environment)
 {
     const auto desktop = currentDesktop(environment);
@@ -68,7 +68,7 @@ Pages pages(const QProcessEnvironment &environment)
 QStringList firstThatIsThere(const QStringList &commands, const QProcessEnvironment &environment)
 {
     const QStringList folders = environment.value(u"PATH"_s).split(u':', Qt::SkipEmptyParts);
-    // Else those of our own environment would be searched.
+    // An empty list would search the folders of our own environment.
     if (folders.isEmpty())
         return {};
     for (const QString &command : commands) {
@@ -102,7 +102,7 @@ void LinuxSystemSettings::open(const QStringList &command)
 {
     if (command.isEmpty())
         return;
-    // The click in our own window, by which the page may come before it.
+    // Notes the click in our window, so that the page may come to the front.
     m_activation.happenedNow();
     m_launcher.launchProgram(command, m_activation.issueTokens());
 }

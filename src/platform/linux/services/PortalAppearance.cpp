@@ -34,8 +34,8 @@ void PortalAppearance::start()
                 if (!newOwner.isEmpty())
                     read();
             });
-    // Only of this setting, so that no other one wakes us. From any sender: for a name Qt would ask
-    // the bus who has it, and wait for the answer.
+    // Subscribe to this setting only, so that others do not wake us. Accept any sender: given a
+    // name, Qt would block to ask the bus for its owner.
     bus.connect(QString(), portalPath, portalInterface, u"SettingChanged"_s,
                 {appearanceGroup, colorSchemeKey}, QString(), this,
                 SLOT(settingChanged(QDBusMessage)));
@@ -44,10 +44,10 @@ void PortalAppearance::start()
 
 void PortalAppearance::read()
 {
-    // ReadOne is not there in portals before 1.17.
+    // Portals before 1.17 lack ReadOne.
     auto message =
         QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, u"Read"_s);
-    // A desktop that uses portals has one already, or will.
+    // A desktop that uses portals has already started one, or will.
     message.setAutoStartService(false);
     message << appearanceGroup << colorSchemeKey;
     m_reading = std::make_unique<QObject>();
@@ -59,14 +59,14 @@ void PortalAppearance::read()
 
 void PortalAppearance::settingChanged(const QDBusMessage &change)
 {
-    // It was asked for before the change.
+    // The pending answer is older than this change.
     m_reading.reset();
     take(change.arguments().value(2));
 }
 
 void PortalAppearance::take(QVariant value)
 {
-    // Read wraps it twice, SettingChanged once.
+    // Read wraps the value twice, SettingChanged once.
     if (value.metaType() == QMetaType::fromType<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
     const bool prefersDark = meansDark(value);

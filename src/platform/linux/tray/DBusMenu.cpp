@@ -11,16 +11,17 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString menuPath = u"/MenuBar"_s;
+/// The id that com.canonical.dbusmenu reserves for the root.
 constexpr int rootId = 0;
 
-/// The same properties for as long as the item is there, since some desktops keep the former value
-/// of what a later layout leaves out.
+/// The properties of an item. An item always has the same set, because some desktops keep the old
+/// value of a property that a later layout omits.
 QVariantMap itemProperties(const MenuItem &item)
 {
     if (item.isSeparator())
         return {{u"type"_s, u"separator"_s}};
     QString label = item.title;
-    // A single one marks the letter behind it.
+    // A single underscore marks the following letter as the mnemonic.
     label.replace(u'_', u"__"_s);
     QVariantMap properties{{u"label"_s, label}, {u"enabled"_s, item.canBeChosen()}};
     if (item.isChecked) {
@@ -28,14 +29,14 @@ QVariantMap itemProperties(const MenuItem &item)
         properties.insert(u"toggle-state"_s, *item.isChecked ? 1 : 0);
     }
     if (!item.keyEquivalent.isEmpty()) {
-        // By the names that programs of Qt use; a desktop of GTK shows the comma's not.
+        // Use the key names of Qt programs; GTK desktops do not show the one for the comma.
         const QStringList press{u"Control"_s, item.keyEquivalent.toUpper()};
         properties.insert(u"shortcut"_s, QVariant::fromValue(QList<QStringList>{press}));
     }
     return properties;
 }
 
-/// Those that were asked for; all, if none was named.
+/// The properties with these names; all if there are none.
 QVariantMap chosen(const QVariantMap &properties, const QStringList &names)
 {
     if (names.isEmpty())
@@ -137,8 +138,8 @@ QString DBusMenu::path()
 
 QList<DBusMenu::Node> DBusMenu::nodesFor(const QList<MenuItem> &items)
 {
-    // An item keeps its id for as long as it is there, and no other ever gets it: a desktop that
-    // still shows a former menu never has another item chosen than the one the user saw.
+    // An item keeps its id for as long as it exists, and ids are never reused: a desktop that still
+    // shows an old menu can never choose another item than the one the user saw.
     QHash<std::pair<QString, int>, int> ids;
     QHash<QString, int> counts;
     QList<Node> nodes;
@@ -270,7 +271,8 @@ void DBusMenu::handleEvent(int id, const QString &event)
     const Node *const node = find(id);
     if (!node || event != u"clicked" || !node->item.canBeChosen())
         return;
-    // Later, and with a copy: the answer is sent first, and what happens may change the menu.
+    // Choose later, with a copy of the item: the answer must be sent first, and the action may
+    // change the menu.
     const auto choose = [this, item = node->item] { m_choose(item); };
     QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
 }

@@ -8,13 +8,13 @@ using namespace Qt::StringLiterals;
 PopupMenu::PopupMenu(std::function<void(const MenuItem &)> choose)
     : m_choose(std::move(choose))
 {
-    // A long list scrolls, where some styles would lay it out in columns beyond the screen.
+    // Makes a long menu scroll; some styles would lay it out in columns beyond the screen.
     setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
 }
 
 void PopupMenu::open(const QPoint &place, const QList<MenuItem> &items)
 {
-    // A second click while it is open.
+    // Handles a second click while the menu is open.
     close();
     clear();
     for (const MenuItem &item : items)
@@ -28,10 +28,10 @@ void PopupMenu::add(const MenuItem &item)
         addSeparator();
         return;
     }
-    // What is behind a long name stays in sight.
+    // Elide long names, so that what follows them stays visible.
     QString text =
         fontMetrics().elidedText(item.title, Qt::ElideMiddle, screen()->size().width() / 3);
-    // A single one marks the letter behind it.
+    // A single ampersand marks the following letter as the mnemonic.
     QAction *const action = addAction(text.replace(u'&', u"&&"_s));
     action->setEnabled(item.canBeChosen());
     action->setCheckable(item.isChecked.has_value());
@@ -43,7 +43,7 @@ void PopupMenu::add(const MenuItem &item)
 
 void PopupMenu::keyPressEvent(QKeyEvent *event)
 {
-    // Qt leaves shortcuts alone while a menu is open.
+    // Qt does not handle shortcuts while a menu is open.
     const QKeySequence keys(event->keyCombination());
     for (QAction *const action : actions()) {
         if (!action->shortcut().isEmpty() && action->shortcut() == keys) {

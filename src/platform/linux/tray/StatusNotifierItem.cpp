@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// (iiay): an image as 32 bits of ARGB for each pixel, in the order of the network.
+/// (iiay): an image with 32-bit ARGB pixels in network byte order.
 struct IconPixmap {
     int width;
     int height;
@@ -58,7 +58,7 @@ IconPixmap pixmapOf(const QIcon &icon, const QSize &size)
     return pixmap;
 }
 
-/// At each size that panels ask for, so that none has to scale.
+/// Renders the icon in every size that panels ask for, so that none has to scale it.
 IconPixmaps pixmapsOf(const QIcon &icon)
 {
     IconPixmaps pixmaps;
@@ -143,14 +143,14 @@ QVariantMap StatusNotifierItem::properties() const
         {u"IconName"_s, QString()},
         {u"IconThemePath"_s, QString()},
         {u"IconPixmap"_s, m_pixmaps},
-        // Some desktops ask for all of these, and complain of what is missing.
+        // Some desktops ask for all of these and complain if one is missing.
         {u"OverlayIconName"_s, QString()},
         {u"OverlayIconPixmap"_s, noPixmaps},
         {u"AttentionIconName"_s, QString()},
         {u"AttentionIconPixmap"_s, noPixmaps},
         {u"AttentionMovieName"_s, QString()},
         {u"ToolTip"_s, QVariant::fromValue(toolTip)},
-        // A left click, too, opens the menu where the desktop minds this.
+        // Makes a left click open the menu too, on desktops that respect it.
         {u"ItemIsMenu"_s, true},
         {u"Menu"_s, QVariant::fromValue(QDBusObjectPath(DBusMenu::path()))},
     };

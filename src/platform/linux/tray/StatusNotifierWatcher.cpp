@@ -17,12 +17,12 @@ const QString watcherPath = u"/StatusNotifierWatcher"_s;
 QDBusMessage call(const QString &interface, const QString &method)
 {
     auto message = QDBusMessage::createMethodCall(watcherService, watcherPath, interface, method);
-    // Only a desktop that has one already has a place for items.
+    // Only a desktop whose watcher already runs has a place for items.
     message.setAutoStartService(false);
     return message;
 }
 
-/// Nothing from a watcher that hangs: it may have hosts.
+/// Nothing for a watcher that hangs, because it may have hosts.
 std::optional<NotifierHost> hostFrom(const QDBusPendingReply<QDBusVariant> &answer)
 {
     if (answer.isValid())
@@ -48,7 +48,7 @@ void StatusNotifierWatcher::start()
                 askForHost();
             });
     auto bus = QDBusConnection::sessionBus();
-    // From any sender: for a name Qt would ask the bus who has it, and wait for the answer.
+    // Accepts any sender: given a name, Qt would block to ask the bus for its owner.
     for (const QString &signal :
          {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
         bus.connect(QString(), watcherPath, watcherService, signal, this, SLOT(askForHost()));

@@ -35,7 +35,7 @@ TrayItem::TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     connect(&m_patience, &QTimer::timeout, this, [this] { setX11IconVisible(true); });
-    // Complete before any desktop looks at it.
+    // The item must be complete before any desktop reads it.
     update();
     m_watcher.start();
 }
@@ -65,8 +65,8 @@ void TrayItem::setHost(NotifierHost host)
         setX11IconVisible(false);
         break;
     case NotifierHost::awaited:
-        // Its desktop is probably still starting, and busy: to make our icon now, Qt would wait for
-        // the watcher's answers, and the icon would be gone in a moment.
+        // The desktop is probably still starting and busy. If we made our icon now, Qt would block
+        // on the watcher's answers, and the icon would be removed a moment later.
         m_patience.start();
         break;
     case NotifierHost::absent:
@@ -101,7 +101,7 @@ void TrayItem::openMenu(const QPoint &place)
         m_popup.open(place, m_delegate.menuNeedsUpdate());
         return;
     }
-    // Only a desktop can place a menu beside its panel on Wayland.
+    // On Wayland only the desktop can place a menu beside its panel.
     noteUserAction();
     m_delegate.statusButtonClicked();
 }

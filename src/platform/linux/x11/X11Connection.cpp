@@ -23,7 +23,7 @@ X11Connection::X11Connection()
     while (screenNumber-- > 0)
         xcb_screen_next(&screen);
     m_root = screen.data->root;
-    // In one round trip.
+    // Query both extensions in one round trip.
     xcb_prefetch_extension_data(m_connection, &xcb_xkb_id);
     xcb_prefetch_extension_data(m_connection, &xcb_input_id);
 }

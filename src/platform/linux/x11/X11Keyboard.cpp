@@ -24,7 +24,7 @@ QByteArray keyName(const char (&name)[4])
     return QByteArray(name, qsizetype(qstrnlen(name, sizeof name)));
 }
 
-/// The keys of each modifier, and what they mean.
+/// The keys of each modifier and their keysyms.
 class ModifierMap
 {
 public:
@@ -120,7 +120,7 @@ void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequen
         m_keysByName.insert(keyName(lists.keyNames[i].name),
                             XKeycode(xcb_keycode_t(reply->firstKey + i)));
     for (int i = 0; i < reply->nKeyAliases; ++i) {
-        // A copy: inserting may move what the hash holds. No key has the code 0.
+        // Copy the value: inserting may move what the hash holds. No key has the code 0.
         const XKeycode real = m_keysByName.value(keyName(lists.keyAliases[i].real));
         if (real != XKeycode())
             m_keysByName.insert(keyName(lists.keyAliases[i].alias), real);
@@ -196,7 +196,7 @@ std::optional<quint16> X11Keyboard::modifiers(quint32 mask) const
 QList<quint16> X11Keyboard::lockVariants(quint16 modifiers) const
 {
     QList<quint16> variants;
-    // Counts through the subsets of the lock bits, the full set first and the empty one last.
+    // Iterates over the subsets of the lock bits, from the full set to the empty one.
     for (quint16 on = m_locks;; on = quint16((on - 1) & m_locks)) {
         variants.append(modifiers | on);
         if (on == 0)
