@@ -18,7 +18,7 @@ struct MenuItem {
     /// Chooses the item, together with Control, while the menu is open.
     QString keyEquivalent;
     bool isEnabled = true;
-    /// Nothing if the item is not checkable.
+    /// The check mark's state; nothing if the item is not checkable.
     std::optional<bool> isChecked;
 
     bool isSeparator() const { return title.isEmpty(); }

@@ -16,7 +16,7 @@ class UserDefaults : public QObject
     Q_OBJECT
 
 public:
-    /// Nothing if the key is absent or holds a value of another type.
+    /// The stored value; nothing if the key is absent or holds a value of another type.
     virtual std::optional<QByteArray> data(const QString &key) const = 0;
     virtual std::optional<bool> boolean(const QString &key) const = 0;
 

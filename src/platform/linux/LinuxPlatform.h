@@ -34,7 +34,7 @@ public:
     /// The user's latest action. Whoever hears of user actions must update it.
     UserActivation &userActivation() { return m_activation; }
 
-    /// A message for standard error if hot keys are limited in this session.
+    /// A message for standard error if hot keys do not work in this session.
     std::optional<QString> hotkeysNotice() const;
 
     /// Applies all pending hot key registrations now.

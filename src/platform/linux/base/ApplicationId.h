@@ -3,5 +3,5 @@
 
 #include <QString>
 
-/// The base name of the .desktop file, the icon name and the name on the session bus.
+/// The id in the name of the .desktop file, of the icon and on the session bus.
 inline const QString applicationId = QStringLiteral("org.corvane.Corvane");

@@ -17,7 +17,7 @@ namespace
 /// Far more than any real list of shortcuts; a longer file is something else.
 constexpr qint64 maxFileSize = 1'000'000;
 
-/// In order of precedence.
+/// The possible configuration files in order of precedence.
 QStringList configFiles()
 {
     QStringList files = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);

@@ -14,12 +14,12 @@ struct X11KeyEvent {
     quint16 state;
     /// The server time in ms. It may wrap.
     quint32 time;
-    /// Nothing if the key was released.
+    /// How the press was reported; nothing for a release.
     std::optional<KeyDown> down;
     /// The keyboard on which an XInput 2 grab is active; nothing for a core grab.
     std::optional<quint16> keyboard = {};
 
-    /// Nothing if the event is not a key event.
+    /// Reads a key event; nothing if the event is of another kind.
     static std::optional<X11KeyEvent> read(const xcb_generic_event_t &event);
 
     /// The modifiers as a passive grab compares them: without pointer buttons and the layout group.

@@ -14,7 +14,7 @@ struct Accelerator {
     quint32 modifiers = 0;
     /// An XKB keysym in lower case; 0 if there is a key code.
     quint32 keysym = 0;
-    /// Nothing if there is a keysym.
+    /// The X key code; nothing if there is a keysym.
     std::optional<XKeycode> keycode = {};
     /// Whether Shift is implied where the layout has the keysym on the second level of a key.
     bool impliesShift = false;

@@ -24,7 +24,7 @@ std::span<const PhysicalKey> allKeys();
 /// for F13 to F15; none for a number that no key has.
 QList<PhysicalKey> physicalKeys(VirtualKey key);
 
-/// Nothing if the key has no virtual key code.
+/// The virtual key code of a key; nothing if it has none.
 std::optional<VirtualKey> virtualKey(EvdevCode code);
 
 } // namespace KeyCodes

@@ -14,8 +14,8 @@
 class DesktopApp
 {
 public:
-    /// Nothing if the file is not a .desktop file, is malformed, or names a missing program; GIO
-    /// does not tell which.
+    /// Reads a .desktop file. Nothing if it is not one, is malformed, or names a missing program;
+    /// GIO does not tell which.
     static std::optional<DesktopApp> fromFile(const QString &path);
 
     /// The reason why fromFile() returns nothing for that file.

@@ -31,7 +31,7 @@ public:
     /// in the first other layout that has it at all. Only keys with virtual key codes.
     QList<Key> keysWithKeysym(quint32 keysym) const { return m_byKeysym.value(keysym).keys; }
 
-    /// Nothing if the key has no virtual key code.
+    /// The virtual key code of a key; nothing if it has none.
     std::optional<VirtualKey> virtualKey(XKeycode keycode) const;
 
     bool operator==(const LayoutKeys &) const = default;

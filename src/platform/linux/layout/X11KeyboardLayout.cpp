@@ -35,7 +35,7 @@ void X11KeyboardLayout::selectEvents()
     constexpr uint16_t wholeEvents =
         XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS;
-    // Of the state, select only the layout in use; otherwise each press of Shift would wake us.
+    // Select only the layout in use from the state; otherwise each press of Shift would wake us.
     xcb_xkb_select_events_details_t details = {};
     details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
     details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;

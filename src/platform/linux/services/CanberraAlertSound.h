@@ -16,7 +16,7 @@ class CanberraAlertSound : public QObject, public AlertSound
 public:
     CanberraAlertSound();
 
-    /// Does nothing while a sound is under way.
+    /// Does nothing while a sound is under way; if that sound hangs, rings the X server's bell.
     void beep() override;
 
 private:

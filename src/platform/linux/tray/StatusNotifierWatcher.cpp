@@ -22,7 +22,7 @@ QDBusMessage call(const QString &interface, const QString &method)
     return message;
 }
 
-/// Nothing for a watcher that hangs, because it may have hosts.
+/// Reads the host's state from the answer; nothing if the watcher hangs, because it may have hosts.
 std::optional<NotifierHost> hostFrom(const QDBusPendingReply<QDBusVariant> &answer)
 {
     if (answer.isValid())

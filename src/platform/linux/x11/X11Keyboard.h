@@ -26,10 +26,10 @@ public:
     /// Reads the keyboard from the server in one round trip.
     static X11Keyboard read(const X11Connection &connection);
 
-    /// Empty if this keyboard has no such key.
+    /// The keys with a virtual key code; empty if this keyboard has none.
     QList<XKeycode> keys(VirtualKey virtualKey) const;
 
-    /// Nothing if the key has no virtual key code, or if the server has no such key.
+    /// The virtual key code of a key; nothing if it has none, or if the server has no such key.
     std::optional<VirtualKey> virtualKey(XKeycode key) const;
 
     /// Converts a mask of KeyModifier bits to X modifier bits; other bits are ignored. Nothing if
