@@ -79,7 +79,7 @@ std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, qu
         return std::nullopt;
     const KeyCombination combination{key, modifiers & allModifiers};
     Registered &registered = m_registered[combination];
-    // All of them, so that the next flush asks for those that were refused too.
+    // Take all keys, so that the next flush requests the refused ones too.
     registered.keys = m_keyboard.keys(key);
     registered.isRefused = false;
 
@@ -260,7 +260,7 @@ void X11HotkeyService::readKeyboard()
     flush();
 }
 
-/// All of them, so that the next flush asks for those that were refused too.
+/// Takes all keys, so that the next flush requests the refused ones too.
 void X11HotkeyService::takeKeysOfKeyboard()
 {
     for (auto &[combination, registered] : m_registered) {
@@ -327,7 +327,7 @@ void X11HotkeyService::drain()
         apply(*snapshot++);
     m_snapshots.clear();
 
-    // A closed connection is always readable.
+    // Stop watching a closed connection: it is always readable.
     m_notifier->setEnabled(m_connection.isOpen());
     if (!m_repeatFilter.hasHeldKeys())
         m_heldKeysTimer.stop();

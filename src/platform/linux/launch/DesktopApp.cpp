@@ -51,7 +51,7 @@ QString missingProgram(GKeyFile *file)
 
 std::optional<DesktopApp> DesktopApp::fromFile(const QString &path)
 {
-    // GIO would block on a pipe until somebody writes to it.
+    // Skip pipes: GIO would block until somebody writes to them.
     if (!QFileInfo(path).isFile())
         return std::nullopt;
     auto *const info = g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData());
@@ -63,7 +63,7 @@ Error DesktopApp::reasonForNone(const QString &path)
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),
                                                                       &g_key_file_unref);
     QString program;
-    // Opening a pipe would wait for its writer.
+    // Open regular files only: opening a pipe would wait for its writer.
     if (QFileInfo(path).isFile()
         && g_key_file_load_from_file(file.get(), QFile::encodeName(path).constData(),
                                      G_KEY_FILE_NONE, nullptr))

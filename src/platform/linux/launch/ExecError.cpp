@@ -20,7 +20,7 @@ constexpr qint64 startSize = 4096;
 
 QByteArray startOf(const QString &path)
 {
-    // Opening a pipe would wait for its writer.
+    // Open regular files only: opening a pipe would wait for its writer.
     QFile file(path);
     const bool isOpen = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
     return isOpen ? file.read(startSize) : QByteArray();

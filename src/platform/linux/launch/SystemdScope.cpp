@@ -12,13 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// (sv)
+/// D-Bus signature: (sv)
 struct UnitProperty {
     QString name;
     QDBusVariant value;
 };
 
-/// (sa(sv))
+/// D-Bus signature: (sa(sv))
 struct AuxiliaryUnit {
     QString name;
     QList<UnitProperty> properties;

@@ -79,7 +79,7 @@ void WaylandKeyboardLayout::communicate()
     // There is something to read, so this does not block.
     const bool isAlive = wl_display_dispatch(m_display) >= 0;
     wl_display_flush(m_display);
-    // A closed connection is always readable.
+    // Stop watching a closed connection: it is always readable.
     m_notifier->setEnabled(isAlive);
 }
 

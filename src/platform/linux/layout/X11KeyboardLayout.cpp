@@ -48,7 +48,7 @@ void X11KeyboardLayout::readEvents()
 {
     while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection->get())})
         m_settling.start();
-    // A closed connection is always readable.
+    // Stop watching a closed connection: it is always readable.
     m_notifier->setEnabled(m_connection->isOpen());
 }
 

@@ -21,7 +21,7 @@ struct IconPixmap {
 };
 using IconPixmaps = QList<IconPixmap>;
 
-/// (sa(iiay)ss)
+/// D-Bus signature: (sa(iiay)ss)
 struct ToolTip {
     QString iconName;
     IconPixmaps icon;
