@@ -1,4 +1,4 @@
-// Performs what an entry stands for.
+// Runs entries: opens their targets.
 #pragma once
 
 #include "model/LaunchEntry.h"
@@ -13,19 +13,18 @@ class Workspace;
 namespace ActionRunner
 {
 
-/// Opens the entry's target. The completion is called once, on the main thread, perhaps before
-/// the call returns.
+/// Opens the entry's target. The completion is called once, on the main thread, possibly before the
+/// call returns.
 void run(const LaunchEntry &entry, Workspace &workspace,
          std::function<void(RunOutcome)> completion);
 
-/// The link that runs the Shortcut of that name; nothing if the name is no valid text.
+/// The link that runs the Shortcut with this name; nothing if the name is not valid UTF-16.
 std::optional<QUrl> shortcutURL(const QString &name);
 
 /// "Not found" if the target of an app or path entry does not exist, else nothing.
 std::optional<QString> missingReason(const LaunchEntry &entry);
 
-/// Whether the text, blanks around it aside, is an address with a host that begins with http://
-/// or https:// in small letters.
+/// Whether the trimmed text is a URL with a host that begins with lower-case http:// or https://.
 bool isValidWebsite(const QString &text);
 
 } // namespace ActionRunner

@@ -1,4 +1,4 @@
-// Posts a notification, if the user lets us.
+// Posts notifications, if the user permits them.
 #pragma once
 
 #include <QString>
@@ -8,8 +8,7 @@ struct Platform;
 namespace Notifier
 {
 
-/// Fire and forget: returns at once, and what goes wrong is silent. The user is asked for
-/// permission the first time that it is not settled yet.
+/// Returns at once and reports no errors. Asks the user for permission if that is still undecided.
 void post(const QString &title, const QString &body, const Platform &platform);
 
 } // namespace Notifier

@@ -1,5 +1,4 @@
-// The program as the user meets it: the item in the status bar with its menu, and the settings
-// window.
+// The program's user interface: the status bar item with its menu, and the settings window.
 #pragma once
 
 #include "platform/StatusBar.h"
@@ -21,11 +20,11 @@ public:
     AppDelegate(const Platform &platform, ShortcutStore &store);
     ~AppDelegate() override;
 
-    /// Puts the item into the status bar, and opens the settings window for a user who has not
-    /// seen the welcome yet. Needs a QApplication.
+    /// Adds the status bar item, and opens the settings window if the user has not dismissed the
+    /// welcome yet. Needs a QApplication.
     void applicationDidFinishLaunching();
 
-    /// Brings the settings window to the front. It is made on first need and then kept: closing
+    /// Brings the settings window to the front. It is created on first use and then kept: closing
     /// only hides it.
     void openSettings();
 

@@ -1,4 +1,4 @@
-// The application: it lives in the status bar and has no window of its own but the settings.
+// The application: it lives in the status bar; its only window is the settings window.
 #pragma once
 
 #include "app/AppDelegate.h"

@@ -1,5 +1,5 @@
-// How the program looks on desktops that have no look of their own for Qt programs; dark where the
-// desktop wants that.
+// Applies the program's own style on desktops that provide none for Qt programs, in dark colours
+// where the desktop prefers them.
 #pragma once
 
 #include <QObject>
@@ -22,6 +22,6 @@ private:
     void update();
 
     const Appearance &m_appearance;
-    /// The application's own. Null where the desktop has a style.
+    /// The application's style. Null where the desktop provides one.
     QPointer<viewkit::PlainStyle> m_style;
 };

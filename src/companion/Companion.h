@@ -1,9 +1,9 @@
-// The program that runs a Shortcut for its link, and tells the user where that is not possible.
+// The program that runs a Shortcut for its link, and notifies the user if it cannot.
 #pragma once
 
 #include <QString>
 
-/// Starts what the one argument, a link, names, and hands on the startup id and the activation
-/// token. What it writes goes to the journal that listens at that path. The exit status: 0 if it
-/// was started.
+/// Starts the Shortcut that the only argument, a link, names, and passes on the startup id and the
+/// activation token. The Shortcut's output goes to the journal that listens at the path. Returns
+/// the exit status: 0 if the Shortcut was started.
 int companionMain(int argc, char *argv[], const QString &journalSocket);

@@ -1,8 +1,8 @@
-// The user's journal, for what started programs write.
+// Sends the output of started programs to the user's journal.
 #pragma once
 
 #include <QString>
 
-/// A descriptor of which each line is written to the journal that listens at that path, under that
-/// identifier; or to nowhere, if none listens. Programs that are started inherit it.
+/// Returns a descriptor that started programs inherit. The journal that listens at the path logs
+/// each line written to it under the identifier. If none listens, the output is discarded.
 int openJournalStream(const QString &socketPath, const QString &identifier);

@@ -1,4 +1,4 @@
-// The link that asks for a Shortcut to be run. It may come from anywhere, also from a web page.
+// Parses links that run a Shortcut. A link may come from anywhere, including web pages.
 #pragma once
 
 #include "foundation/Result.h"
@@ -6,6 +6,6 @@
 #include <QByteArray>
 #include <QString>
 
-/// The name in a link of the form shortcuts://run-shortcut?name=…, of which nothing else is taken.
-/// An error for any other link, and for what is no name of a file.
+/// The name in a link of the form shortcuts://run-shortcut?name=…; nothing else in the link is
+/// used. An error for any other link, and for a name that cannot be a file name.
 Result<QString> shortcutName(const QByteArray &link);

@@ -1,4 +1,4 @@
-// Files, read and written whole.
+// Reads and writes whole files.
 #pragma once
 
 #include "foundation/Result.h"
@@ -8,26 +8,26 @@
 #include <cerrno>
 #include <optional>
 
-/// The system's own words for an error number.
+/// The system's message for an error number.
 Error systemError(int number = errno);
 
-/// The file's content. What is no regular file, or larger than that many bytes, is an error.
+/// The file's content. It is an error if the file is not a regular one or is larger than maxBytes.
 Result<QByteArray> readWhole(const QString &path, qint64 maxBytes);
 
-/// Who may use a file that is written.
+/// Who may access a file after it is written.
 enum class FileAccess {
-    /// The user alone (mode 0600), whatever the umask is and whoever could use the file before.
+    /// Only the user (mode 0600), whatever the umask and the former mode are.
     userOnly,
-    /// Whoever could use the file before; of a new file, whom the umask allows.
+    /// An existing file keeps its mode; a new file gets the mode that the umask allows.
     asUsual,
 };
 
-/// Replaces the file's content, whole or not at all; makes the file if it is not there. When this
-/// returns without an error, the content is on disk. A link stays, and the file that it names is
-/// replaced. What is no regular file, and a link to nothing, is an error and stays.
+/// Replaces the file's content atomically; creates the file if it does not exist. When this returns
+/// without an error, the content is on disk. A symbolic link is kept, and the file that it points
+/// to is replaced. Anything but a regular file, and a dangling link, is an error and is left alone.
 std::optional<Error> replaceContent(const QString &path, const QByteArray &content,
                                     FileAccess access);
 
-/// Makes the folder and those above it, as far as they are not there, for nobody but the user
-/// (mode 0700), whatever the umask is. Folders that are there stay as they are.
+/// Creates the folder and its missing parents with access for the user only (mode 0700), whatever
+/// the umask is. Existing folders are left as they are.
 std::optional<Error> makePrivateFolder(const QString &path);

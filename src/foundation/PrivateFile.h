@@ -1,4 +1,4 @@
-// A file that the program keeps for itself: read once, then replaced whole.
+// A file of the program's own data: read once, then always replaced as a whole.
 #pragma once
 
 #include "foundation/Result.h"
@@ -10,25 +10,25 @@
 class PrivateFile
 {
 public:
-    /// A larger file is neither read nor written.
+    /// Files larger than maxBytes are neither read nor written.
     PrivateFile(QString path, qint64 maxBytes);
 
     const QString &path() const { return m_path; }
 
-    /// Makes the folder that the file lies in, if it is not there.
+    /// Creates the folder that contains the file, if it does not exist.
     std::optional<Error> makeFolder() const;
 
-    /// The content; nothing if there is no file. What is no regular file is an error, and so is a
-    /// link that does not lead to one.
+    /// The content; nothing if there is no file. Anything but a regular file is an error, and so is
+    /// a link that does not lead to one.
     Result<std::optional<QByteArray>> read() const;
 
-    /// To be called when the content could not be used: what is there is then kept beside the
-    /// file before the next write, with ".unreadable" added to its name.
+    /// Call this if the content could not be used. The next write then first keeps the existing
+    /// file beside the new one, with ".unreadable" added to its name.
     void keepBeforeWriting() { m_isUnread = true; }
 
-    /// Replaces the content, whole or not at all; only the user may use the file then. Makes the
-    /// folder too. What is no regular file is kept as well. Where something cannot be kept, nothing
-    /// is written.
+    /// Replaces the content atomically, with access for the user only. Creates the folder if
+    /// needed. Anything at the path that is not a regular file is kept as well. If something cannot
+    /// be kept, nothing is written.
     std::optional<Error> write(const QByteArray &content);
 
 private:

@@ -1,16 +1,16 @@
-// A value, or the error that came instead of it.
+// A value, or the error that prevented it.
 #pragma once
 
 #include <QString>
 #include <utility>
 #include <variant>
 
-/// What went wrong, in words that can be shown to the user.
+/// A description of the failure that can be shown to the user.
 struct Error {
     QString description;
 };
 
-/// Member names as in std::expected; reading the side that is not there is a programming error.
+/// Member names follow std::expected. Accessing the side that is not set is a programming error.
 template <typename Value>
 class [[nodiscard]] Result
 {

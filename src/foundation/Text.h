@@ -1,17 +1,18 @@
-// Small helpers for the texts that people read.
+// Small helpers for user-visible texts.
 #pragma once
 
 #include <QString>
 
-/// The text between typographic quotation marks, as names and targets stand in messages.
+/// The text in typographic quotation marks, as messages show names and targets.
 QString quoted(const QString &text);
 
-/// The text, or its beginning and an ellipsis where it is too long to be read in a message.
+/// The text; if it is too long for a message, its beginning and an ellipsis.
 QString shortened(const QString &text);
 
-/// Without what turns the direction of a text, and of that behind it.
+/// The text without the control characters that change the direction of text, its own or that of
+/// what follows.
 QString withoutDirections(QString text);
 
-/// The text with a blank in place of each tab, line break and other character without a glyph
-/// that would move what follows it.
+/// Replaces each tab, line break and other control character that would move the following text
+/// with a space.
 QString onOneLine(const QString &text);

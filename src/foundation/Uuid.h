@@ -1,9 +1,9 @@
-// Reads ids that come as texts from outside.
+// Parses ids that come as text from outside.
 #pragma once
 
 #include <QString>
 #include <QUuid>
 #include <optional>
 
-/// Only the form of 36 characters without braces, in either case; nothing for any other text.
+/// Accepts only the 36-character form without braces, in either case; nothing for any other text.
 std::optional<QUuid> uuidFromText(const QString &text);

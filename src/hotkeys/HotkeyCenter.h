@@ -1,5 +1,5 @@
-// The registry of our hot keys: keeps the system's registrations in line with what is stored,
-// and brings each press to the action of its name.
+// The registry of the program's hot keys: keeps the system's registrations in line with the stored
+// combinations, and runs the action of a name when its keys are pressed.
 #pragma once
 
 #include "hotkeys/KeyboardShortcuts.h"
@@ -13,7 +13,7 @@
 #include <functional>
 #include <unordered_map>
 
-/// The four bytes "CRVN", which every registration of ours carries.
+/// The four bytes "CRVN", part of every hot key id that the program registers.
 inline constexpr quint32 HotKeySignature = 0x4352564E;
 
 /// Main thread only. The services must outlive it.
@@ -22,25 +22,25 @@ class HotkeyCenter
 public:
     HotkeyCenter(HotkeyService &service, const UserDefaults &defaults);
 
-    /// The program's one instance, which main makes and never destroys. There is none before main
-    /// has named it, which it does before it makes the store.
+    /// The program's only instance. main creates it, never destroys it, and calls setShared()
+    /// before it creates the store; until then there is none.
     static HotkeyCenter &shared();
     static void setShared(HotkeyCenter &center) { s_shared = &center; }
 
-    /// The action of each name. A name without one is never registered.
+    /// The action of each name. A name without an action is never registered.
     QHash<QString, std::function<void()>> handlers;
 
-    /// Names that must not be registered and must not fire.
+    /// Names that are not registered and do not fire.
     QSet<QString> disabled;
 
-    /// Registers the name exactly if it has a handler, is not disabled and has a stored
-    /// combination. To be called after each change of one of these. A refusal is silent, and
-    /// tried again by the next call. Stored key values that are no unsigned 32-bit numbers are
-    /// fatal.
+    /// Registers the name if it has a handler, is not disabled and has a stored combination;
+    /// otherwise unregisters it. Call this after each change to one of these. A refused
+    /// registration is silent, and the next call tries again. Stored values that are not unsigned
+    /// 32-bit numbers abort the program.
     void sync(const KeyboardShortcuts::Name &name);
 
-    /// What a press of the name's keys does, whether it has any or not: calls its action, unless
-    /// it is disabled. Tells whether it has an action at all.
+    /// Does what a press of the name's keys does, whether or not it has any: calls the action
+    /// unless the name is disabled. Returns whether the name has an action.
     bool fire(const KeyboardShortcuts::Name &name) const;
 
 private:
@@ -57,7 +57,7 @@ private:
     QHash<QString, quint32> m_nameToId;
     quint32 m_nextId = 1;
     bool m_installed = false;
-    /// Receives the queued dispatches; destroyed first, so that none arrives at a center that has
-    /// gone.
+    /// The target of queued dispatches. It is destroyed first, so no dispatch reaches a destroyed
+    /// center.
     QObject m_queue;
 };

@@ -1,4 +1,4 @@
-// Key combinations: their value, their text, and where they are stored for a name.
+// Key combinations: their value, their text and how they are stored under a name.
 #pragma once
 
 #include <QHash>
@@ -13,20 +13,20 @@ namespace KeyboardShortcuts
 {
 
 struct Shortcut {
-    /// The virtual key code of a physical key: 0 is the key labelled A on a US layout.
+    /// The virtual key code of the physical key: 0 is the key labelled A on a US layout.
     qint64 carbonKeyCode = 0;
     /// An OR of KeyModifier bits.
     qint64 carbonModifiers = 0;
 
     bool operator==(const Shortcut &) const = default;
 
-    /// What the user reads, such as ⇧⌘A: modifiers in a fixed order, then the key's name.
+    /// The text for the user, such as ⇧⌘A: the modifiers in a fixed order, then the key's name.
     QString description() const;
 };
 
 size_t qHash(const Shortcut &shortcut, size_t seed = 0);
 
-/// What a combination is stored and registered under.
+/// The name under which a combination is stored and registered.
 struct Name {
     QString rawValue;
 
@@ -44,7 +44,7 @@ QString defaultsKey(const Name &name);
 /// The stored combination; nothing if there is none or if it cannot be read.
 std::optional<Shortcut> getShortcut(const Name &name, const UserDefaults &defaults);
 
-/// Stores a combination, or removes it, and makes the change live.
+/// Stores the combination, or removes it, and updates the registered hot key.
 void setShortcut(const std::optional<Shortcut> &shortcut, const Name &name, UserDefaults &defaults,
                  HotkeyCenter &center);
 

@@ -8,11 +8,11 @@ class SymbolicHotkeys;
 namespace KeyboardShortcuts
 {
 
-/// The modifier keys of a mask of KeyModifier bits, as EventFlag bits; other bits are dropped.
+/// Converts a mask of KeyModifier bits to EventFlag bits; other bits are dropped.
 quint32 carbonToEventFlags(qint64 carbonModifiers);
 
-/// Whether one of the desktop's enabled shortcuts has exactly these keys, or another program holds
-/// them. False if neither can be known.
+/// Whether one of the desktop's enabled shortcuts has exactly these keys, or another program has
+/// grabbed them. False if neither can be determined.
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service);
 
 } // namespace KeyboardShortcuts

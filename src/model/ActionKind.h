@@ -16,7 +16,7 @@ enum class ActionKind {
 
 namespace ActionKinds
 {
-/// In the order in which the kinds are offered to the user.
+/// In the order in which the user interface offers them.
 inline constexpr std::array allCases{
     ActionKind::app,
     ActionKind::path,
@@ -25,14 +25,13 @@ inline constexpr std::array allCases{
 };
 } // namespace ActionKinds
 
-/// The text that stands for the kind in files, and that identifies it.
+/// The kind's identifier, also used in files.
 QString rawValue(ActionKind kind);
 
-/// The kind with exactly that raw value (case matters), or nothing.
+/// The kind with exactly this raw value (case matters), or nothing.
 std::optional<ActionKind> actionKind(const QString &rawValue);
 
-/// The kind whose raw value the member of the object is; an error where it is missing or is not
-/// one.
+/// The kind named by the object's member; an error if the member is missing or names no kind.
 Result<ActionKind> actionKindMember(const Json &object, const char *key);
 
 /// The label that the user sees, such as "Open an app".

@@ -5,11 +5,11 @@
 #include <QUuid>
 
 struct AppError {
-    /// Fresh for each error, so that the same text twice makes two alerts.
+    /// Unique for each error, so that the same message twice causes two alerts.
     QUuid id = QUuid::createUuid();
     /// The alert's main text, one sentence.
     QString message;
-    /// The underlying system error in its own words.
+    /// The message of the underlying system error.
     QString details;
 
     bool operator==(const AppError &) const = default;

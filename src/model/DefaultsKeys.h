@@ -1,4 +1,4 @@
-// The user-defaults keys of settings that several parts of the program know.
+// The user-defaults keys of settings that several parts of the program use.
 #pragma once
 
 #include <QLatin1StringView>
@@ -6,10 +6,10 @@
 namespace DefaultsKeys
 {
 
-/// Whether successful runs are told; true when absent.
+/// Whether successful runs are notified; true if absent.
 inline constexpr QLatin1StringView showRunNotification("showRunNotification");
 
-/// Whether the user has dismissed the welcome; false when absent.
+/// Whether the user has dismissed the welcome; false if absent.
 inline constexpr QLatin1StringView hasSeenWelcome("hasSeenWelcome");
 
 } // namespace DefaultsKeys

@@ -1,4 +1,4 @@
-// The file that holds the user's list between two runs of the program.
+// The file that stores the user's list.
 #pragma once
 
 #include "foundation/PrivateFile.h"
@@ -11,14 +11,15 @@
 class EntriesFile
 {
 public:
-    /// Lies in a folder of its own inside that one, which may be empty where there is none.
+    /// The file lies in a folder of its own inside applicationSupport. That path is empty if the
+    /// system has no such folder; reading and writing then fail.
     explicit EntriesFile(const QString &applicationSupport);
 
-    /// The list; empty if there is no file yet. The file stays as it is.
+    /// Reads the list without changing the file; empty if there is no file yet.
     Result<QList<LaunchEntry>> read();
 
-    /// Replaces the list, whole or not at all. A file that could not be read before is kept first,
-    /// with ".unreadable" added to its name.
+    /// Replaces the list atomically. If the file could not be read before, it is kept first, with
+    /// ".unreadable" added to its name.
     std::optional<Error> write(const QList<LaunchEntry> &entries);
 
 private:

@@ -1,4 +1,5 @@
-// One shortcut of the user: what it opens or runs. Its keys are kept apart, under its name.
+// One shortcut of the user: what it opens or runs. Its key combination is stored separately, under
+// shortcutName().
 #pragma once
 
 #include "foundation/Json.h"
@@ -10,7 +11,7 @@
 #include <QUuid>
 
 struct LaunchEntry {
-    /// Never changes; all look-ups go by it.
+    /// Never changes; all look-ups use it.
     QUuid id = QUuid::createUuid();
     /// The user's label.
     QString name;
@@ -24,18 +25,18 @@ struct LaunchEntry {
     /// The name under which the entry's key combination is stored and registered.
     KeyboardShortcuts::Name shortcutName() const;
 
-    /// The target as rows show it: "No target" if empty, paths below the home folder with "~".
+    /// The target as list rows show it: "No target" if empty, and "~" for the home folder in paths.
     QString targetDescription() const;
 
-    /// All five members, in the order of the fields.
+    /// Writes all five members in the order of the fields.
     OrderedJson toJson() const;
 
     /// Every member is required and must have its type; unknown members are ignored.
     static Result<LaunchEntry> fromJson(const Json &json);
 
-    /// The same without the member for the id, which is given.
+    /// Like the above, but uses the given id instead of the object's.
     static Result<LaunchEntry> fromJson(const Json &json, const QUuid &id);
 
-    /// An array of entries; one bad record makes the whole list an error.
+    /// Reads an array of entries; one invalid entry makes the whole list an error.
     static Result<QList<LaunchEntry>> listFromJson(const Json &json);
 };

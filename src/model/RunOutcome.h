@@ -1,4 +1,4 @@
-// How running an entry ended.
+// The result of running an entry.
 #pragma once
 
 #include <QString>
