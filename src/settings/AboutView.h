@@ -1,4 +1,4 @@
-// What the program is, and what it does with what it learns.
+// Shows what the program is and how it treats the user's data.
 #pragma once
 
 #include "viewkit/View.h"
@@ -8,6 +8,6 @@ class AboutView : public viewkit::View
     Q_OBJECT
 
 public:
-    /// The callback closes it.
+    /// The callback closes the view.
     explicit AboutView(viewkit::Action onClose);
 };

@@ -14,17 +14,17 @@ class ApplicationList final : public QAbstractListModel
     Q_OBJECT
 
 public:
-    /// All applications, in that order.
+    /// Shows all applications, in the given order.
     explicit ApplicationList(const QList<InstalledApplication> &applications);
 
-    /// Keeps those that have every word of the text in their name or keywords, and puts those
-    /// whose name begins with the text first. All if the text has no word.
+    /// Shows the applications that have every word of the text in their name or keywords, with
+    /// those whose name begins with the text first. Shows all if the text has no word.
     void search(const QString &text);
 
-    /// Of the image of applications without an icon.
+    /// Sets the colour of the fallback icon.
     void setSymbolColor(const QColor &color);
 
-    /// Of the application's .desktop file.
+    /// The path of the application's .desktop file.
     QString path(const QModelIndex &index) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -33,11 +33,11 @@ public:
 private:
     struct Row {
         InstalledApplication application;
-        /// As they are compared with what is searched.
+        /// The name and all searchable words, folded for comparison.
         QString name;
         QString words;
-        /// Read when the row is first in sight: that takes long for hundreds. A null one where
-        /// there is none.
+        /// Loaded when the row first becomes visible, because loading hundreds takes long. A null
+        /// icon if the application has none.
         mutable std::optional<QIcon> icon = std::nullopt;
     };
 

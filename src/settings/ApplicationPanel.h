@@ -1,4 +1,4 @@
-// The panel in which the user chooses an application: one that is installed, or the file of one.
+// The panel in which the user chooses an application: an installed one or an application file.
 #pragma once
 
 #include <QDialog>
@@ -15,13 +15,13 @@ class View;
 struct Item;
 } // namespace viewkit
 
-/// To be shown with open().
+/// Show it with open().
 class ApplicationPanel final : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Reads the list of applications now. The service must outlive it.
+    /// The constructor reads the list of applications. The service must outlive the panel.
     ApplicationPanel(InstalledApplications &applications,
                      std::function<void(const QString &path)> onChoose, QWidget *parent);
 

@@ -1,4 +1,4 @@
-// What an error has to say in the system's own words.
+// Shows the system's message for an error.
 #pragma once
 
 #include "viewkit/View.h"
@@ -8,6 +8,6 @@ class DetailsView : public viewkit::View
     Q_OBJECT
 
 public:
-    /// The callback closes it.
+    /// The callback closes the view.
     DetailsView(const QString &details, viewkit::Action onClose);
 };

@@ -1,4 +1,4 @@
-// The sheet in which the user adds one entry or changes one.
+// The form in which the user adds or edits one entry.
 #pragma once
 
 #include "model/LaunchEntry.h"
@@ -17,15 +17,15 @@ class EditorForm : public viewkit::View
     Q_OBJECT
 
 public:
-    /// For an entry of the store, or for a fresh one that is not in it yet. The callback closes the
-    /// form. The store and the services must outlive it.
+    /// Edits an entry of the store, or a new one that is not in it yet. The callback closes the
+    /// form. The store and the services must outlive the form.
     EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                InstalledApplications &applications, ShortcutLibrary &shortcuts,
                const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
 
-    /// Puts the entry's combination back to what it was, and closes.
+    /// Restores the entry's combination and closes the form.
     void cancel();
 
 private:

@@ -1,4 +1,5 @@
-// The list of entries. However long it is, only the rows in sight exist.
+// The list of entries. Only rows in or near the visible area and around the focus exist, however
+// long the list is.
 #pragma once
 
 #include "settings/EntryRow.h"
@@ -18,7 +19,7 @@ public:
     /// The store must outlive the list.
     EntryList(ShortcutStore &store, EntryRow::EntryAction onEdit, EntryRow::EntryAction onDelete);
 
-    /// Shows the store's entries as they are now, at the place to which the user has scrolled.
+    /// Shows the store's current entries and keeps the scroll position.
     void refresh();
 
 protected:
@@ -29,7 +30,7 @@ private:
     /// Rows by the index of the entry that they show.
     using Rows = QMap<qsizetype, EntryRow *>;
 
-    /// The uppermost row of those that the user sees, and how far it reaches beyond the upper edge.
+    /// The topmost visible row, and how far it extends above the upper edge.
     struct Anchor {
         QUuid id;
         qsizetype index;
@@ -62,15 +63,16 @@ private:
     const EntryRow::EntryAction m_onDelete;
     QWidget *m_content;
     Rows m_rows;
-    /// Those that show their entry as it is.
+    /// The rows that are up to date with their entries.
     QSet<EntryRow *> m_currentRows;
-    /// The order in which the Tab key and screen readers meet the rows.
+    /// The rows in the order in which the Tab key and screen readers reach them.
     QList<EntryRow *> m_order;
 
-    /// Of the rows that have been shown, when they were last; others are taken to be typical.
+    /// The last known heights of rows that have been shown; other rows are assumed to have the
+    /// typical height.
     QHash<QUuid, int> m_heights;
     int m_typicalHeight = 0;
-    /// Where each row begins, and where the last one ends.
+    /// The top of each row, followed by the bottom of the last one.
     std::vector<int> m_tops{0};
     bool m_isLayingOut = false;
 };

@@ -1,4 +1,4 @@
-// One entry in the list: what it is, what is wrong with it, and what can be done with it.
+// A row of the list: one entry with its problems and controls.
 #pragma once
 
 #include "model/LaunchEntry.h"
@@ -17,10 +17,11 @@ class EntryRow : public viewkit::View
 public:
     using EntryAction = std::function<void(const LaunchEntry &entry)>;
 
-    /// The store must outlive the row. The row shows an entry once it has been given one.
+    /// The store must outlive the row. The row is blank until setEntry() is called.
     EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelete, QWidget *parent);
 
-    /// Shows the entry as it is now; asks the disk and the desktop about it.
+    /// Shows the entry's current state; checks on disk whether its target exists, and collects its
+    /// warnings.
     void setEntry(const LaunchEntry &entry);
 
     const LaunchEntry &entry() const { return m_entry; }
@@ -31,7 +32,7 @@ private:
 
     ShortcutStore &m_store;
     LaunchEntry m_entry;
-    /// Of the entry shown; asked for once for each time that it is shown.
+    /// Why the entry's target is missing, if it is; determined once by each setEntry().
     std::optional<QString> m_missingReason;
     QGraphicsOpacityEffect *m_dimming;
 };

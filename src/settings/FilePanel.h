@@ -5,7 +5,7 @@
 #include <QMessageBox>
 #include <functional>
 
-/// To be shown with open(). It is the desktop's own where that can do what is wanted.
+/// Show it with open(). It is the desktop's own panel where that supports what is needed.
 class FilePanel final : public QFileDialog
 {
     Q_OBJECT
@@ -14,12 +14,13 @@ public:
     enum class Choosable {
         files,
         filesAndFolders,
-        /// A place for Corvane.json, or a JSON file of another name, which it completes. It asks
-        /// before a file is replaced.
+        /// The file to save: Corvane.json, or another JSON file, whose missing extension is added.
+        /// The panel asks before it replaces a file.
         newJsonFile,
     };
 
-    /// The confirming button has the panel's title. The callback gets an absolute path.
+    /// The panel's title is also the label of the confirming button. The callback receives an
+    /// absolute path.
     FilePanel(Choosable choosable, const QString &title,
               std::function<void(const QString &path)> onChoose, QWidget *parent);
 

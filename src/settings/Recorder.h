@@ -1,4 +1,4 @@
-// The control with which the user sets or clears the key combination of one name.
+// The control that sets or clears the key combination of one name.
 #pragma once
 
 #include "hotkeys/KeyboardShortcuts.h"
@@ -14,16 +14,16 @@ class ShortcutStore;
 namespace KeyboardShortcuts
 {
 
-/// The modifier mask (KeyModifier bits) of an event's flags; other flags are left out.
+/// Converts an event's flags to a mask of KeyModifier bits; other flags are dropped.
 quint32 modifierFlagsToCarbon(quint32 modifierFlags);
 
-/// Stores each new combination at once, which makes it live.
+/// Each new combination is stored and takes effect at once.
 class Recorder : public viewkit::View
 {
     Q_OBJECT
 
 public:
-    /// The callback is told of every new combination, and of a clear with nothing. The store and
+    /// The callback receives every new combination, and nothing when it is cleared. The store and
     /// the monitor must outlive the recorder.
     Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name &name,
              std::function<void(const std::optional<Shortcut> &)> onChange = {});

@@ -42,7 +42,7 @@ private:
     struct ResetConfirmation {
         bool operator==(const ResetConfirmation &) const = default;
     };
-    /// What the sheet is about: an entry has an editor, an error an alert.
+    /// The subject of the open sheet: an entry opens the editor, an error opens an alert.
     using Subject = std::variant<LaunchEntry, About, Details, ResetConfirmation, AppError>;
 
     viewkit::Item sheet();
@@ -80,7 +80,7 @@ private:
     std::optional<Subject> m_sheet;
     bool m_launchAtLogin = false;
     bool m_loginNeedsApproval = false;
-    /// How the last successful import went.
+    /// The result of the last successful import.
     std::optional<QString> m_importMessage;
     QPointer<FilePanel> m_panel;
     QWidget *m_add = nullptr;

@@ -1,11 +1,11 @@
-// Why key combinations may not work, as lines of a view.
+// Views that list why key combinations may not work.
 #pragma once
 
 #include "viewkit/Item.h"
 
-/// A line for each warning, with a drawing before it.
+/// One line for each warning, with a symbol in front.
 viewkit::Item warningLines(viewkit::TextStyle style, std::function<QStringList()> warnings);
 
-/// The same, where screen readers are to say each when it appears.
+/// Like the above, but screen readers announce each warning when it appears.
 viewkit::Item announcedWarningLines(viewkit::TextStyle style,
                                     std::function<QStringList()> warnings);

@@ -5,5 +5,6 @@
 
 class UserDefaults;
 
-/// Shown until the user dismisses it, which the defaults remember. They must outlive the item.
+/// The card is shown until the user dismisses it, which the user defaults record. They must outlive
+/// the item.
 viewkit::Item welcomeCard(UserDefaults &defaults);

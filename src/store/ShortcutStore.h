@@ -1,5 +1,5 @@
-// The one owner of the user's list: loads and saves it, keeps the hot keys in step with it, runs
-// its entries and tells how that ended.
+// The only owner of the user's list: loads and saves it, keeps the hot keys in line with it, runs
+// its entries and reports the outcomes.
 #pragma once
 
 #include "model/AppError.h"
@@ -18,7 +18,8 @@ class UserDefaults;
 struct ExportItem;
 struct Platform;
 
-/// Main thread only. The platform's services and the center must outlive it and its runs.
+/// Main thread only. The platform's services and the center must outlive the store and the runs
+/// that it starts.
 class ShortcutStore : public QObject
 {
     Q_OBJECT
@@ -27,61 +28,61 @@ public:
     /// Loads the list and registers the stored combinations of its enabled entries.
     ShortcutStore(const Platform &platform, HotkeyCenter &center);
 
-    /// The program's one instance, which main makes and never destroys. There is none before main
-    /// has named it, which it does once the store has loaded the list.
+    /// The program's only instance. main creates it, never destroys it, and calls setShared() once
+    /// the list is loaded; until then there is none.
     static ShortcutStore &shared();
     static void setShared(ShortcutStore &store) { s_shared = &store; }
 
-    /// In the order of the list.
+    /// In list order.
     const QList<LaunchEntry> &entries() const { return m_entries; }
 
     /// While true, no combination is registered and fire() does nothing.
     bool paused() const { return m_paused; }
     void setPaused(bool paused);
 
-    /// The first of the errors that the user has not seen yet.
+    /// The first error that the user has not seen yet.
     std::optional<AppError> error() const;
 
-    /// The user has seen that error; the others stay.
+    /// Removes an error that the user has seen; the others stay.
     void clearError(const AppError &seen);
 
-    /// Replaces the entry that has the same id, or adds the entry at the end.
+    /// Replaces the entry that has the same id, or appends the entry.
     void upsert(const LaunchEntry &entry);
 
-    /// Removes the entries with the entry's id, and once the list is saved the stored combination.
+    /// Removes all entries with the entry's id and, once the list is saved, the stored combination.
     void deleteEntry(const LaunchEntry &entry);
 
-    /// Nothing happens if no entry has that id.
+    /// Does nothing if no entry has this id.
     void setEnabled(bool isEnabled, const QUuid &id);
 
     bool contains(const QUuid &id) const;
 
-    /// Runs the entry on a later turn of the event loop, paused, enabled or not, and reports the
-    /// outcome by sound and notification.
+    /// Runs the entry on a later turn of the event loop, even if it is disabled or the store is
+    /// paused, and reports the outcome by sound and notification.
     void run(const LaunchEntry &entry);
 
-    /// What a key press does: runs the entry if there is one with that id, it is enabled and the
-    /// store is not paused.
+    /// Handles a key press: runs the entry with this id if it exists and is enabled and the store
+    /// is not paused.
     void fire(const QUuid &id);
 
-    /// Publishes an error behind those that the user has not seen yet: a sentence, and the
-    /// underlying error's own words. It replaces one with the same sentence.
+    /// Queues an error behind those that the user has not seen yet: a sentence, and the message of
+    /// the underlying error. It replaces a queued error with the same sentence.
     void report(const QString &message, const Error &error);
 
     /// Removes the stored combination of every entry; the entries stay.
     void resetAllShortcuts();
 
-    /// The list with its combinations, as the bytes of a file that importData() understands.
+    /// The list with its key combinations, in the file format that importData() reads.
     QByteArray exportData() const;
 
-    /// Adds the entries of such a file at the end, as new ones; how many these were. Of a file that
-    /// is not valid nothing is added.
+    /// Appends the entries of an exported file as new ones and returns their number. An invalid
+    /// file adds nothing.
     Result<qsizetype> importData(const QByteArray &data);
 
     /// Why the combination that is stored under the name may not work, as sentences for the user:
-    /// first that the system uses it, then each enabled entry with the same keys but the excluded
-    /// one, in the order of the list. Of the system as last heard; observers hear when it has other
-    /// answers.
+    /// first that the system uses it, then each enabled entry with the same keys in list order,
+    /// except the excluded entry. Uses the system's last known answers; observers are notified when
+    /// these change.
     QStringList warnings(const KeyboardShortcuts::Name &name,
                          const std::optional<QUuid> &excluding = std::nullopt) const;
 
@@ -92,19 +93,20 @@ public:
     std::optional<KeyboardShortcuts::Shortcut>
     getShortcut(const KeyboardShortcuts::Name &name) const;
 
-    /// Stores a combination, or removes it, and makes that live. Announces nothing.
+    /// Stores the combination, or removes it, and updates the registered hot key. Does not notify
+    /// observers.
     void setShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
                      const KeyboardShortcuts::Name &name);
 
-    /// To be called when the stored combinations have changed, which observers show too.
+    /// Call this when stored combinations have changed, since observers show them too.
     void announceChange();
 
-    /// Whether the user wants a notification of every successful run; by default, yes.
+    /// Whether the user wants a notification of every successful run; true by default.
     static bool showRunNotification(const UserDefaults &defaults);
 
 Q_SIGNALS:
-    /// Comes before one of entries, paused and error changes, and also when only what views
-    /// derive from them has changed. So read them later, not in the slot.
+    /// Emitted before entries, paused or error change, and also when only values that views derive
+    /// from them have changed. Read the values later, not in the slot.
     void willChange();
 
 private:
@@ -114,7 +116,7 @@ private:
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
-    /// Whether the list is on disk now.
+    /// Returns whether the list has been written to disk.
     bool save();
 
     static inline ShortcutStore *s_shared = nullptr;
@@ -123,7 +125,7 @@ private:
     HotkeyCenter &m_center;
     EntriesFile m_file;
     QList<LaunchEntry> m_entries;
-    /// The enabled entries with each combination, in the order of the list; made when it is needed.
+    /// The enabled entries by combination, in list order; built on demand.
     mutable std::optional<EntriesByKeys> m_enabledByKeys;
     bool m_paused;
     QList<AppError> m_errors;

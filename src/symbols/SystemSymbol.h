@@ -1,15 +1,15 @@
-// The program's own drawings as icons: one-coloured symbols, and the image of its tray item.
+// Icons made from the program's own drawings: one-coloured symbols, and the image of the tray item.
 #pragma once
 
 #include <QColor>
 #include <QIcon>
 
-/// The drawing of this name in this colour, drawn anew for each size; paler where disabled, and in
-/// the colour of selected texts where selected.
-/// A null icon, with a warning, if there is no such drawing or Qt lacks its SVG plugin.
+/// The drawing with this name in this colour, rendered separately for each size. It is paler when
+/// disabled, and has the colour of selected text when selected. Null, with a warning, if there is
+/// no such drawing or Qt's SVG plugin is missing.
 QIcon systemSymbol(const QString &name, const QColor &color);
 
 enum class StatusEmphasis { Normal, Dimmed };
 
-/// The drawing of this name, framed by a square, for panels of any colour. Null as above.
+/// The drawing with this name on a square plate, legible on panels of any colour. Null as above.
 QIcon statusImage(const QString &name, StatusEmphasis emphasis);

@@ -1,4 +1,4 @@
-// What a widget of our own is to screen readers.
+// Sets the role that a widget reports to screen readers.
 #pragma once
 
 #include <QAccessible>
@@ -6,7 +6,7 @@
 namespace viewkit
 {
 
-/// The widget must not have been asked for its role before.
+/// Call this before anything asks for the widget's accessible interface, because Qt caches that.
 void setAccessibleRole(QWidget &widget, QAccessible::Role role);
 
 } // namespace viewkit

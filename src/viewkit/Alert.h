@@ -1,4 +1,4 @@
-// A sheet that tells the user something, or asks.
+// A sheet that informs the user or asks a question.
 #pragma once
 
 #include "viewkit/Item.h"
@@ -11,13 +11,14 @@ class Sheet;
 struct AlertContent {
     QString title;
     QString message;
-    /// A row.
+    /// A row of buttons.
     Item buttons;
-    /// What its close button and Escape do. Nothing closes it but what calls that or a button.
+    /// Called by the close button and Escape. The sheet closes only when this action or a button's
+    /// closes it.
     Action cancel;
 };
 
-/// To be shown by sheetWhen() or sheetFor().
+/// Show it with sheetWhen() or sheetFor().
 Sheet *alert(const AlertContent &content, QWidget *owner);
 
 } // namespace viewkit

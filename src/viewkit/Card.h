@@ -1,4 +1,4 @@
-// A rounded rectangle in a pale accent colour, with something on it.
+// A rounded rectangle in a pale accent colour, with content on it.
 #pragma once
 
 #include <QWidget>
@@ -11,7 +11,7 @@ class Card : public QWidget
     Q_OBJECT
 
 public:
-    /// The content becomes its own.
+    /// Takes ownership of the content.
     explicit Card(QWidget *content);
 
 protected:

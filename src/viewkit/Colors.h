@@ -1,4 +1,4 @@
-// The colours of texts, lines and frames, relative to what the desktop has set.
+// The colours of text, lines and frames, derived from the desktop's palette.
 #pragma once
 
 #include <QColor>
@@ -10,26 +10,27 @@ namespace viewkit
 enum class TextColor {
     secondary,
     disabled,
-    /// Of lines that divide.
+    /// Dividing lines.
     line,
-    /// Of frames that tell where a control is.
+    /// Frames around controls.
     frame,
     warning,
     error,
 };
 
-/// Whether texts are lighter than what they stand on.
+/// Whether text is lighter than its background.
 bool isDark(const QPalette &palette);
 
 bool isLegible(const QColor &text, const QColor &back);
 
-/// What is written on.
+/// The background of a text or symbol.
 enum class Surface {
     window,
     button,
 };
 
-/// Light or dark, so that texts and symbols are legible on that surface of the palette.
+/// Returns a light or dark variant, so that text and symbols are legible on this surface of the
+/// palette. Lines and frames are not adjusted.
 QColor color(TextColor textColor, const QPalette &palette, Surface surface = Surface::window,
              QPalette::ColorGroup group = QPalette::Active);
 

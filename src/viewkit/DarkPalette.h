@@ -1,4 +1,4 @@
-// The colours of the program on a dark desktop that does not say which.
+// The program's palette on a dark desktop that provides none.
 #pragma once
 
 #include <QPalette>

@@ -1,4 +1,5 @@
-// A line around what has the focus, for what some styles paint the same with the focus as without.
+// A line around the focused control, for controls that some styles paint the same with and without
+// the focus.
 #pragma once
 
 #include <QWidget>
@@ -11,7 +12,7 @@ class FocusRing : public QWidget
     Q_OBJECT
 
 public:
-    /// Becomes a part of the control, and lies upon it, that far from its edges in
+    /// The ring becomes a child of the control and is drawn over it, inset by this many
     /// device-independent pixels.
     FocusRing(QWidget *control, int inset);
 

@@ -1,5 +1,5 @@
-// What the body of a view is written with: its parts, in the order in which they stand on the
-// screen, and the rules that keep them in line with what they show.
+// The vocabulary of a view's body: its parts in the order in which they appear on the screen, and
+// the rules that keep them in line with the state that they show.
 #pragma once
 
 #include "viewkit/Colors.h"
@@ -20,8 +20,8 @@ class QWidget;
 namespace viewkit
 {
 
-/// Brings one widget in line with the state that it shows. Run again after each change, so it
-/// writes only what differs.
+/// Updates one widget to the state that it shows. It runs again after each change, so it writes
+/// only what differs.
 using Rule = std::function<void()>;
 using Predicate = std::function<bool()>;
 using Action = std::function<void()>;
@@ -34,9 +34,9 @@ struct Binding {
     std::function<void(const T &)> set;
 };
 
-/// A part of a body; its widget belongs to the body that it is put into.
+/// A part of a body. Its widget belongs to the body that contains it.
 struct Item {
-    /// What shows it; null for a part that only changes its row or column.
+    /// Null for a part that only adjusts its row or column.
     QWidget *widget = nullptr;
     std::function<void(QBoxLayout &)> adjust = {};
     QList<Rule> rules = {};
@@ -44,7 +44,8 @@ struct Item {
     int stretch = 0;
 };
 
-/// Things below and beside each other, without space between or around them unless they say so.
+/// Items arranged vertically or horizontally, without margins or spacing unless set by padding()
+/// and spacing().
 struct Column : Item {
     Column(std::initializer_list<Item> items);
 };
@@ -52,35 +53,35 @@ struct Row : Item {
     Row(std::initializer_list<Item> items);
 };
 
-/// Space that takes all that the others leave.
+/// Takes up the remaining space.
 struct Spacer : Item {
     Spacer();
 };
 
-/// Around and between the items of a row or column, in device-independent pixels.
+/// Space around and between the items of a row or column, in device-independent pixels.
 Item padding(int size);
 Item padding(int horizontal, int vertical);
 Item spacing(int size);
 
 Item divider();
 
-/// On one line.
+/// Text on one line.
 Item text(TextStyle style, const QString &text);
 Item text(TextStyle style, TextSource source);
 
-/// On as many lines as it takes; words that are too long for a line break anywhere.
+/// Text wrapped over as many lines as needed; words that are too long for a line break anywhere.
 Item paragraph(TextStyle style, const QString &text);
 Item paragraph(TextStyle style, TextSource source);
 
-/// On one line, shortened in the middle where that is too short; the tooltip has it whole.
+/// Text on one line, elided in the middle if it does not fit; the tooltip then shows all of it.
 Item shortenedText(TextStyle style, TextSource source);
 
-/// An item for each text, below each other, made anew when they change; nothing at all while there
-/// are none.
+/// One item for each text, in a column, rebuilt when the texts change; hidden while there are none.
 Item forEachText(int spacing, std::function<QStringList()> source,
                  std::function<Item(const QString &text)> makeItem);
 
-/// A drawing of ours, in the colour of texts; with a style, as high as a line of such text.
+/// One of the program's drawings, in the colour of text; with a style, as high as a line of that
+/// style.
 Item symbol(const QString &name, int side);
 Item symbol(const QString &name, TextStyle style);
 Item symbol(TextSource name, int side);
@@ -92,62 +93,62 @@ Item button(const QString &label, const QString &symbol, Action action);
 /// The button that Return presses.
 Item defaultButton(const QString &label, Action action);
 
-/// A button that removes something; with a drawing, it has its name as a tooltip instead.
+/// A button that removes something; the variant with a drawing shows its name as a tooltip.
 Item destructiveButton(const QString &label, Action action);
 Item destructiveButton(const QString &symbol, const QString &name, Action action);
 
 /// An on/off switch without a visible label.
 Item toggle(const QString &name, Binding<bool> isOn);
 
-/// One line of text to type. Its name is spoken by screen readers.
+/// A one-line text field. Screen readers speak its name.
 Item textField(const QString &name, const QString &placeholder, Binding<QString> content);
 
-/// The text field, which offers texts while the user types. They are asked for each time that it
-/// gets the focus.
+/// Makes the text field offer suggestions while the user types. They are fetched each time the
+/// field gets the focus.
 Item suggesting(std::function<QStringList()> suggestions, Item textField);
 
 /// A check box with its label.
 Item checkBox(const QString &label, Binding<bool> isOn);
 
-/// Text to read, select and scroll through, as high as that. Its name is spoken by screen readers.
+/// Read-only text of this height that can be selected and scrolled. Screen readers speak its name.
 Item scrolledText(const QString &name, TextStyle style, int height, const QString &text);
 
-/// A label and the choice of one of the titles, by index.
+/// A label and a choice among the titles, by index.
 Item picker(const QString &label, const QStringList &titles, Binding<int> choice);
 
-/// A widget that is made elsewhere, and the rule that it follows, if any.
+/// Wraps an existing widget, with an optional rule.
 Item widget(QWidget *widget, Rule rule = {});
 
-/// The item, changed:
+/// The functions below return the item, modified. tinted() sets the colour of its text or drawing.
 Item tinted(TextColor textColor, Item item);
-/// With its text in that style.
+/// Sets the style of its text.
 Item styled(TextStyle style, Item item);
-/// A text that screen readers say when it appears.
+/// Makes screen readers announce the text when it appears.
 Item announced(Item item);
-/// A button whose label screen readers say when it changes, as they do by themselves for the button
-/// that has the focus.
+/// Makes screen readers announce changes of the button's label. While the button has the focus,
+/// they do so by themselves.
 Item announcedChanges(Item item);
-/// On a rounded rectangle in a pale accent colour.
+/// Puts the item on a rounded rectangle in a pale accent colour.
 Item card(Item item);
 Item shownWhen(Predicate isShown, Item item);
 Item enabledWhen(Predicate isEnabled, Item item);
-/// Takes all the room that the others leave.
+/// Lets the item take up the remaining space.
 Item stretched(Item item);
-/// Exactly that wide, with what it shows in the middle.
+/// Gives the item exactly this width.
 Item fixedWidth(int width, Item item);
-/// At the upper edge of its row.
+/// Aligns the item with the upper edge of its row.
 Item alignTop(Item item);
-/// As wide as it wants to be, in the middle.
+/// Centres the item horizontally at its preferred width.
 Item centred(Item item);
-/// A text whose lines are centred, as wide as its column.
+/// Centres the lines of a text that is as wide as its column.
 Item centredLines(Item item);
 
-/// A dialog that is on the screen over the owner's window while the condition holds. It is made
-/// anew each time, is destroyed when it goes, and must leave it to the condition to close it.
+/// Shows a dialog over the owner's window while the condition holds. The dialog is created each
+/// time and destroyed when the condition ends. The dialog must not close itself.
 Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidget *owner)> make);
 
-/// The same for what a dialog is about, if there is anything; another subject has a dialog of its
-/// own.
+/// Like sheetWhen(), but shows a dialog for a subject while there is one; another subject gets a
+/// new dialog.
 template <typename Subject>
 Item sheetFor(QWidget *owner, std::function<std::optional<Subject>()> subject,
               std::function<QDialog *(const Subject &subject, QWidget *owner)> make)
@@ -156,7 +157,7 @@ Item sheetFor(QWidget *owner, std::function<std::optional<Subject>()> subject,
     const Item sheet = sheetWhen(
         owner, [shown, subject] { return *shown && *shown == subject(); },
         [shown, make = std::move(make)](QWidget *parent) { return make(**shown, parent); });
-    // The former one goes first.
+    // The rules run twice: the first run closes the dialog of the former subject.
     return {.rules =
                 sheet.rules + QList<Rule>{[shown, subject] { *shown = subject(); }} + sheet.rules};
 }

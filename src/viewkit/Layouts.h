@@ -1,4 +1,4 @@
-// Layouts that have to be right at once.
+// Layouts that are needed up to date at once.
 #pragma once
 
 class QWidget;
@@ -6,14 +6,14 @@ class QWidget;
 namespace viewkit
 {
 
-/// Brings the layouts of the widget and of all in it up to date; Qt does so on later turns of the
-/// event loop, one level at a time.
+/// Updates the layouts of the widget and all its descendants now; Qt would do so on later turns of
+/// the event loop, one level at a time.
 void settleLayouts(QWidget &widget);
 
-/// The height that the widget wants at that width, with all that it shows now.
+/// The height that the widget needs at this width, with its current content.
 int settledHeight(QWidget &widget, int width);
 
-/// Of one with a text, in the desktop's style and font.
+/// The height of a button with a text, in the desktop's style and font.
 int buttonHeight();
 
 } // namespace viewkit

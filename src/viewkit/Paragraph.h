@@ -1,4 +1,4 @@
-// A text on as many lines as it takes, which breaks within words that are too long for a line.
+// A text wrapped over as many lines as needed; it breaks within words that are too long for a line.
 #pragma once
 
 #include <QLabel>

@@ -1,6 +1,6 @@
-// The style of desktops that have none of their own: Fusion, which Qt brings along, with a dark
-// palette as well, and without what it leaves too faint: the texts of disabled controls and of what
-// is selected, and the frames of controls on dark surfaces.
+// The style for desktops that provide none: Qt's Fusion, with an optional dark palette. It
+// strengthens what Fusion leaves too faint: the text of disabled controls, selected text, and the
+// frames of controls on dark surfaces.
 #pragma once
 
 #include <QProxyStyle>
@@ -15,8 +15,8 @@ class PlainStyle final : public QProxyStyle
 public:
     PlainStyle();
 
-    /// Whether desktops that have no palette either get the dark one. Who changes that has the
-    /// palette polished anew.
+    /// Sets whether the dark palette is used if the desktop provides no palette either. Afterwards
+    /// the caller has to have the palette polished again.
     void setDark(bool isDark) { m_isDark = isDark; }
 
     using QProxyStyle::polish;

@@ -1,4 +1,4 @@
-// A window-modal dialog whose content decides when it ends.
+// A window-modal dialog that only its content can close.
 #pragma once
 
 #include <QDialog>
@@ -12,9 +12,9 @@ class Sheet : public QDialog
     Q_OBJECT
 
 public:
-    /// The content becomes the sheet's own, and settles its size; what does not fit on the screen
-    /// can be scrolled to. The sheet's close button and Escape call the cancelling action, and
-    /// leave it to that to close the sheet.
+    /// Takes ownership of the content, which determines the sheet's size; content that does not fit
+    /// on the screen can be scrolled. The close button and Escape only call the cancelling action,
+    /// which has to close the sheet.
     Sheet(const QString &title, QWidget *content, std::function<void()> cancel, QWidget *owner);
 
     void reject() override { m_cancel(); }

@@ -1,4 +1,4 @@
-// A text on one line that is shortened in the middle where there is too little room for it.
+// A text on one line that is elided in the middle if it does not fit.
 #pragma once
 
 #include <QLabel>

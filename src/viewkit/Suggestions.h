@@ -1,4 +1,4 @@
-// Offers texts below a field of one line while the user types in it.
+// Offers suggestions below a one-line field while the user types.
 #pragma once
 
 #include <QCompleter>
@@ -11,12 +11,12 @@ class QStringListModel;
 namespace viewkit
 {
 
-/// Those that contain what is typed, in any case; Down shows all below an empty field. They are
-/// asked for anew each time that the field gets the focus.
+/// Offers the texts that contain what is typed, ignoring case. Down in an empty field offers all.
+/// The texts are fetched each time the field gets the focus.
 class Suggestions final : public QCompleter
 {
 public:
-    /// Belongs to the field. The source must not be empty.
+    /// The field becomes the parent. The source must not be empty.
     Suggestions(QLineEdit *field, std::function<QStringList()> source);
 
     bool eventFilter(QObject *object, QEvent *event) override;

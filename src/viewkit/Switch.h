@@ -1,4 +1,4 @@
-// An on/off switch: a check box that looks like what it switches is live at once.
+// An on/off switch: a check box whose look says that it takes effect at once.
 #pragma once
 
 #include <QCheckBox>

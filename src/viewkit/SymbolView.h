@@ -1,4 +1,4 @@
-// One of our drawings on the screen, in the colour of texts.
+// A widget that shows one of the program's drawings in the colour of text.
 #pragma once
 
 #include <QColor>
@@ -29,7 +29,7 @@ protected:
 private:
     int m_side = 0;
     QString m_name;
-    /// What was drawn last, and in which colour and for which pixels.
+    /// The last rendering; it is valid for m_color and for its own device pixel ratio.
     QPixmap m_image;
     QColor m_color;
 };

@@ -1,4 +1,4 @@
-// The fonts of texts, relative to what the desktop has set.
+// The fonts of text, relative to the desktop's font.
 #pragma once
 
 #include <QFont>
@@ -17,7 +17,7 @@ enum class TextStyle {
     title3,
 };
 
-/// In the desktop's font as it is now.
+/// Uses the desktop's current font.
 QFont font(TextStyle style);
 
 } // namespace viewkit

@@ -1,4 +1,4 @@
-// The rule by which widgets follow the colours of the program.
+// The rule that keeps widgets in the program's colours.
 #pragma once
 
 #include "viewkit/Item.h"
@@ -6,7 +6,7 @@
 namespace viewkit
 {
 
-/// Keeps what the widget shows in that role in that colour, legible in its palette of the moment.
+/// Keeps the widget's palette role in this colour, legible in its current palette.
 Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor);
 
 } // namespace viewkit

@@ -1,5 +1,4 @@
-// A part of the screen that is described once, and brought in line with what it shows after each
-// change of that.
+// A widget that is described once, and updated after each change of the state that it shows.
 #pragma once
 
 #include "viewkit/Item.h"
@@ -16,14 +15,15 @@ class View : public QWidget
 public:
     explicit View(QWidget *parent = nullptr);
 
-    /// To be called once, as a rule by the constructor.
+    /// Call this once, usually in the constructor.
     void setBody(const Item &body);
 
-    /// What the view shows has changed or is about to: refreshes it on the next turn of the event
-    /// loop, once for all changes until then; if it is not on the screen, when it gets there.
+    /// Call this when the state that the view shows has changed or is about to. The view refreshes
+    /// once for all such calls, on the next turn of the event loop, or when it is next shown if it
+    /// is not visible.
     void invalidate();
 
-    /// Runs all rules, now.
+    /// Runs all rules immediately.
     void refresh();
 
 protected:
