@@ -15,7 +15,7 @@ namespace
 {
 using Completion = std::function<void(RunOutcome)>;
 
-/// Opens an address, and says what it means if that fails.
+/// Opens the URL; failure is the message for the user if that fails.
 void open(const QUrl &url, const QString &failure, Workspace &workspace, Completion completion)
 {
     workspace.open(url, [failure, completion = std::move(completion)](bool isOpened) {
@@ -39,7 +39,7 @@ void runApp(const LaunchEntry &entry, Workspace &workspace, Completion completio
         });
 }
 
-/// The name of the file or folder itself; the root folder is "/".
+/// The path's last component; "/" for the root folder.
 QString lastPathComponent(const QString &path)
 {
     const QString name = QFileInfo(QDir::cleanPath(path)).fileName();
@@ -114,7 +114,7 @@ std::optional<QUrl> shortcutURL(const QString &name)
 {
     if (!name.isValidUtf16())
         return std::nullopt;
-    // Encodes all but letters, digits and -._~
+    // Percent-encodes everything except letters, digits and -._~
     const QUrl url(u"shortcuts://run-shortcut?name="_s
                    + QString::fromLatin1(QUrl::toPercentEncoding(name)));
     return url.isValid() ? std::optional(url) : std::nullopt;
@@ -124,7 +124,7 @@ std::optional<QString> missingReason(const LaunchEntry &entry)
 {
     if (entry.kind == ActionKind::website || entry.kind == ActionKind::shortcut)
         return std::nullopt;
-    // An empty path exists nowhere either.
+    // This also covers an empty path, which never exists.
     return QFileInfo::exists(entry.target) ? std::nullopt : std::optional(u"Not found"_s);
 }
 

@@ -12,7 +12,7 @@ namespace
 {
 void deliver(UserNotificationCenter &center, const QString &title, const QString &body)
 {
-    // An identifier of its own, so that no notification replaces another.
+    // A unique identifier, so that no notification replaces another.
     center.add({QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(), title, body});
 }
 } // namespace

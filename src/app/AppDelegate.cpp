@@ -26,7 +26,8 @@ namespace
 {
 constexpr QSize comfortableSize(620, 560);
 
-/// In the middle of the screen that the user looks at, and no larger than that if it can be.
+/// Centres the window on the screen with the pointer, no larger than that screen if its minimum
+/// size permits.
 void place(QWidget &window)
 {
     const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
@@ -34,7 +35,7 @@ void place(QWidget &window)
     window.resize(comfortableSize.boundedTo(room.size()).expandedTo(window.minimumSizeHint()));
     QRect frame(QPoint(), window.size());
     frame.moveCenter(room.center());
-    // Its title bar must be in sight, in any case.
+    // Keep the title bar visible, even if the window is larger than the screen.
     window.move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
 }
 
@@ -145,7 +146,7 @@ void AppDelegate::quitApp()
 
 void AppDelegate::queueUpdate()
 {
-    // The store announces a change before it makes it, and often several of them in a row.
+    // The store announces a change before making it, and often several in a row.
     if (m_isUpdateQueued || !m_statusItem)
         return;
     m_isUpdateQueued = true;

@@ -14,9 +14,10 @@ CorvaneApp::CorvaneApp(int &argc, char **argv, const Platform &platform, Shortcu
 {
     setDesktopFileName(platform.bundleIdentifier);
     setQuitOnLastWindowClosed(false);
-    // Qt would go on for minutes after the window was closed: its cache of images is emptied bit by
-    // bit, and the threads that help with painting end after a while. Without that cache, a page of
-    // the application chooser (12 rows with SVG icons) is painted in 2 ms instead of 1.5 ms.
+    // Without these two settings Qt stays active for minutes after the window has closed: it
+    // empties its pixmap cache step by step, and the threads that help with painting expire later.
+    // Without that cache, a page of the application chooser (12 rows with SVG icons) is painted in
+    // 2 ms instead of 1.5 ms.
     QPixmapCache::setCacheLimit(0);
     QThreadPool::globalInstance()->setExpiryTimeout(-1);
 }

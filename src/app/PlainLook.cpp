@@ -24,6 +24,6 @@ void PlainLook::update()
     if (!m_style)
         return;
     m_style->setDark(m_appearance.prefersDark());
-    // That of the desktop, or else of the style.
+    // An empty palette selects the desktop's palette, or else the style's.
     QApplication::setPalette(QPalette());
 }

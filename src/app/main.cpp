@@ -1,4 +1,4 @@
-// The program's start: hot keys are live before anything of the GUI is built.
+// Starts the program: hot keys are live before any of the GUI is built.
 
 #include "app/CorvaneApp.h"
 #include "hotkeys/HotkeyCenter.h"
@@ -28,7 +28,7 @@ bool fire(const QUuid &id)
     return HotkeyCenter::shared().fire(LaunchEntry{.id = id}.shortcutName());
 }
 
-/// With which status the program ends here; nothing if it is to run.
+/// The exit status for the outcome of the claim; nothing if this instance is to run.
 std::optional<int> endOfClaim(InstanceClaim claim)
 {
     switch (claim) {
@@ -50,14 +50,14 @@ std::optional<int> endOfClaim(InstanceClaim claim)
 int main(int argc, char *argv[])
 {
     const auto tokens = StartupTokens::takeFromEnvironment();
-    // Writing beyond the limit of file sizes then fails, instead of ending the program.
+    // With SIGXFSZ ignored, writing beyond the file size limit fails instead of ending the program.
     std::signal(SIGXFSZ, SIG_IGN);
-    // Before the claim: the signal of another start would find no handler.
+    // Install the handlers before the claim: after it, another start may send a signal.
     ProcessSignals signals;
     SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
                             + u"/Corvane/entries.json.lock"_s);
-    // Without destructors: the bus's thread may still take a late answer, for which it needs what
-    // they would destroy.
+    // Skip the destructors: the bus's thread may still process a late reply, and needs what they
+    // would destroy.
     if (const auto status = endOfClaim(instance.claim(tokens)))
         std::_Exit(*status);
     const auto platform = LinuxPlatform::make();
@@ -85,10 +85,10 @@ int main(int argc, char *argv[])
     if (tokens != StartupTokens())
         session.userActivation().accept(tokens);
     app.appDelegate.applicationDidFinishLaunching();
-    // Perhaps nothing came on the screen that would tell the desktop that we are there.
+    // If no window has appeared, nothing else tells the desktop that the start is complete.
     StartupNotification::finish(tokens.startupId);
     const int status = CorvaneApp::exec();
-    // Without destructors: nothing needs closing, and an alert sound may still be under way in a
-    // thread.
+    // Skip the destructors: nothing needs closing, and a thread may still be playing an alert
+    // sound.
     std::_Exit(status);
 }

@@ -32,7 +32,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto maxWaitForBus = 2s;
-/// A host of notifications may have to be started first.
+/// Long enough for the notification host to be started first.
 constexpr auto maxWaitForNotification = 5s;
 
 struct Failure {
@@ -48,10 +48,10 @@ void writeTo(int stream)
         close(stream);
 }
 
-/// Returns when the answer is there.
+/// Launches the application and waits for the outcome.
 std::optional<Error> launch(const DesktopApp &app, const StartupTokens &tokens)
 {
-    // It may be started over the bus.
+    // The application may be started over D-Bus.
     avoidHangingSessionBus();
     AppLauncher launcher;
     std::optional<std::optional<Error>> outcome;
@@ -70,13 +70,14 @@ std::optional<Error> runScript(const QString &path, const StartupTokens &tokens)
     const auto child = spawn({{path}, {}, tokens});
     if (!child)
         return child.error();
-    // Not earlier, so that a bus that hangs does not delay the script.
+    // Connect only after the start, so that a hanging bus does not delay the script.
     avoidHangingSessionBus();
     moveToScopeOfItsOwn(*child, path.section(u'/', -1));
     return std::nullopt;
 }
 
-/// What was sent on the session bus would else end with us.
+/// Waits until the session bus has received what was sent; unsent messages would be lost when the
+/// program exits.
 void awaitBus()
 {
     const auto ping =
@@ -95,8 +96,8 @@ std::optional<Error> start(const QString &path, const StartupTokens &tokens)
     return error;
 }
 
-/// The failure, if it could not be started. Our own output goes where the Shortcut's goes from then
-/// on.
+/// Starts the Shortcut and returns the failure, if any. From the start on, the program's own output
+/// goes where the Shortcut's does.
 std::optional<Failure> run(const QByteArray &link, const StartupTokens &tokens,
                            const QString &journalSocket)
 {
@@ -115,12 +116,14 @@ std::optional<Failure> run(const QByteArray &link, const StartupTokens &tokens,
     return error ? std::optional(failure(*error)) : std::nullopt;
 }
 
-/// Returns when the desktop has it, or soon if it does not answer.
+/// Returns when the desktop has accepted the notification, or after a short wait if it does not
+/// answer.
 void notify(const Failure &failure)
 {
     avoidHangingSessionBus();
     DBusNotificationCenter center(applicationId, {});
-    // Shared with an answer that comes too late.
+    // The callback shares ownership of the loop, since the answer may come after this function has
+    // returned.
     const auto loop = std::make_shared<QEventLoop>();
     QTimer::singleShot(maxWaitForNotification, loop.get(), &QEventLoop::quit);
     center.add({.title = failure.title, .body = failure.reason}, [loop] { loop->quit(); });
@@ -131,7 +134,7 @@ void notify(const Failure &failure)
 int companionMain(int argc, char *argv[], const QString &journalSocket)
 {
     const auto tokens = StartupTokens::takeFromEnvironment();
-    // For our own words; what is started does not inherit it.
+    // For this program's own messages; started programs do not inherit it.
     const int errors = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (argc < 2) {
         dprintf(errors, "usage: corvane-shortcuts shortcuts://run-shortcut?name=NAME\n");

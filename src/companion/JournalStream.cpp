@@ -11,7 +11,7 @@
 
 namespace
 {
-/// Not connected, -1.
+/// A stream socket connected to the path; -1 if that fails.
 int connectTo(const QByteArray &path)
 {
     sockaddr_un address = {.sun_family = AF_UNIX};
@@ -26,10 +26,10 @@ int connectTo(const QByteArray &path)
     return -1;
 }
 
-/// What the journal reads before the first line.
+/// The header that the journal expects before the first line.
 QByteArray header(const QString &identifier)
 {
-    // No unit, the priority of information, which no line changes, and no copy to anybody else.
+    // No unit, priority 6 (information) for all lines, and no forwarding to other logs.
     return onOneLine(identifier).toUtf8() + "\n\n6\n0\n0\n0\n0\n";
 }
 } // namespace
@@ -40,7 +40,7 @@ int openJournalStream(const QString &socketPath, const QString &identifier)
     if (stream >= 0) {
         const QByteArray text = header(identifier);
         if (send(stream, text.constData(), size_t(text.size()), MSG_NOSIGNAL) == text.size()) {
-            // The journal has nothing to say.
+            // The journal never sends anything.
             shutdown(stream, SHUT_RD);
             return stream;
         }

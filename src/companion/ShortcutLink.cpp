@@ -16,8 +16,8 @@ bool isHexDigit(char character)
     return std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
 }
 
-/// What may stand in the value of a link's query as it is, but for &, with which the next begins.
-/// Letters beyond ASCII need no escapes where programs and people write links.
+/// Whether a link's query value may contain the character unescaped, except &, which starts the
+/// next value. Letters beyond ASCII are accepted, since programs and people write them unescaped.
 bool mayStandAsItIs(char character)
 {
     return uchar(character) >= 0x80 || (character >= 'a' && character <= 'z')
@@ -40,7 +40,8 @@ bool isPercentEncoded(QByteArrayView text)
     return true;
 }
 
-/// As messages show it. What comes from a web page must not turn the words around it.
+/// The text as shown in messages. Text from a web page must not change the direction of the words
+/// around it.
 QString shown(const QString &text)
 {
     return quoted(shortened(withoutDirections(onOneLine(text))));
@@ -61,7 +62,7 @@ Result<QString> shortcutName(const QByteArray &link)
         return notALink(link);
     const QByteArray bytes = QByteArray::fromPercentEncoding(encoded);
     const QString name = QString::fromUtf8(bytes);
-    // Bytes that are no text are not there any more.
+    // Decoding has dropped or replaced bytes that are not valid UTF-8.
     if (name.toUtf8() != bytes)
         return notALink(link);
     if (name.isEmpty())

@@ -1,4 +1,4 @@
-// Runs the Shortcut that its one argument, a link, names.
+// Runs the Shortcut named by a link, the only argument.
 
 #include "companion/Companion.h"
 

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The path of the file without links, so that a link stays when the file is replaced.
+/// The file's path with links resolved, so that replacing the file keeps the link.
 Result<QByteArray> pathOfFile(const QString &path)
 {
     const QFileInfo info(path);
@@ -28,7 +28,7 @@ Result<QByteArray> pathOfFile(const QString &path)
     return QFile::encodeName(info.exists() ? info.canonicalFilePath() : path);
 }
 
-/// The mode that the new file gets.
+/// The mode for the new file.
 mode_t modeFor(const QByteArray &path, FileAccess access)
 {
     if (access == FileAccess::userOnly)
@@ -36,8 +36,8 @@ mode_t modeFor(const QByteArray &path, FileAccess access)
     struct stat status = {};
     if (stat(path.constData(), &status) == 0)
         return status.st_mode & ACCESSPERMS;
-    // The umask can only be read by setting it; a strict one is safe for files that other threads
-    // create at the same time.
+    // The umask can only be read by setting it. The temporary one is strict, so that files which
+    // other threads create meanwhile are safe.
     const mode_t usual = umask(S_IRWXG | S_IRWXO);
     umask(usual);
     return DEFFILEMODE & ~usual;
@@ -56,7 +56,7 @@ bool writeAll(int file, const QByteArray &content)
     return true;
 }
 
-/// Makes a rename durable: without this, a loss of power could bring the old file back. Errors are
+/// Makes a rename durable: without this, a power failure could bring the old file back. Errors are
 /// ignored, because some file systems do not support it.
 void flushFolderOf(const QByteArray &path)
 {
@@ -77,12 +77,13 @@ Error systemError(int number)
 Result<QByteArray> readWhole(const QString &path, qint64 maxBytes)
 {
     QFile file(path);
-    // A pipe would be waited for, and a device may have no end.
+    // Reading a pipe would block, and a device may be endless.
     if (const QFileInfo info(path); info.exists() && !info.isFile())
         return Error{u"%1 is not a file."_s.arg(quoted(path))};
     if (!file.open(QIODevice::ReadOnly))
         return Error{file.errorString()};
-    // One more, since the size that a file tells is not always that of its content.
+    // Read one byte more than allowed, since the reported size of a file may differ from its
+    // content.
     QByteArray content = file.read(maxBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return Error{file.errorString()};
@@ -99,11 +100,11 @@ std::optional<Error> replaceContent(const QString &path, const QByteArray &conte
     if (!place)
         return place.error();
     QByteArray beside = *place + ".XXXXXX";
-    // With mode 0600 at most.
+    // This creates the file with mode 0600 at most.
     const int file = mkostemp(beside.data(), O_CLOEXEC);
     if (file < 0)
         return systemError();
-    // It may fail: some file systems have no modes.
+    // This may fail: some file systems have no modes.
     fchmod(file, modeFor(*place, access));
     std::optional<Error> error;
     if (!writeAll(file, content) || fsync(file) != 0
@@ -127,11 +128,11 @@ std::optional<Error> makePrivateFolder(const QString &path)
             return error;
     }
     const QByteArray name = QFile::encodeName(folder);
-    // The umask may take some of the user's own permissions away.
+    // The umask may have removed some of the user's own permissions.
     if (mkdir(name.constData(), S_IRWXU) == 0 && chmod(name.constData(), S_IRWXU) == 0)
         return std::nullopt;
     const Error error = systemError();
-    // Another program may have made it meanwhile.
+    // Another program may have created it meanwhile.
     if (QFileInfo(folder).isDir())
         return std::nullopt;
     return Error{u"The folder %1 could not be made: %2"_s.arg(quoted(path), error.description)};

@@ -12,11 +12,11 @@ namespace JsonCoding
 
 namespace
 {
-/// No file of ours goes deeper than a few levels. Each level of a hostile one takes a hundred times
-/// the memory of its bracket, and a copy of many levels overflows the stack.
+/// Far more than the few levels of the program's own files. Each level of a hostile file takes a
+/// hundred times the memory of its bracket, and copying many levels overflows the stack.
 constexpr int maxDepth = 100;
 
-/// Found out before, because the library takes the memory first.
+/// Checked before parsing, because the library allocates the memory first.
 bool isNestedTooDeeply(const QByteArray &text)
 {
     int depth = 0;
@@ -43,7 +43,7 @@ Error memberError(const char *key, const QString &expected)
         u"The value %1 is missing or is not %2."_s.arg(quoted(QString::fromLatin1(key)), expected)};
 }
 
-/// The member, or null where there is none, which no reader here accepts.
+/// The member; if it is missing, null, which no typed reader here accepts.
 const Json &member(const Json &object, const char *key)
 {
     static const Json nothing;
@@ -54,7 +54,7 @@ const Json &member(const Json &object, const char *key)
 
 Result<Json> parse(const QByteArray &text)
 {
-    // The library takes it for the end of the text.
+    // The library takes a zero byte for the end of the text.
     if (text.contains('\0'))
         return Error{u"The text contains a zero byte."_s};
     if (isNestedTooDeeply(text))
@@ -62,7 +62,7 @@ Result<Json> parse(const QByteArray &text)
     try {
         return Json::parse(text.cbegin(), text.cend());
     } catch (const Json::exception &exception) {
-        // It quotes what was read last, however long that is.
+        // The message quotes the last token, however long that is.
         return Error{shortened(QString::fromUtf8(exception.what()))};
     }
 }

@@ -13,21 +13,21 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What has that name; links are not followed. "none" if the path cannot be reached.
+/// The type of what is at the path, without following links; "none" if the path cannot be reached.
 std::filesystem::file_type typeOf(const QString &path)
 {
     std::error_code error;
     return std::filesystem::symlink_status(QFile::encodeName(path).constData(), error).type();
 }
 
-/// Whether anything has that name. A path that cannot be reached counts, so that it is never taken
-/// for a file that does not exist yet.
+/// Whether anything is at the path. An unreachable path counts as existing, so that it is never
+/// mistaken for a missing file.
 bool isThere(const QString &path)
 {
     return typeOf(path) != std::filesystem::file_type::not_found;
 }
 
-/// Whether the name belongs to something that is no file, such as a folder or a link.
+/// Whether something other than a regular file, such as a folder or a link, is at the path.
 bool isTakenByOther(const QString &path)
 {
     using Type = std::filesystem::file_type;
@@ -69,7 +69,7 @@ std::optional<Error> PrivateFile::write(const QByteArray &content)
             u"The file would be larger than %1."_s.arg(QLocale::c().formattedDataSize(m_maxBytes))};
     if (auto error = makeFolder())
         return error;
-    // Another program may have put something there since the file was read.
+    // Another program may have put something there after the file was read.
     const bool isInTheWay = isThere(m_path) && (m_isUnread || !QFileInfo(m_path).isFile());
     const QString kept = isInTheWay ? pathToKeep() : QString();
     if (isInTheWay) {
@@ -84,7 +84,7 @@ std::optional<Error> PrivateFile::write(const QByteArray &content)
     return error;
 }
 
-/// A name that is free, or that of an older kept file, which may be replaced.
+/// An unused path, or that of a file kept earlier, which may be replaced.
 QString PrivateFile::pathToKeep() const
 {
     const QString path = m_path + u".unreadable"_s;
@@ -96,7 +96,7 @@ QString PrivateFile::pathToKeep() const
 
 std::optional<Error> PrivateFile::keepAt(const QString &path) const
 {
-    // A readable file is copied, so that the original stays until the new file replaces it.
+    // A readable file is copied, so that the original remains until the new file replaces it.
     if (const auto content = readWhole(m_path, m_maxBytes))
         return replaceContent(path, *content, FileAccess::userOnly);
     if (rename(m_path, path))

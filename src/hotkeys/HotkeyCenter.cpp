@@ -49,7 +49,7 @@ void HotkeyCenter::installHandlerIfNeeded()
     if (m_installed)
         return;
     m_installed = true;
-    // Looked up and run only after the service has done with its event.
+    // Queued, so that the action runs only after the service has finished with its event.
     m_service.installHandler([this](HotkeyId pressed) {
         QMetaObject::invokeMethod(
             &m_queue, [this, id = pressed.id] { dispatch(id); }, Qt::QueuedConnection);
@@ -70,7 +70,7 @@ HotkeyId HotkeyCenter::hotkeyId(const QString &name)
 
 bool HotkeyCenter::fire(const Name &name) const
 {
-    // A copy: the action may replace or remove its own handler.
+    // Copy the action: it may replace or remove its own handler.
     const auto action = handlers.value(name.rawValue);
     if (action && !disabled.contains(name.rawValue))
         action();

@@ -28,7 +28,7 @@ bool isDesktopShortcut(const Shortcut &shortcut, SymbolicHotkeys &service)
 
 bool isHeldElsewhere(const Shortcut &shortcut, SymbolicHotkeys &service)
 {
-    // Numbers beyond that are no keys, and must not be taken for one.
+    // Larger numbers are not keys, and must not be truncated to one.
     return std::in_range<quint32>(shortcut.carbonKeyCode)
         && std::in_range<quint32>(shortcut.carbonModifiers)
         && service.isHeldElsewhere(quint32(shortcut.carbonKeyCode),

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A list of 300,000 entries is smaller.
+/// More than a list of 300,000 entries takes.
 constexpr qint64 maxListBytes = 64LL * 1024 * 1024;
 
 Error noPlace()

@@ -13,7 +13,7 @@ namespace
 /// The canonical text form: upper case, hyphens, no braces.
 QString canonicalText(const QUuid &id)
 {
-    // Of bytes, because long lists ask for it often, and upper case letters of Unicode take longer.
+    // Convert as bytes: long lists call this often, and Unicode upper-casing is slower.
     return QString::fromLatin1(id.toByteArray(QUuid::WithoutBraces).toUpper());
 }
 

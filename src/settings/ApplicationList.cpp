@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The text without what a search takes no notice of: case, accents and superfluous blanks.
+/// The text without what a search ignores: case, accents and superfluous spaces.
 QString folded(const QString &text)
 {
     QString letters;
@@ -20,7 +20,7 @@ QString folded(const QString &text)
     return letters.toCaseFolded().simplified();
 }
 
-/// Null if there is no such image.
+/// The themed icon; null if it does not exist.
 QIcon loadedIcon(const QString &icon)
 {
     const QIcon loaded = icon.isEmpty() ? QIcon() : QIcon::fromTheme(icon);
@@ -80,7 +80,7 @@ QVariant ApplicationList::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return icon(row(index));
     case Qt::ToolTipRole:
-        // What tells two of the same name apart.
+        // The path distinguishes applications with the same name.
         return QString(u"<span>"_s + path(index).toHtmlEscaped() + u"</span>"_s);
     default:
         return {};

@@ -26,8 +26,8 @@ constexpr QSize initialPanelSize(420, 520);
 constexpr int iconSide = 24;
 constexpr int rowPadding = 4;
 
-/// Rows as wide as the list, so that a long name is shortened, with some space around them; the
-/// names are below each other, however large the images are.
+/// Makes rows as wide as the list, so that long names are elided, and pads them. The names line up
+/// whatever size the icons have.
 class RowDelegate final : public QStyledItemDelegate
 {
 public:
@@ -120,7 +120,7 @@ Item ApplicationPanel::list()
         [this] { return m_model->rowCount() == 0; },
         announced(tinted(TextColor::secondary, text(TextStyle::body, u"No apps found"_s))));
     emptyText.widget->setAttribute(Qt::WA_TransparentForMouseEvents);
-    // Over the list and not in it, where screen readers find its rows only.
+    // The text lies over the list, not in it: inside the list screen readers find only the rows.
     auto *const both = new QWidget;
     auto *const layout = new QGridLayout(both);
     layout->setContentsMargins({});
@@ -179,7 +179,7 @@ void ApplicationPanel::browse()
     auto *const panel = new FilePanel(
         FilePanel::Choosable::files, windowTitle(), [this](const QString &path) { browsed(path); },
         this);
-    // All first, because any executable file is an app too.
+    // "All files" comes first, because any executable file is an app too.
     panel->setNameFilters({u"All files (*)"_s, u"Apps (*.desktop)"_s});
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->open();

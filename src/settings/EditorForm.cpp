@@ -28,7 +28,7 @@ QStringList kindTitles()
     return titles;
 }
 
-/// Nothing but blanks; a line break is none.
+/// Whether the text has only tabs and spaces. A line break is not blank.
 bool isBlank(const QString &text)
 {
     return std::ranges::all_of(text, [](QChar character) {
@@ -36,13 +36,13 @@ bool isBlank(const QString &text)
     });
 }
 
-/// The last component, without its extension.
+/// The path's last component without its extension.
 QString nameOfFile(const QString &path)
 {
     const QFileInfo file(QDir::cleanPath(path));
     if (file.isRoot())
         return u"/"_s;
-    // A dot at the beginning starts no extension.
+    // A leading dot starts no extension.
     return file.completeBaseName().isEmpty() ? file.fileName() : file.completeBaseName();
 }
 } // namespace
@@ -185,7 +185,7 @@ QString EditorForm::displayName(const QString &path) const
 
 void EditorForm::keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys)
 {
-    // On some desktops Return presses the button that has the focus, which would record again.
+    // On some desktops Return presses the focused button, which would start another recording.
     if (keys)
         m_confirmButton->setFocus();
     // The list behind the sheet and the menu show the combination too.
@@ -233,7 +233,7 @@ void EditorForm::cancel()
 {
     if (m_isClosed)
         return;
-    // What was never touched stays as it is, also if it cannot be read.
+    // Leave an unchanged combination alone, even if it cannot be read.
     const KeyboardShortcuts::Name name = m_original.shortcutName();
     if (m_store.getShortcut(name) != m_originalShortcut)
         m_store.setShortcut(m_originalShortcut, name);
@@ -241,7 +241,7 @@ void EditorForm::cancel()
     finish();
 }
 
-/// Keys and clicks that are still on their way to the sheet change nothing any more.
+/// Closes the form. Later keys and clicks have no effect.
 void EditorForm::finish()
 {
     m_isClosed = true;

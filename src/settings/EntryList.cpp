@@ -17,12 +17,12 @@ using namespace viewkit;
 
 namespace
 {
-/// Entries with the same id may want different heights for ever.
+/// Ends loops that would not converge: entries with the same id may need different heights.
 constexpr int maxRounds = 20;
-/// Above the first row and below the last one.
+/// The space above the first row and below the last one.
 constexpr int edgePadding = 5;
 
-/// What of the row can have the focus, in its order.
+/// The row's focusable controls, in tab order.
 QList<QWidget *> controlsOf(const EntryRow &row)
 {
     QList<QWidget *> controls = row.findChildren<QWidget *>();
@@ -71,7 +71,7 @@ void EntryList::layOut()
 std::optional<EntryList::Anchor> EntryList::anchor() const
 {
     const int place = verticalScrollBar()->value();
-    // Who has not scrolled stays at the beginning.
+    // At the very top there is nothing to anchor.
     if (place == 0)
         return std::nullopt;
     const auto row = m_rows.lowerBound(indexAt(place));
@@ -86,8 +86,8 @@ void EntryList::scrollTo(const Anchor &anchor)
     verticalScrollBar()->setValue(m_tops[size_t(index)] + anchor.offset);
 }
 
-/// How high a row is shows only when it is made, and may bring others into sight. Meanwhile what
-/// the user sees stays where it is.
+/// Shows the rows in sight. A row's height is known only once the row is laid out, and may bring
+/// other rows into sight. Meanwhile what the user sees keeps its position.
 void EntryList::showRows(std::optional<Anchor> place)
 {
     QScrollBar &bar = *verticalScrollBar();
@@ -105,7 +105,7 @@ void EntryList::showRows(std::optional<Anchor> place)
     orderRows();
 }
 
-/// Tells whether a row has turned out to have another height than it was taken to have.
+/// Returns whether a row's height differs from the assumed one.
 bool EntryList::showRowsInSight()
 {
     assignRows(wantedIndexes());
@@ -113,8 +113,8 @@ bool EntryList::showRowsInSight()
     int bottom = m_rows.isEmpty() ? 0 : m_tops[size_t(m_rows.firstKey())];
     bool isSurprised = false;
     for (auto item = m_rows.cbegin(); item != m_rows.cend(); ++item) {
-        // Higher rows than expected: those below may not be needed, and each may have many
-        // warnings.
+        // Rows turned out higher than assumed. The rows below may not be needed, and each may have
+        // many warnings.
         if (isSurprised && bottom > lowerEdge)
             break;
         EntryRow *const row = item.value();
@@ -130,7 +130,8 @@ bool EntryList::showRowsInSight()
     return isSurprised;
 }
 
-/// Those in sight and that with the focus, and one more on each side, to which the Tab key can go.
+/// The visible rows and the one with the focus, plus one row on either side, which the Tab key can
+/// reach.
 QSet<qsizetype> EntryList::wantedIndexes() const
 {
     QSet<qsizetype> wanted;
@@ -159,7 +160,8 @@ void EntryList::assignRows(QSet<qsizetype> wanted)
         m_rows.insert(index, row);
         wanted.remove(index);
     };
-    // When the entry with the focus goes, the focus stays where it is, on the next one.
+    // If the focused entry was removed, its row is reused for the next entry, so the focus stays in
+    // place.
     if (focused && !entries.isEmpty() && !m_store.contains(former.value(*focused)->entry().id))
         assign(std::min(*focused, entries.size() - 1), former.take(*focused));
     for (auto item = former.begin(); item != former.end();) {
@@ -179,7 +181,7 @@ void EntryList::assignRows(QSet<qsizetype> wanted)
     for (EntryRow *const row : std::as_const(spare)) {
         m_currentRows.remove(row);
         row->hide();
-        // Later: the event that has scrolled it away may have come through it.
+        // Delete the row later: the event that scrolled it away may have come through it.
         row->deleteLater();
     }
 }
@@ -199,7 +201,7 @@ void EntryList::orderRows()
     if (m_order == m_rows.values())
         return;
     m_order = m_rows.values();
-    // Qt puts nothing behind what cannot have the focus.
+    // Qt's tab order accepts only focusable widgets as predecessors.
     m_content->setFocusPolicy(Qt::TabFocus);
     QWidget *previous = m_content;
     for (EntryRow *const row : std::as_const(m_order)) {
@@ -226,13 +228,15 @@ void EntryList::computeTops()
     m_content->resize(viewport()->width(), m_tops.back() + edgePadding);
 }
 
-/// The row at that distance from the upper edge of all; -1 above them, their number below them.
+/// The row at this distance from the top of the content; -1 above the first row, the row count
+/// below the last one.
 qsizetype EntryList::indexAt(int place) const
 {
     return std::ranges::upper_bound(m_tops, place) - m_tops.begin() - 1;
 }
 
-/// Where the entry is now that was at that index; where it was, or the end, if it has gone.
+/// The current index of the entry that was at the former index. If the entry is gone: the former
+/// index, but at most the end of the list.
 qsizetype EntryList::placeOf(const QUuid &id, qsizetype former) const
 {
     const auto &entries = m_store.entries();
@@ -250,7 +254,7 @@ EntryRow *EntryList::makeRow()
     return row;
 }
 
-/// The row to which the key moves the focus from that one; it may lie beyond the ends.
+/// The row to which the key moves the focus. The index may be out of range.
 std::optional<qsizetype> EntryList::targetRow(const QKeyEvent &press, qsizetype from) const
 {
     if (press.modifiers() & ~Qt::KeypadModifier)
@@ -275,7 +279,7 @@ std::optional<qsizetype> EntryList::targetRow(const QKeyEvent &press, qsizetype 
     }
 }
 
-/// Moves the focus to the same control of another row, if the key does that.
+/// Moves the focus to the same control of another row, if the key is one that does so.
 bool EntryList::moveFocus(const QKeyEvent &press)
 {
     const auto from = focusedIndex();
@@ -291,7 +295,8 @@ bool EntryList::moveFocus(const QKeyEvent &press)
     }
     if (EntryRow *const row = m_rows.value(index)) {
         controlsOf(*row).at(control)->setFocus(Qt::TabFocusReason);
-        // Some styles show the focus only then. Qt takes no notice but of arrows and the Tab key.
+        // Some styles show the focus only with this attribute, which Qt sets only for arrow keys
+        // and Tab.
         window()->setAttribute(Qt::WA_KeyboardFocusChange);
         ensureWidgetVisible(row, 0, edgePadding);
     }
@@ -310,7 +315,7 @@ std::optional<qsizetype> EntryList::focusedIndex() const
 
 bool EntryList::eventFilter(QObject *watched, QEvent *event)
 {
-    // A row wants another height.
+    // A row needs another height.
     if (watched == m_content && event->type() == QEvent::LayoutRequest)
         layOut();
     if (event->type() == QEvent::KeyPress && moveFocus(*static_cast<QKeyEvent *>(event)))

@@ -33,7 +33,8 @@ QString symbolName(ActionKind kind)
     Q_UNREACHABLE();
 }
 
-/// At the upper edge of its row, but so low that its first line is beside the text of the buttons.
+/// Aligns the item with the upper edge of its row, lowered so that its first line is level with the
+/// text of the buttons.
 Item onFirstLine(std::function<int()> lineHeight, Item item)
 {
     Column column{std::move(item)};

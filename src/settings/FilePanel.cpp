@@ -20,7 +20,7 @@ FilePanel::FilePanel(Choosable choosable, const QString &title,
     , m_choosable(choosable)
     , m_onChoose(std::move(onChoose))
 {
-    // Desktops' own panels let choose either files or folders.
+    // Native panels let the user choose either files or folders, not both.
     if (choosable == Choosable::filesAndFolders)
         setOption(DontUseNativeDialog);
     if (choosable == Choosable::newJsonFile) {
@@ -32,7 +32,7 @@ FilePanel::FilePanel(Choosable choosable, const QString &title,
     nameButton();
     if (isDesktopsOwn())
         return;
-    // QFileDialog thinks that its button opens a folder, and says so.
+    // QFileDialog relabels its button, since it assumes that the button opens a folder.
     connect(this, &QFileDialog::currentChanged, this, &FilePanel::nameButton);
     connect(findChild<QLineEdit *>(), &QLineEdit::textChanged, this, &FilePanel::nameButton);
 }
@@ -50,7 +50,7 @@ void FilePanel::nameButton()
 void FilePanel::showEvent(QShowEvent *event)
 {
     QFileDialog::showEvent(event);
-    // To be typed over, all but the extension.
+    // Select the name without its extension, ready to be typed over.
     if (m_choosable == Choosable::newJsonFile && !isDesktopsOwn())
         findChild<QLineEdit *>()->setSelection(
             0, int(QFileInfo(proposedName).completeBaseName().size()));
@@ -74,7 +74,8 @@ void FilePanel::accept()
     }
 }
 
-/// Nothing is chosen yet. Desktops' own panels may have left the screen by now, though.
+/// Leaves the panel open, since nothing is chosen yet. A native panel may already have closed
+/// itself, so it is rejected.
 void FilePanel::keepOpen()
 {
     if (isDesktopsOwn())
@@ -83,19 +84,20 @@ void FilePanel::keepOpen()
 
 void FilePanel::choose(const QString &path)
 {
-    // Its list would still open once the folder is read, and take the focus away from what is next.
+    // The completer's list would still open once the folder is read, and take the focus from what
+    // comes next.
     if (auto *const field = findChild<QLineEdit *>())
         field->setCompleter(nullptr);
     m_onChoose(path);
     done(Accepted);
 }
 
-/// Adds the extension if it is missing, and asks before another file is replaced.
+/// Adds a missing extension, and asks before an existing file is replaced.
 void FilePanel::completeAndChoose(const QString &path)
 {
     const bool isComplete = path.endsWith(u".json"_s, Qt::CaseInsensitive);
     const QString whole = isComplete ? path : path + u".json"_s;
-    // The desktop's own panel has asked already, about the name that it knows.
+    // A native panel has already asked, but only about the name as typed.
     const bool isAsked = isDesktopsOwn() && isComplete;
     if (QFileInfo::exists(whole) && !isAsked)
         askToReplace(whole);
@@ -125,7 +127,7 @@ void FilePanel::askToReplace(const QString &path)
     box->open();
 }
 
-/// In its own words QFileDialog would wait for the answer.
+/// QFileDialog's own message box would run a nested event loop.
 QMessageBox *FilePanel::makeBox(const QString &text, QMessageBox::StandardButton button)
 {
     QWidget *const owner = isDesktopsOwn() ? parentWidget() : this;

@@ -99,7 +99,7 @@ void Recorder::handle(const KeyEvent &event)
 
 void Recorder::clear()
 {
-    // The button that was pressed goes.
+    // The focused button is about to be hidden.
     m_button->setFocus();
     store(std::nullopt);
 }

@@ -25,7 +25,8 @@ using namespace viewkit;
 namespace
 {
 constexpr QSize minViewSize(580, 480);
-/// An export of fifty thousand entries is smaller. JSON takes up to thirty times its size to read.
+/// More than an export of fifty thousand entries takes. Parsing JSON needs up to thirty times its
+/// size in memory.
 constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
 } // namespace
 
@@ -197,7 +198,7 @@ QDialog *SettingsView::makeSheet(const AppError &error, QWidget *owner)
                  owner);
 }
 
-/// The user deals with one thing at a time.
+/// Whether a sheet or panel is open. Only one is open at a time.
 bool SettingsView::hasSheet() const
 {
     return m_sheet || (m_panel && m_panel->isVisible());
@@ -214,7 +215,7 @@ void SettingsView::openSheet(const Subject &subject)
 void SettingsView::closeSheet()
 {
     m_sheet.reset();
-    // Now: a recording must not go on, nor another sheet be taken for this one.
+    // Refresh at once: a recording must stop, and another sheet must not be taken for this one.
     refresh();
 }
 
@@ -226,7 +227,8 @@ void SettingsView::addEntry()
 void SettingsView::deleteEntry(const LaunchEntry &entry)
 {
     m_store.deleteEntry(entry);
-    // Else the focus would go from the last one to what comes next, and means something else.
+    // Otherwise the focus would move from the last row to the next control, which does something
+    // else.
     if (!hasEntries())
         m_add->setFocus();
 }
@@ -237,11 +239,11 @@ void SettingsView::resetAllShortcuts()
     closeSheet();
 }
 
-/// Opens the alert of the store's first error, once nothing else is on the screen. It stays until
-/// the user closes it, whatever goes wrong meanwhile.
+/// Opens the alert for the store's first error once nothing else is open. It stays until the user
+/// closes it, whatever else goes wrong meanwhile.
 void SettingsView::alertNextError()
 {
-    // Window managers would show the alert alone, and not let its minimized owner come back.
+    // Window managers would show the alert alone and refuse to restore its minimized owner.
     if (hasSheet() || !isVisible() || window()->isMinimized())
         return;
     if (const auto error = m_store.error())
@@ -287,7 +289,7 @@ void SettingsView::open(FilePanel::Choosable choosable, const QString &title,
     m_panel = new FilePanel(choosable, title, std::move(onChoose), this);
     m_panel->setNameFilter(u"JSON files (*.json)"_s);
     m_panel->setAttribute(Qt::WA_DeleteOnClose);
-    // What went wrong meanwhile can be told now.
+    // Errors that were reported while the panel was open can be shown now.
     connect(m_panel, &QDialog::finished, this, &View::invalidate);
     m_panel->open();
 }
@@ -322,7 +324,7 @@ Binding<bool> SettingsView::showNotification()
     };
 }
 
-/// The window can become smaller than it is, but never hide a part of what it shows.
+/// Lets the user shrink the window only as far as its whole content remains visible.
 void SettingsView::fitToContent()
 {
     const int width = std::max(minViewSize.width(), layout()->totalMinimumSize().width());
@@ -335,7 +337,7 @@ bool SettingsView::event(QEvent *event)
     const bool isHandled = View::event(event);
     switch (event->type()) {
     case QEvent::WindowActivate:
-        // Files may have come and gone while the user was elsewhere, and the login item as well.
+        // Files may have changed while the user was elsewhere, and so may the login item.
         refreshLoginState();
         break;
     case QEvent::LayoutRequest:

@@ -7,7 +7,7 @@ using namespace viewkit;
 
 namespace
 {
-/// In characters of the usual width; that is some three lines. Names can be very long.
+/// The maximum length in average characters, about three lines. Names can be very long.
 constexpr int maxCharacters = 160;
 
 QString shortened(const QString &warning, TextStyle style)

@@ -22,7 +22,7 @@ namespace
 {
 const QString pauseAll = u"pauseAll"_s;
 
-/// Tells the user how a run of the entry ended.
+/// Reports the outcome of running the entry to the user.
 void tell(const RunOutcome &outcome, const LaunchEntry &entry, const Platform &platform)
 {
     switch (outcome.outcome) {
@@ -108,15 +108,15 @@ void ShortcutStore::upsert(const LaunchEntry &entry)
 
 void ShortcutStore::deleteEntry(const LaunchEntry &entry)
 {
-    // A copy: the entry may be one of the list, which ends here.
+    // Copy these: the entry may be an element of the list, destroyed below.
     const QUuid id = entry.id;
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
     m_center.sync(name);
     Q_EMIT willChange();
     m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
-    // Save the list first: a combination without an entry is harmless, but a program that is killed
-    // between the two writes must not leave an entry without its combination.
+    // Save the list first: a combination without an entry is harmless, but if the program is killed
+    // between the two writes, no entry may be left without its combination.
     if (save())
         setShortcut(std::nullopt, name);
 }
@@ -138,12 +138,12 @@ bool ShortcutStore::contains(const QUuid &id) const
 
 void ShortcutStore::run(const LaunchEntry &entry)
 {
-    // Bound to the application and not to the store: a run that has begun is told to its end.
+    // Bound to the application, not to the store: a run that has begun is always reported.
     const auto start = [entry, &platform = m_platform, store = QPointer(this)] {
         ActionRunner::run(entry, platform.workspace,
                           [entry, &platform, store](const RunOutcome &outcome) {
                               tell(outcome, entry, platform);
-                              // More targets may have gone missing.
+                              // More targets may be missing by now.
                               if (store && outcome.outcome == RunOutcome::Case::missing)
                                   Q_EMIT store->willChange();
                           });
@@ -163,7 +163,7 @@ void ShortcutStore::fire(const QUuid &id)
 void ShortcutStore::report(const QString &message, const Error &error)
 {
     Q_EMIT willChange();
-    // An error that is repeated while the window is hidden makes one alert.
+    // An error that recurs while the window is hidden causes only one alert.
     m_errors.removeIf([&message](const AppError &other) { return other.message == message; });
     m_errors.append(AppError{.message = message, .details = error.description});
 }
@@ -175,7 +175,7 @@ void ShortcutStore::resetAllShortcuts()
         for (const LaunchEntry &entry : std::as_const(m_entries))
             setShortcut(std::nullopt, entry.shortcutName());
     }
-    // The list is the same, but every entry has other keys.
+    // The list is unchanged, but its entries have lost their keys.
     Q_EMIT willChange();
 }
 
@@ -285,7 +285,7 @@ void ShortcutStore::registerHandler(const LaunchEntry &entry)
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
     m_center.sync(name);
-    // By id, not a copy: a press runs the entry as it is then.
+    // Capture the id, not a copy: a press runs the entry in its current state.
     m_center.handlers.insert(name.rawValue, [store = QPointer(this), id = entry.id] {
         const auto fire = [store, id] { store->fire(id); };
         if (store)

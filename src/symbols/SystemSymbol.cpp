@@ -18,7 +18,8 @@ constexpr int commonGrid = 16;
 constexpr qreal disabledOpacity = 0.4;
 constexpr qreal dimmedOpacity = 0.5;
 
-/// Every symbol is drawn on the common grid, some also on grids at whose sizes that looks coarse.
+/// The file of the drawing that suits the size. Every symbol is drawn on the common grid; some also
+/// have finer grids for sizes at which that looks coarse.
 QString drawingFile(const QString &name, int side)
 {
     for (const int grid : {32, 24, 22, 20}) {
@@ -29,9 +30,9 @@ QString drawingFile(const QString &name, int side)
     return u":/symbols/%1/%2.svg"_s.arg(commonGrid).arg(name);
 }
 
-/// In the file's own colors; null if there is no such symbol. Each file is read once for each size,
-/// since reading takes far longer than painting, and a list paints its symbols with each step that
-/// it is scrolled. The few symbols and sizes that a program shows take little memory.
+/// The drawing in the file's own colours; null if there is no such symbol. Results are cached for
+/// each size, since reading a file takes far longer than painting, and a list paints its symbols
+/// with each scroll step. The few symbols and sizes that a program shows take little memory.
 QImage shape(const QString &name, int side)
 {
     static QHash<std::pair<QString, int>, QImage> known;
@@ -64,7 +65,7 @@ struct Layer {
     QColor color;
 };
 
-/// Draws the layers, the last one on top, at the very size that is asked for.
+/// Renders the layers at exactly the requested size, the last one on top.
 class SymbolEngine : public QIconEngine
 {
 public:
@@ -95,21 +96,22 @@ public:
         const QPoint corner((size.width() - side) / 2, (size.height() - side) / 2);
         for (const auto &layer : m_layers)
             painter.drawImage(corner, drawing(layer.symbol, color(layer, mode), side));
-        // All at once, or the lower layers would shine through the upper ones.
+        // Apply the opacity to the whole image, or the lower layers would shine through the upper
+        // ones.
         painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
         painter.fillRect(image.rect(), QColor::fromRgbF(0, 0, 0, opacity(mode)));
         painter.end();
         return QPixmap::fromImage(image);
     }
 
-    /// Trays ask for these sizes, and those on the bus get no others.
+    /// The sizes that trays ask for. Trays on the bus receive no others.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
     {
         return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}, {96, 96}};
     }
 
 private:
-    /// In a selected row, that of its text.
+    /// In a selected row, symbols have the colour of its text.
     static QColor color(const Layer &layer, QIcon::Mode mode)
     {
         return mode == QIcon::Selected ? QGuiApplication::palette().color(QPalette::HighlightedText)
@@ -142,7 +144,7 @@ QIcon systemSymbol(const QString &name, const QColor &color)
 
 QIcon statusImage(const QString &name, StatusEmphasis emphasis)
 {
-    // A dark plate shows on light panels, and what is light upon it on dark ones.
+    // The dark plate is visible on light panels, the light symbol on it on dark ones.
     const QList<Layer> layers{
         {u"status.plate"_s, QColor(0x26, 0x2a, 0x2c)},
         {name, Qt::white},
