@@ -1,8 +1,8 @@
-# Adds to what is about to be packaged what Debian wants of every package.
+# Adds the files that Debian requires of every package to the folder that is about to be packaged.
 set(share ${CPACK_TEMPORARY_DIRECTORY}/usr/share)
 set(doc ${share}/doc/corvane)
 
-# run COMMAND...: the package is not made if a step fails.
+# run COMMAND...: runs a command; packaging stops if it fails.
 macro(run)
     execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE
         COMMAND_ERROR_IS_FATAL ANY)

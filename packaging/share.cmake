@@ -1,4 +1,4 @@
-# Puts the files by which desktops know Corvane into a data folder, or takes them away again.
+# Installs the files that make Corvane known to desktops into a data folder, or removes them.
 #
 # usage: cmake -D DATA=<such as /usr/share> -D BIN=<the folder of the programs> -P share.cmake
 #        cmake -D DATA=<the same> -D REMOVE=ON -P share.cmake
@@ -12,19 +12,19 @@ set(files
     metainfo/org.corvane.Corvane.metainfo.xml
 )
 
-# By the rule of all texts in such files.
+# Escapes backslashes, as in every string value of such files.
 function(set_escaped variable text)
     string(REPLACE "\\" "\\\\" text "${text}")
     set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
-# As the first word of an Exec line.
+# Quotes the program as the first word of an Exec line.
 function(set_exec variable program)
     if(program MATCHES "[^A-Za-z0-9/._+-]")
         string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" program "${program}")
         string(REPLACE "%" "%%" program "${program}")
         set_escaped(program "\"${program}\"")
-        # GIO looks for the first word as it stands.
+        # GIO looks up the first word literally, with its %% unexpanded.
         if(program MATCHES "%")
             string(PREPEND program "env ")
         endif()
@@ -32,7 +32,7 @@ function(set_exec variable program)
     set(${variable} "${program}" PARENT_SCOPE)
 endfunction()
 
-# As a word of the shell, which service files have in their Exec lines.
+# Quotes the program as a shell word, as in the Exec lines of service files.
 function(set_service variable program)
     if(program MATCHES "[^A-Za-z0-9/._+-]")
         string(REPLACE "'" "'\"'\"'" program "${program}")
@@ -42,7 +42,7 @@ function(set_service variable program)
 endfunction()
 
 if(BIN STREQUAL "/usr/bin")
-    # Every search path has it.
+    # Every PATH contains it.
     set(folder "")
 else()
     set(folder "${BIN}/")
@@ -51,7 +51,7 @@ set_exec(EXEC_CORVANE "${folder}corvane")
 set_exec(EXEC_SHORTCUTS "${folder}corvane-shortcuts")
 set_escaped(TRY_CORVANE "${folder}corvane")
 set_escaped(TRY_SHORTCUTS "${folder}corvane-shortcuts")
-# The bus does not search.
+# D-Bus does not search PATH.
 set_service(SERVICE_CORVANE "${BIN}/corvane")
 
 foreach(file IN LISTS files)
