@@ -23,7 +23,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 
 void setAccessibleRole(QWidget &widget, QAccessible::Role role)
 {
-    // Qt keeps one of each.
+    // Qt installs each factory only once, so repeated calls are harmless.
     QAccessible::installFactory(makeInterface);
     widget.setProperty(roleProperty, int(role));
 }

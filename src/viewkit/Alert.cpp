@@ -13,7 +13,8 @@ namespace
 {
 constexpr int alertWidth = 400;
 
-/// The space bar is to do what Return does, and not what the first button happens to be.
+/// Makes the space bar press the default button, as Return does, and not whichever button comes
+/// first.
 void focusDefaultButton(const QWidget &view)
 {
     for (auto *const button : view.findChildren<QPushButton *>()) {
@@ -36,7 +37,7 @@ Sheet *alert(const AlertContent &content, QWidget *owner)
     });
     auto *const sheet = new Sheet(content.title, view, content.cancel, owner);
     setAccessibleRole(*sheet, QAccessible::AlertMessage);
-    // What screen readers say when it opens, besides its title.
+    // Screen readers speak this after the title when the alert opens.
     sheet->setAccessibleDescription(content.message);
     focusDefaultButton(*view);
     return sheet;

@@ -9,7 +9,8 @@ namespace viewkit
 
 namespace
 {
-/// Between a text and what it stands on: 4.5 as in level AA of WCAG 2, and room for rounding.
+/// The minimum contrast between a text and its background: the 4.5 of WCAG 2 level AA, plus room
+/// for rounding.
 constexpr double minContrast = 4.6;
 
 QColor mixed(const QColor &front, const QColor &back, float share)
@@ -18,7 +19,7 @@ QColor mixed(const QColor &front, const QColor &back, float share)
     const QColor color =
         QColor::fromRgbF(mix(front.redF(), back.redF()), mix(front.greenF(), back.greenF()),
                          mix(front.blueF(), back.blueF()));
-    // As it is on the screen.
+    // Rounded to 8 bits per channel, as on the screen.
     return color.rgb();
 }
 
@@ -38,18 +39,19 @@ double contrastRatio(const QColor &one, const QColor &other)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-/// All that can be behind a text there.
+/// All colours that can be behind a text on this surface.
 QList<QColor> backs(const QPalette &palette, Surface surface, QPalette::ColorGroup group)
 {
     const auto color = [&](QPalette::ColorRole role) { return palette.color(group, role); };
     if (surface == Surface::window)
         return {color(QPalette::Window), color(QPalette::Base)};
-    // As it is, and as styles paint it.
+    // The palette's colour, and the lighter one that styles paint buttons with.
     const QColor button = color(QPalette::Button);
     return {button, button.lighter(150)};
 }
 
-/// The colour, or as little of the text's colour mixed in as makes it legible on all of them.
+/// The wanted colour, with as little of the text colour mixed in as makes it legible on all
+/// surfaces.
 QColor legible(const QColor &wanted, const QColor &text, const QList<QColor> &surfaces)
 {
     QColor color = wanted;

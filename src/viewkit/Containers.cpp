@@ -88,10 +88,10 @@ Item forEachText(int spacing, std::function<QStringList()> source,
         for (const QString &text : texts) {
             const Item item = makeItem(text);
             layout->addWidget(item.widget);
-            // So that a text is there when its label is shown.
+            // Run the rules first, so that the label already has its text when it is shown.
             for (const Rule &rule : item.rules)
                 rule();
-            // At once; the layout shows it on a later turn of the event loop.
+            // Show it now; otherwise the layout would do so on a later turn of the event loop.
             item.widget->show();
             rules += item.rules;
         }

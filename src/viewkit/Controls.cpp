@@ -24,10 +24,10 @@ namespace viewkit
 
 namespace
 {
-/// Some styles leave a long label no room.
+/// The minimum space on either side of a button's label; some styles leave none beside a long one.
 constexpr int roomBesideLabel = 12;
 
-/// Deaf to the repeats of a key that is still held from a dialog before.
+/// A button that ignores auto-repeats of a key that is still held from an earlier dialog.
 class Button : public QPushButton
 {
 public:
@@ -37,7 +37,7 @@ public:
         const int label = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
         if (!text().isEmpty())
             size = size.expandedTo({label + 2 * roomBesideLabel, 0});
-        // In line with those beside it.
+        // Match the height of buttons without an icon.
         if (!icon().isNull())
             size.setHeight(buttonHeight());
         return size;
@@ -53,7 +53,7 @@ protected:
     }
 };
 
-/// Takes a double click for a click: by the second one the next thing may be in this place.
+/// Treats a double click as one click: by the second click something else may be in this place.
 class DecisiveButton final : public Button
 {
 protected:
@@ -65,23 +65,23 @@ QPushButton *pushButton(const QString &label, Action action)
 {
     auto *const button = new Kind;
     button->setText(label);
-    // Return presses the default button, whichever has or had the focus.
+    // Return always presses the default button, whichever button has or had the focus.
     button->setAutoDefault(false);
     QObject::connect(button, &QPushButton::clicked, button, std::move(action));
     return button;
 }
 
-/// Changes by clicks and keys only: who scrolls past it with the wheel does not mean it.
+/// Ignores the wheel, so that scrolling past the box does not change it.
 class PickerBox final : public QComboBox
 {
 protected:
     void wheelEvent(QWheelEvent *event) override { event->ignore(); }
 };
 
-/// A control that is on or off, and follows the binding.
+/// Binds a control that is on or off.
 Item bound(QAbstractButton *control, Binding<bool> isOn)
 {
-    // Not clicked, which assistive programs do not cause.
+    // Use toggled, because assistive programs do not trigger clicked.
     QObject::connect(control, &QAbstractButton::toggled, control, std::move(isOn.set));
     return {.widget = control, .rules = {[control, get = std::move(isOn.get)] {
                                    const QSignalBlocker itIsNotTheUser(control);
@@ -89,11 +89,11 @@ Item bound(QAbstractButton *control, Binding<bool> isOn)
                                }}};
 }
 
-/// Keeps the button's drawing in the colour of its text, or in that colour.
+/// Keeps the button's drawing in the given colour, or else in the colour of its text.
 Rule drawn(QPushButton *button, const QString &symbol,
            std::optional<TextColor> textColor = std::nullopt)
 {
-    // Making an icon reads a drawing, so only for a new colour.
+    // Creating an icon reads the drawing, so do it only when the colour changes.
     const auto drawnIn = std::make_shared<QColor>();
     return [button, symbol, textColor, drawnIn] {
         const QPalette palette = button->palette();
@@ -129,7 +129,7 @@ Item defaultButton(const QString &label, Action action)
 {
     auto *const button = pushButton<DecisiveButton>(label, std::move(action));
     button->setDefault(true);
-    // Within the outline that it has in any case.
+    // The inset puts the ring inside the outline that a default button always has.
     new FocusRing(button, 3);
     return {.widget = button};
 }
@@ -177,14 +177,14 @@ Item textField(const QString &name, const QString &placeholder, Binding<QString>
     field->setMaxLength(std::numeric_limits<int>::max());
     field->setAccessibleName(name);
     field->setPlaceholderText(placeholder);
-    // Not textEdited, which assistive programs that set the text do not cause.
+    // Use textChanged, because assistive programs that set the text do not trigger textEdited.
     QObject::connect(field, &QLineEdit::textChanged, field, content.set);
-    // The cursor stays where it is while the text is what the user types.
+    // Write only a text that differs, so that the cursor stays in place while the user types.
     const Rule rule = [field, get = std::move(content.get)] {
         if (const QString text = get(); field->text() != text)
             field->setText(text);
     };
-    // Some desktops leave that colour to chance.
+    // Some desktops provide no usable colour for placeholder text.
     return {
         .widget = field,
         .rules = {rule, tint(field, QPalette::PlaceholderText, TextColor::secondary)},

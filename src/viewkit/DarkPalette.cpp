@@ -16,7 +16,7 @@ struct Shade {
 constexpr QRgb darkWindow = 0x353535;
 constexpr QRgb darkText = 0xeeeeee;
 constexpr QRgb darkDisabledText = 0x999999;
-/// Light, so that the focus shows.
+/// Light, so that the focus is visible.
 constexpr QRgb darkAccent = 0x5ba3ea;
 
 constexpr std::array darkShades{

@@ -12,7 +12,8 @@ namespace viewkit
 
 namespace
 {
-/// Screen readers say its name when it appears, whatever the role of the widget itself.
+/// Adds an invisible child whose name screen readers announce when it appears, whatever the role of
+/// the widget itself.
 QWidget *noticeOn(QWidget *widget)
 {
     auto *const notice = new QWidget(widget);
@@ -33,7 +34,7 @@ Item widget(QWidget *widget, Rule rule)
 
 Item tinted(TextColor textColor, Item item)
 {
-    // Whatever it lies upon.
+    // Use WindowText, whatever surface the item lies on.
     item.widget->setForegroundRole(QPalette::WindowText);
     item.rules.append(tint(item.widget, QPalette::WindowText, textColor));
     return item;
@@ -66,7 +67,7 @@ Item announcedChanges(Item item)
     item.rules.append([button, notice = noticeOn(button)] {
         if (notice->accessibleName() == button->text())
             return;
-        // Hidden first, because only what appears is said.
+        // Hide it first: screen readers announce a message only when it appears.
         notice->hide();
         notice->setAccessibleName(button->text());
         notice->setVisible(button->isVisible() && !button->hasFocus());
@@ -82,7 +83,7 @@ Item card(Item item)
 
 Item shownWhen(Predicate isShown, Item item)
 {
-    // First, so that a text is there when its label is shown.
+    // The item's other rules run first, so that a label has its text when it is shown.
     item.rules.append([widget = item.widget, isShown = std::move(isShown)] {
         if (const bool wanted = isShown(); widget->isHidden() == wanted)
             widget->setVisible(wanted);
@@ -126,7 +127,7 @@ Item centredLines(Item item)
 Item centred(Item item)
 {
     item = centredLines(std::move(item));
-    // An alignment of the item itself would take no notice of texts on several lines.
+    // An alignment of the item itself would not take wrapped text into account.
     return Row{Spacer{}, std::move(item), Spacer{}};
 }
 

@@ -10,17 +10,18 @@ namespace viewkit
 
 namespace
 {
-/// In characters of the usual width: longer words break where there is no room. No word of our own
+/// In average characters: longer words break if there is no room. No word of the program's own
 /// texts is longer.
 constexpr int maxWordLength = 16;
 
-/// What QLabel takes for the longest line that reads well, in the same measure.
+/// QLabel's own maximum for a readable line, in the same unit.
 constexpr int maxLineLength = 80;
 } // namespace
 
 Paragraph::Paragraph()
 {
-    // The lines themselves are ours, because QLabel's break only between words.
+    // Enables height-for-width. The class breaks the lines itself, because QLabel breaks only
+    // between words.
     setWordWrap(true);
 }
 

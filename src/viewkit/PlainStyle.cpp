@@ -13,10 +13,10 @@ namespace viewkit
 
 namespace
 {
-/// The frames of Fusion's buttons and fields.
+/// The corner radius of Fusion's buttons and fields.
 constexpr qreal frameRadius = 2;
 
-/// Whether Fusion gives it a frame in the accent colour.
+/// Whether Fusion frames the element in the accent colour.
 bool isMarked(QStyle::PrimitiveElement element, const QStyleOption &option)
 {
     const bool hasFocus = option.state & QStyle::State_HasFocus;
@@ -28,7 +28,7 @@ bool isMarked(QStyle::PrimitiveElement element, const QStyleOption &option)
             || (hasFocus && option.state & QStyle::State_KeyboardFocusChange));
 }
 
-/// How round the frame of such an element is; nothing if it has none to be seen.
+/// The corner radius of the element's frame; nothing if it has no visible frame.
 std::optional<qreal> radiusOfFrame(QStyle::PrimitiveElement element)
 {
     switch (element) {
@@ -44,7 +44,7 @@ std::optional<qreal> radiusOfFrame(QStyle::PrimitiveElement element)
     }
 }
 
-/// Pale, but legible.
+/// Gives disabled text a pale but legible colour.
 void disable(QPalette &palette, QPalette::ColorRole role, Surface surface)
 {
     palette.setColor(QPalette::Disabled, role, color(TextColor::disabled, palette, surface));
@@ -57,7 +57,8 @@ QColor darkened(QColor back, const QColor &text)
     return back;
 }
 
-/// On dark surfaces the accent colour, which also marks the focus, has to stay light.
+/// Adjusts the text on a dark palette and the background on a light one: on dark surfaces the
+/// accent colour, which also marks the focus, has to stay light.
 void makeSelectionLegible(QPalette &palette, QPalette::ColorGroup group)
 {
     const QColor text = palette.color(group, QPalette::HighlightedText);
@@ -78,7 +79,7 @@ PlainStyle::PlainStyle()
 
 void PlainStyle::polish(QPalette &palette)
 {
-    // What Qt takes where the desktop has none.
+    // The standard palette means that the desktop provides none.
     if (m_isDark && palette == standardPalette())
         palette = darkPalette();
     disable(palette, QPalette::WindowText, Surface::window);

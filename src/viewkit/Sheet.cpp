@@ -13,7 +13,7 @@ namespace viewkit
 
 namespace
 {
-/// What a window manager may put above and below the sheet.
+/// The space reserved for what window managers add above and below the sheet.
 constexpr int roomForFrame = 60;
 } // namespace
 
@@ -23,7 +23,7 @@ Sheet::Sheet(const QString &title, QWidget *content, std::function<void()> cance
     , m_cancel(std::move(cancel))
 {
     setWindowTitle(title);
-    // A sheet out of sight would leave its owner locked for no visible reason.
+    // No minimize button: a minimized sheet would leave its owner blocked for no visible reason.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint
                    | Qt::WindowCloseButtonHint);
     auto *const area = new QScrollArea;
@@ -46,7 +46,7 @@ bool Sheet::eventFilter(QObject *watched, QEvent *event)
 
 void Sheet::keyPressEvent(QKeyEvent *event)
 {
-    // A key that is still held from a dialog before this one answers nothing here.
+    // Ignore auto-repeats: the key may still be held from an earlier dialog.
     if (!event->isAutoRepeat())
         QDialog::keyPressEvent(event);
 }

@@ -16,7 +16,7 @@ Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidge
                     return;
                 if (wanted) {
                     *sheet = make(owner);
-                    // Later: the owner may be on its way to the screen only.
+                    // Open it later: the owner may not be on the screen yet.
                     const auto open = [sheet, made = sheet->data()] {
                         if (*sheet == made)
                             made->open();

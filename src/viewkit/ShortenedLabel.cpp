@@ -19,7 +19,7 @@ ShortenedLabel::ShortenedLabel()
 
 QSize ShortenedLabel::sizeHint() const
 {
-    // The height of the text, which may need other fonts than this one.
+    // Measure this text, since it may need fallback fonts of another height.
     return fontMetrics().size(0, onOneLine(text())) + QSize(1, 0);
 }
 
@@ -50,7 +50,7 @@ void ShortenedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const QString text = shownText();
-    // Each text reads in its own direction, but all begin at the same edge.
+    // Each text keeps its own direction, but all start at the same edge.
     const int direction =
         text.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
     const auto edge = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading);

@@ -18,7 +18,8 @@ Suggestions::Suggestions(QLineEdit *field, std::function<QStringList()> source)
     setModel(m_model);
     setCaseSensitivity(Qt::CaseInsensitive);
     setFilterMode(Qt::MatchContains);
-    // Which is only made now, and would be again for each event that comes meanwhile.
+    // popup() creates the popup and sends events meanwhile; calling it again from the event filter
+    // would create another.
     m_popup = popup();
     m_popup->setAccessibleName(field->accessibleName());
     field->setCompleter(this);
@@ -55,7 +56,8 @@ bool Suggestions::filterOfPopup(QEvent *event)
     const int key = static_cast<QKeyEvent *>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter)
         return false;
-    // Nothing is chosen: it means what it would without us, not only the end of the popup.
+    // Nothing is selected: let the key do its usual work in the field, instead of only closing the
+    // popup.
     m_popup->hide();
     QCoreApplication::sendEvent(m_field, event);
     return true;

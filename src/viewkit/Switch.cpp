@@ -10,9 +10,9 @@ namespace viewkit
 namespace
 {
 constexpr qreal focusRingWidth = 1.5;
-/// Around the track, for the ring that shows the focus and some space before it.
+/// The margin around the track: room for the focus ring and a gap.
 constexpr qreal trackMargin = 3;
-/// Between the knob and the edge of its track.
+/// The gap between the knob and the edge of the track.
 constexpr qreal knobGap = 2;
 } // namespace
 

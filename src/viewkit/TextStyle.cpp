@@ -9,7 +9,7 @@ namespace viewkit
 namespace
 {
 struct Look {
-    /// Of the desktop's own size.
+    /// As a factor of the desktop's font size.
     qreal size;
     QFont::Weight weight;
 };
@@ -43,7 +43,7 @@ QFont font(TextStyle style)
     QFont font = QGuiApplication::font();
     if (style == TextStyle::captionMonospaced)
         font.setFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
-    // Desktops give one or the other.
+    // Desktops set either a point size or a pixel size.
     if (font.pointSizeF() > 0)
         font.setPointSizeF(font.pointSizeF() * size);
     else

@@ -16,7 +16,7 @@ Surface surfaceOf(QPalette::ColorRole role)
 
 Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor)
 {
-    // Legible colours take some reckoning, so only for a new palette.
+    // Computing a legible colour is expensive, so do it only when the palette changes.
     const auto known = std::make_shared<qint64>(0);
     return [widget, role, textColor, known] {
         if (widget->palette().cacheKey() == *known)
