@@ -62,7 +62,7 @@ Result<QString> shortcutName(const QByteArray &link)
         return notALink(link);
     const QByteArray bytes = QByteArray::fromPercentEncoding(encoded);
     const QString name = QString::fromUtf8(bytes);
-    // Decoding has dropped or replaced bytes that are not valid UTF-8.
+    // Invalid UTF-8 does not survive the decoding.
     if (name.toUtf8() != bytes)
         return notALink(link);
     if (name.isEmpty())

@@ -43,7 +43,8 @@ Error memberError(const char *key, const QString &expected)
         u"The value %1 is missing or is not %2."_s.arg(quoted(QString::fromLatin1(key)), expected)};
 }
 
-/// The member; if it is missing, null, which no typed reader here accepts.
+/// The member. A missing one counts as null, which the readers below report as an error or as
+/// absent.
 const Json &member(const Json &object, const char *key)
 {
     static const Json nothing;

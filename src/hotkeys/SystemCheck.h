@@ -1,4 +1,4 @@
-// Tells whether the desktop or another program uses a key combination.
+// Checks whether the desktop or another program uses a key combination.
 #pragma once
 
 #include "hotkeys/KeyboardShortcuts.h"

@@ -11,6 +11,7 @@ namespace KeyboardShortcuts
 
 namespace
 {
+/// The virtual key code of the Escape key.
 constexpr quint16 escape = 53;
 constexpr int minimumLabelWidth = 150;
 } // namespace

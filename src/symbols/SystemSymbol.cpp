@@ -14,12 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// In pixels, like the grids below; the one for sizes without a drawing of their own.
 constexpr int commonGrid = 16;
 constexpr qreal disabledOpacity = 0.4;
 constexpr qreal dimmedOpacity = 0.5;
 
-/// The file of the drawing that suits the size. Every symbol is drawn on the common grid; some also
-/// have finer grids for sizes at which that looks coarse.
+/// The file of the drawing that suits the size. Every symbol is drawn on the common grid, and some
+/// also on grids for the sizes at which that drawing looks coarse.
 QString drawingFile(const QString &name, int side)
 {
     for (const int grid : {32, 24, 22, 20}) {

@@ -14,6 +14,7 @@ struct Look {
     QFont::Weight weight;
 };
 
+/// The sizes are relative to a body text of size 13.
 Look look(TextStyle style)
 {
     switch (style) {
