@@ -119,7 +119,8 @@ Item picker(const QString &label, const QStringList &titles, Binding<int> choice
 /// Wraps an existing widget, with an optional rule.
 Item widget(QWidget *widget, Rule rule = {});
 
-/// The functions below return the given item, modified.
+// The functions below return the given item, modified.
+
 /// Sets the colour of the item's text or drawing.
 Item tinted(TextColor textColor, Item item);
 /// Sets the style of its text.
