@@ -135,13 +135,12 @@ Item SettingsView::approvalRow()
 
 Item SettingsView::sheet()
 {
-    const Item alerts{.rules = {[this] { alertNextError(); }}};
     const Item sheet = sheetFor<Subject>(
         this, [this] { return m_sheet; },
         [this](const Subject &subject, QWidget *owner) {
             return std::visit([&](const auto &about) { return makeSheet(about, owner); }, subject);
         });
-    return {.rules = alerts.rules + sheet.rules};
+    return {.rules = QList<Rule>{[this] { alertNextError(); }} + sheet.rules};
 }
 
 QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)

@@ -232,8 +232,9 @@ const ShortcutStore::EntriesByKeys &ShortcutStore::enabledByKeys() const
     if (!m_enabledByKeys) {
         m_enabledByKeys.emplace();
         for (const LaunchEntry &entry : m_entries) {
-            const auto shortcut = getShortcut(entry.shortcutName());
-            if (entry.isEnabled && shortcut)
+            if (!entry.isEnabled)
+                continue;
+            if (const auto shortcut = getShortcut(entry.shortcutName()))
                 (*m_enabledByKeys)[*shortcut].append(entry);
         }
     }
