@@ -31,8 +31,9 @@ using namespace std::chrono_literals;
 
 namespace
 {
+/// A working bus answers in less than a millisecond.
 constexpr auto maxWaitForBus = 2s;
-/// Long enough for the notification host to be started first.
+/// Long enough for the notification host to be started first, which takes about a second.
 constexpr auto maxWaitForNotification = 5s;
 
 struct Failure {

@@ -6,6 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// About five lines of an alert, enough to recognise any name or text.
 constexpr qsizetype maxLengthInMessage = 300;
 
 bool movesOn(QChar character)

@@ -5,6 +5,7 @@ using namespace viewkit;
 
 namespace
 {
+/// The design's width.
 constexpr int aboutWidth = 400;
 
 Item centredParagraph(TextStyle style, const QString &text)

@@ -5,6 +5,7 @@ using namespace viewkit;
 
 namespace
 {
+/// The design's sizes.
 constexpr int detailsWidth = 440;
 constexpr int detailsHeight = 140;
 } // namespace

@@ -18,6 +18,7 @@ using namespace viewkit;
 
 namespace
 {
+/// The design's width.
 constexpr int formWidth = 460;
 
 QStringList kindTitles()

@@ -15,6 +15,7 @@ using namespace viewkit;
 
 namespace
 {
+/// Both are the design's.
 constexpr qreal disabledOpacity = 0.55;
 constexpr int symbolSide = 16;
 

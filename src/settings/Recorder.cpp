@@ -13,6 +13,7 @@ namespace
 {
 /// The virtual key code of the Escape key.
 constexpr quint16 escape = 53;
+/// The design's width.
 constexpr int minimumLabelWidth = 150;
 } // namespace
 

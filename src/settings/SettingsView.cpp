@@ -24,6 +24,7 @@ using namespace viewkit;
 
 namespace
 {
+/// The design's size.
 constexpr QSize minViewSize(580, 480);
 /// More than an export of fifty thousand entries takes. Parsing JSON needs up to thirty times its
 /// size in memory.

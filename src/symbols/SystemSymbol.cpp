@@ -16,6 +16,7 @@ namespace
 {
 /// In pixels, like the grids below; the one for sizes without a drawing of their own.
 constexpr int commonGrid = 16;
+/// Chosen by eye: fainter than the text of disabled controls, and still recognisable in a panel.
 constexpr qreal disabledOpacity = 0.4;
 constexpr qreal dimmedOpacity = 0.5;
 

@@ -11,6 +11,7 @@ namespace viewkit
 
 namespace
 {
+/// Chosen by eye: wide enough for the longest title of an alert on one line.
 constexpr int alertWidth = 400;
 
 /// Makes the space bar press the default button, as Return does, and not whichever button comes

@@ -13,7 +13,8 @@ namespace viewkit
 
 namespace
 {
-/// The space reserved for what window managers add above and below the sheet.
+/// The space reserved for what window managers add above and below the sheet. Title bars are 20 to
+/// 40 pixels high.
 constexpr int roomForFrame = 60;
 } // namespace
 

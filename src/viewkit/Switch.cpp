@@ -9,6 +9,7 @@ namespace viewkit
 
 namespace
 {
+/// As in FocusRing.
 constexpr qreal focusRingWidth = 1.5;
 /// The margin around the track: room for the focus ring and a gap.
 constexpr qreal trackMargin = 3;

@@ -59,6 +59,7 @@ QString waylandSocketPath(const QProcessEnvironment &environment)
 
 bool acceptsConnections(const QString &socketPath)
 {
+    // A compositor that lives accepts at once, however busy it is: the kernel does it.
     constexpr std::chrono::seconds patience(2);
     const LocalSocket server(QFile::encodeName(socketPath), QDeadlineTimer(patience));
     return server.state() == LocalSocket::State::connected;

@@ -7,7 +7,7 @@ using namespace std::chrono_literals;
 namespace
 {
 /// How long a desktop may take to update its grabs: it learns of a change in its settings when we
-/// do.
+/// do. Chosen by feel: a warning that comes a little later disturbs nobody.
 constexpr auto desktopSettlingTime = 300ms;
 
 /// One hot key for each key that can produce the accelerator.

@@ -13,10 +13,11 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// One keyboard change arrives as several events.
+/// One keyboard change arrives as several events, within a few milliseconds. The user does not
+/// notice a delay of this length.
 constexpr auto keyboardSettlingTime = 50ms;
 /// The interval for polling held keys until they are up. A key stays up for longer between two
-/// holds.
+/// holds, and the fastest usual auto-repeat is slower.
 constexpr auto heldKeysInterval = 15ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;

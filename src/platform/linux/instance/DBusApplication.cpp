@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString objectPath = u"/org/corvane/Corvane"_s;
+/// A working bus answers in less than a millisecond, and hot keys must be live after 3 s.
 constexpr std::chrono::seconds maxWaitForBus(2);
 
 QDBusError errorOfActivating(const StartupTokens &tokens, const QDeadlineTimer &deadline)

@@ -17,6 +17,7 @@ namespace
 {
 constexpr off_t lockedFirst = 1;
 constexpr off_t lockedWithText = 2;
+/// The names of a session are shorter: socket paths are limited to 108 bytes.
 constexpr qsizetype maxTextLength = 4096;
 
 /// Locks the open file description (F_OFD_…). A process lock would be lost as soon as any code in

@@ -10,7 +10,8 @@
 
 namespace
 {
-/// How long the other instance may take to answer; it may still be starting.
+/// How long the other instance may take to answer. It may still be starting, which a busy login
+/// stretches to seconds; a user who waits longer takes the start for failed.
 constexpr std::chrono::seconds patience(5);
 } // namespace
 

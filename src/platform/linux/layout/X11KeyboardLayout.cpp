@@ -9,7 +9,8 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// One keyboard change arrives as several events.
+/// One keyboard change arrives as several events, within a few milliseconds. The user does not
+/// notice a delay of this length.
 constexpr auto layoutSettlingTime = 50ms;
 } // namespace
 

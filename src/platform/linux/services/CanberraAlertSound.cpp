@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// A sound that takes longer counts as hanging.
+/// A sound that takes longer counts as hanging; alert sounds last less than a second.
 constexpr auto maxSoundDuration = 2s;
 
 void ringXBell()
