@@ -22,7 +22,6 @@ struct ShownMenu {
     explicit ShownMenu(const QList<MenuItem> &content = {})
         : items(content)
     {
-        menu.publish();
         menu.update();
     }
     QString layout() { return desktop.call(u"GetLayout"_s, {0, -1, QStringList()}); }

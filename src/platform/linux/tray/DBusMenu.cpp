@@ -1,8 +1,8 @@
 #include "platform/linux/tray/DBusMenu.h"
 
-#include "platform/linux/tray/DBusMenuTypes.h"
+#include "DBusMenuAdaptor.h"
 
-#include <QDBusMessage>
+#include <QDBusConnection>
 #include <QGuiApplication>
 #include <algorithm>
 
@@ -48,87 +48,19 @@ QVariantMap chosen(const QVariantMap &properties, const QStringList &names)
     }
     return result;
 }
-
-QDBusMessage noSuchItem(const QDBusMessage &call)
-{
-    return call.createErrorReply(QDBusError::InvalidArgs, u"There is no such item"_s);
-}
-
-const QString menuIntrospection = uR"xml(
-<interface name="com.canonical.dbusmenu">
- <property name="Version" type="u" access="read"/>
- <property name="Status" type="s" access="read"/>
- <property name="TextDirection" type="s" access="read"/>
- <property name="IconThemePath" type="as" access="read"/>
- <method name="GetLayout">
-  <arg type="i" name="parentId" direction="in"/>
-  <arg type="i" name="recursionDepth" direction="in"/>
-  <arg type="as" name="propertyNames" direction="in"/>
-  <arg type="u" name="revision" direction="out"/>
-  <arg type="(ia{sv}av)" name="layout" direction="out"/>
- </method>
- <method name="GetGroupProperties">
-  <arg type="ai" name="ids" direction="in"/>
-  <arg type="as" name="propertyNames" direction="in"/>
-  <arg type="a(ia{sv})" name="properties" direction="out"/>
- </method>
- <method name="GetProperty">
-  <arg type="i" name="id" direction="in"/>
-  <arg type="s" name="name" direction="in"/>
-  <arg type="v" name="value" direction="out"/>
- </method>
- <method name="Event">
-  <arg type="i" name="id" direction="in"/>
-  <arg type="s" name="eventId" direction="in"/>
-  <arg type="v" name="data" direction="in"/>
-  <arg type="u" name="timestamp" direction="in"/>
- </method>
- <method name="EventGroup">
-  <arg type="a(isvu)" name="events" direction="in"/>
-  <arg type="ai" name="idErrors" direction="out"/>
- </method>
- <method name="AboutToShow">
-  <arg type="i" name="id" direction="in"/>
-  <arg type="b" name="needUpdate" direction="out"/>
- </method>
- <method name="AboutToShowGroup">
-  <arg type="ai" name="ids" direction="in"/>
-  <arg type="ai" name="updatesNeeded" direction="out"/>
-  <arg type="ai" name="idErrors" direction="out"/>
- </method>
- <signal name="LayoutUpdated">
-  <arg type="u" name="revision"/>
-  <arg type="i" name="parent"/>
- </signal>
- <signal name="ItemsPropertiesUpdated">
-  <arg type="a(ia{sv})" name="updatedProps"/>
-  <arg type="a(ias)" name="removedProps"/>
- </signal>
-</interface>
-)xml"_s;
 } // namespace
 
 DBusMenu::DBusMenu(std::function<QList<MenuItem>()> content,
                    std::function<void(const MenuItem &)> choose)
-    : DBusObject(menuPath, u"com.canonical.dbusmenu"_s, menuIntrospection)
-    , m_content(std::move(content))
+    : m_content(std::move(content))
     , m_choose(std::move(choose))
 {
     registerDBusMenuTypes();
-}
-
-const QHash<QString, DBusMenu::Method> &DBusMenu::methods()
-{
-    static const QHash<QString, Method> methods{
-        {u"GetLayout"_s, {u"iias"_s, &DBusMenu::layout}},
-        {u"GetGroupProperties"_s, {u"aias"_s, &DBusMenu::groupProperties}},
-        {u"GetProperty"_s, {u"is"_s, &DBusMenu::property}},
-        {u"Event"_s, {u"isvu"_s, &DBusMenu::event}},
-        {u"EventGroup"_s, {u"a(isvu)"_s, &DBusMenu::eventGroup}},
-        {u"AboutToShow"_s, {u"i"_s, &DBusMenu::aboutToShow}},
-        {u"AboutToShowGroup"_s, {u"ai"_s, &DBusMenu::aboutToShowGroup}},
-    };
-    return methods;
+    // The adaptor reads its properties from ours; one that we do not have is empty on the bus.
+    setProperty("Version", 3U);
+    setProperty("Status", u"normal"_s);
+    new DBusMenuAdaptor(this);
+    QDBusConnection::sessionBus().registerObject(menuPath, this);
 }
 
 QString DBusMenu::path()
@@ -168,53 +100,36 @@ bool DBusMenu::update()
             changed << ItemProperties{node.id, node.properties};
     }
     if (!changed.isEmpty())
-        emitSignal(u"ItemsPropertiesUpdated"_s,
-                   {QVariant::fromValue(changed), QVariant::fromValue(QList<ItemPropertyNames>())});
+        Q_EMIT ItemsPropertiesUpdated(changed, {});
     const bool isSameLayout = std::ranges::equal(former, m_nodes, {}, &Node::id, &Node::id);
     if (!isSameLayout)
-        emitSignal(u"LayoutUpdated"_s, {++m_revision, rootId});
+        Q_EMIT LayoutUpdated(++m_revision, rootId);
     return !isSameLayout || !changed.isEmpty();
 }
 
-QVariantMap DBusMenu::properties() const
+QString DBusMenu::textDirection()
 {
-    return {
-        {u"Version"_s, 3U},
-        {u"Status"_s, u"normal"_s},
-        {u"TextDirection"_s, QGuiApplication::isRightToLeft() ? u"rtl"_s : u"ltr"_s},
-        {u"IconThemePath"_s, QStringList()},
-    };
+    return QGuiApplication::isRightToLeft() ? u"rtl"_s : u"ltr"_s;
 }
 
-QDBusMessage DBusMenu::answer(const QDBusMessage &call)
+uint DBusMenu::GetLayout(int parent, int depth, const QStringList &names, LayoutNode &layout)
 {
-    const auto method = methods().constFind(call.member());
-    if (method == methods().cend() || method->signature != call.signature())
-        return unknownMethod(call);
-    return (this->*method->answer)(call);
-}
-
-QDBusMessage DBusMenu::layout(const QDBusMessage &call)
-{
-    const int parent = call.arguments().value(0).toInt();
-    const bool isDeep = call.arguments().value(1).toInt() != 0;
-    const auto names = call.arguments().value(2).toStringList();
     const auto properties = propertiesOf(parent);
-    if (!properties)
-        return noSuchItem(call);
-    LayoutNode layout{parent, chosen(*properties, names), {}};
-    if (parent == rootId && isDeep) {
+    if (!properties) {
+        sendNoSuchItem();
+        return {};
+    }
+    layout = {parent, chosen(*properties, names), {}};
+    if (parent == rootId && depth != 0) {
         for (const Node &node : m_nodes)
             layout.children << QVariant::fromValue(
                 LayoutNode{node.id, chosen(node.properties, names), {}});
     }
-    return call.createReply({m_revision, QVariant::fromValue(layout)});
+    return m_revision;
 }
 
-QDBusMessage DBusMenu::groupProperties(const QDBusMessage &call)
+QList<ItemProperties> DBusMenu::GetGroupProperties(QList<int> ids, const QStringList &names)
 {
-    auto ids = qdbus_cast<QList<int>>(call.arguments().value(0));
-    const auto names = call.arguments().value(1).toStringList();
     if (ids.isEmpty()) {
         ids << rootId;
         std::ranges::transform(m_nodes, std::back_inserter(ids), &Node::id);
@@ -224,49 +139,19 @@ QDBusMessage DBusMenu::groupProperties(const QDBusMessage &call)
         if (const auto properties = propertiesOf(id))
             items << ItemProperties{id, chosen(*properties, names)};
     }
-    return call.createReply(QVariant::fromValue(items));
+    return items;
 }
 
-QDBusMessage DBusMenu::property(const QDBusMessage &call)
+QDBusVariant DBusMenu::GetProperty(int id, const QString &name)
 {
-    const auto properties = propertiesOf(call.arguments().value(0).toInt());
-    const QString name = call.arguments().value(1).toString();
-    if (!properties || !properties->contains(name))
-        return noSuchItem(call);
-    return call.createReply(QVariant::fromValue(QDBusVariant(properties->value(name))));
+    const auto properties = propertiesOf(id);
+    if (properties && properties->contains(name))
+        return QDBusVariant(properties->value(name));
+    sendNoSuchItem();
+    return {};
 }
 
-QDBusMessage DBusMenu::event(const QDBusMessage &call)
-{
-    handleEvent(call.arguments().value(0).toInt(), call.arguments().value(1).toString());
-    return call.createReply();
-}
-
-QDBusMessage DBusMenu::eventGroup(const QDBusMessage &call)
-{
-    QList<int> unknown;
-    for (const ItemEvent &event : qdbus_cast<QList<ItemEvent>>(call.arguments().value(0))) {
-        if (event.id != rootId && !find(event.id))
-            unknown << event.id;
-        handleEvent(event.id, event.name);
-    }
-    return call.createReply(QVariant::fromValue(unknown));
-}
-
-QDBusMessage DBusMenu::aboutToShow(const QDBusMessage &call)
-{
-    return call.createReply(update());
-}
-
-QDBusMessage DBusMenu::aboutToShowGroup(const QDBusMessage &call)
-{
-    const auto ids = qdbus_cast<QList<int>>(call.arguments().value(0));
-    const bool needUpdate = update();
-    const QList<int> updated = needUpdate && ids.contains(rootId) ? QList{rootId} : QList<int>();
-    return call.createReply({QVariant::fromValue(updated), QVariant::fromValue(QList<int>())});
-}
-
-void DBusMenu::handleEvent(int id, const QString &event)
+void DBusMenu::Event(int id, const QString &event, const QDBusVariant &, uint)
 {
     const Node *const node = find(id);
     if (!node || event != u"clicked" || !node->item.canBeChosen())
@@ -275,6 +160,28 @@ void DBusMenu::handleEvent(int id, const QString &event)
     // change the menu.
     const auto choose = [this, item = node->item] { m_choose(item); };
     QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
+}
+
+QList<int> DBusMenu::EventGroup(const QList<ItemEvent> &events)
+{
+    QList<int> unknown;
+    for (const ItemEvent &event : events) {
+        if (event.id != rootId && !find(event.id))
+            unknown << event.id;
+        Event(event.id, event.name, event.data, event.time);
+    }
+    return unknown;
+}
+
+QList<int> DBusMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &)
+{
+    const bool needUpdate = update();
+    return needUpdate && ids.contains(rootId) ? QList{rootId} : QList<int>();
+}
+
+void DBusMenu::sendNoSuchItem() const
+{
+    sendErrorReply(QDBusError::InvalidArgs, u"There is no such item"_s);
 }
 
 const DBusMenu::Node *DBusMenu::find(int id) const

@@ -2,18 +2,21 @@
 #pragma once
 
 #include "platform/StatusBar.h"
-#include "platform/linux/base/DBusObject.h"
+#include "platform/linux/tray/DBusMenuTypes.h"
 
+#include <QDBusContext>
 #include <QHash>
-#include <QVariantMap>
+#include <QObject>
 #include <functional>
 
-class DBusMenu : public DBusObject
+class DBusMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT
+    Q_PROPERTY(QString TextDirection READ textDirection)
 
 public:
-    /// Calls content whenever the menu is about to be shown, and choose with the chosen item.
+    /// Registers the menu on the bus until it is destroyed. Calls content whenever the menu is
+    /// about to be shown, and choose with the chosen item.
     DBusMenu(std::function<QList<MenuItem>()> content,
              std::function<void(const MenuItem &)> choose);
 
@@ -23,6 +26,21 @@ public:
     /// Announces changes to desktops. Returns whether anything has changed.
     bool update();
 
+    // The generated adaptor calls these methods and passes these signals on, by their names on the
+    // bus.
+    uint GetLayout(int parent, int depth, const QStringList &names, LayoutNode &layout);
+    QList<ItemProperties> GetGroupProperties(QList<int> ids, const QStringList &names);
+    QDBusVariant GetProperty(int id, const QString &name);
+    void Event(int id, const QString &event, const QDBusVariant &data, uint time);
+    QList<int> EventGroup(const QList<ItemEvent> &events);
+    bool AboutToShow(int) { return update(); }
+    QList<int> AboutToShowGroup(const QList<int> &ids, QList<int> &errors);
+
+Q_SIGNALS:
+    void ItemsPropertiesUpdated(const QList<ItemProperties> &updated,
+                                const QList<ItemPropertyNames> &removed);
+    void LayoutUpdated(uint revision, int parent);
+
 private:
     struct Node {
         int id;
@@ -30,26 +48,11 @@ private:
         QVariantMap properties;
     };
 
-    struct Method {
-        QString signature;
-        QDBusMessage (DBusMenu::*answer)(const QDBusMessage &call);
-    };
-    static const QHash<QString, Method> &methods();
-
-    QVariantMap properties() const override;
-    QDBusMessage answer(const QDBusMessage &call) override;
-    QDBusMessage layout(const QDBusMessage &call);
-    QDBusMessage groupProperties(const QDBusMessage &call);
-    QDBusMessage property(const QDBusMessage &call);
-    QDBusMessage event(const QDBusMessage &call);
-    QDBusMessage eventGroup(const QDBusMessage &call);
-    QDBusMessage aboutToShow(const QDBusMessage &call);
-    QDBusMessage aboutToShowGroup(const QDBusMessage &call);
-
+    static QString textDirection();
     QList<Node> nodesFor(const QList<MenuItem> &items);
     const Node *find(int id) const;
     std::optional<QVariantMap> propertiesOf(int id) const;
-    void handleEvent(int id, const QString &event);
+    void sendNoSuchItem() const;
 
     std::function<QList<MenuItem>()> m_content;
     std::function<void(const MenuItem &)> m_choose;

@@ -32,11 +32,6 @@ struct ItemEvent {
     quint32 time;
 };
 
-Q_DECLARE_METATYPE(LayoutNode)
-Q_DECLARE_METATYPE(ItemProperties)
-Q_DECLARE_METATYPE(ItemPropertyNames)
-Q_DECLARE_METATYPE(ItemEvent)
-
 QDBusArgument &operator<<(QDBusArgument &argument, const LayoutNode &node);
 const QDBusArgument &operator>>(const QDBusArgument &argument, LayoutNode &node);
 QDBusArgument &operator<<(QDBusArgument &argument, const ItemProperties &item);

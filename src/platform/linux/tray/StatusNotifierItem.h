@@ -2,23 +2,54 @@
 // org.kde.StatusNotifierItem.
 #pragma once
 
-#include "platform/linux/base/DBusObject.h"
-
+#include <QDBusArgument>
 #include <QIcon>
+#include <QObject>
 #include <QPoint>
-#include <QVariantMap>
 
-class StatusNotifierItem : public DBusObject
+/// (iiay): an image with 32-bit ARGB pixels in network byte order.
+struct IconPixmap {
+    int width;
+    int height;
+    QByteArray pixels;
+};
+using IconPixmaps = QList<IconPixmap>;
+
+/// D-Bus signature: (sa(iiay)ss)
+struct ToolTip {
+    QString iconName;
+    IconPixmaps icon;
+    QString title;
+    QString text;
+};
+
+class StatusNotifierItem : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(IconPixmaps IconPixmap READ pixmaps)
 
 public:
-    explicit StatusNotifierItem(QString id);
+    /// Registers the item on the bus until it is destroyed.
+    explicit StatusNotifierItem(const QString &id);
 
     /// Sets what desktops show; the text is the tooltip and for screen readers.
     void setButton(const QIcon &icon, const QString &description);
 
+    // The generated adaptor calls these methods and passes these signals on, by their names on the
+    // bus.
+    void Activate(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
+    void ContextMenu(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
+    void SecondaryActivate(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
+    void Scroll(int, const QString &) { }
+    void ProvideXdgActivationToken(const QString &token)
+    {
+        Q_EMIT activationTokenProvided(token.toUtf8());
+    }
+
 Q_SIGNALS:
+    void NewIcon();
+    void NewToolTip();
+
     /// Emitted when the user wants the menu at that position of the screen and the desktop leaves
     /// it to us.
     void clicked(const QPoint &place);
@@ -27,12 +58,9 @@ Q_SIGNALS:
     void activationTokenProvided(const QByteArray &token);
 
 private:
-    QVariantMap properties() const override;
-    QDBusMessage answer(const QDBusMessage &call) override;
+    IconPixmaps pixmaps();
 
-    QString m_id;
     QIcon m_icon;
-    QString m_description;
     /// The icon in its form for the bus; drawn on first use.
-    mutable QVariant m_pixmaps;
+    IconPixmaps m_pixmaps;
 };

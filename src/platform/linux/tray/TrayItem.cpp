@@ -26,8 +26,6 @@ TrayItem::TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
     , m_item(applicationId)
     , m_popup([this](const MenuItem &item) { choose(item); })
 {
-    m_menu.publish();
-    m_item.publish();
     connect(&m_item, &StatusNotifierItem::clicked, this, &TrayItem::openMenu);
     connect(&m_item, &StatusNotifierItem::activationTokenProvided, this,
             [this](const QByteArray &token) { m_activationToken = token; });
