@@ -16,7 +16,8 @@ namespace
 /// hundred times the memory of its bracket, and copying many levels overflows the stack.
 constexpr int maxDepth = 100;
 
-/// Checked before parsing, because the library allocates the memory first.
+/// Checked before parsing, because the library allocates the memory first. A parser callback would
+/// make parsing quadratic in the length of an array.
 bool isNestedTooDeeply(const QByteArray &text)
 {
     int depth = 0;
@@ -77,11 +78,6 @@ QByteArray writePretty(const Json &value)
 {
     constexpr int indentation = 2;
     return QByteArray::fromStdString(value.dump(indentation));
-}
-
-std::string fromText(const QString &text)
-{
-    return text.toStdString();
 }
 
 Result<QString> textMember(const Json &object, const char *key)

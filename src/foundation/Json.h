@@ -7,7 +7,6 @@
 #include <QString>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
-#include <string>
 
 /// For reading, and for writing with members sorted by key.
 using Json = nlohmann::json;
@@ -27,9 +26,6 @@ QByteArray write(const OrderedJson &value);
 
 /// Indented, with each member on a line of its own, sorted by key.
 QByteArray writePretty(const Json &value);
-
-/// Converts a text for use as a value of either kind.
-std::string fromText(const QString &text);
 
 /// The functions below return an error if the member is missing or has another type.
 Result<QString> textMember(const Json &object, const char *key);

@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 Json ExportItem::toJson() const
 {
     Json json{
-        {"name", JsonCoding::fromText(name)},
-        {"kind", JsonCoding::fromText(rawValue(kind))},
-        {"target", JsonCoding::fromText(target)},
+        {"name", name.toStdString()},
+        {"kind", rawValue(kind).toStdString()},
+        {"target", target.toStdString()},
         {"isEnabled", isEnabled},
     };
     if (keyCode)

@@ -43,10 +43,10 @@ QString LaunchEntry::targetDescription() const
 OrderedJson LaunchEntry::toJson() const
 {
     return {
-        {"id", JsonCoding::fromText(canonicalText(id))},
-        {"name", JsonCoding::fromText(name)},
-        {"kind", JsonCoding::fromText(rawValue(kind))},
-        {"target", JsonCoding::fromText(target)},
+        {"id", canonicalText(id).toStdString()},
+        {"name", name.toStdString()},
+        {"kind", rawValue(kind).toStdString()},
+        {"target", target.toStdString()},
         {"isEnabled", isEnabled},
     };
 }
