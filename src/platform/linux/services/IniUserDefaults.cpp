@@ -3,6 +3,7 @@
 #include "foundation/Files.h"
 #include "foundation/Text.h"
 
+#include <QScopeGuard>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <sys/stat.h>
@@ -41,22 +42,6 @@ bool hasOpenQuotation(const QByteArray &text)
     }
     return isQuoted;
 }
-
-/// Makes files that libraries create accessible to the user only. The umask applies to all threads,
-/// so files that other threads create meanwhile are affected in the same way.
-class UserOnlyUmask
-{
-public:
-    UserOnlyUmask()
-        : m_usual(umask(S_IRWXG | S_IRWXO))
-    {
-    }
-    ~UserOnlyUmask() { umask(m_usual); }
-    Q_DISABLE_COPY_MOVE(UserOnlyUmask)
-
-private:
-    const mode_t m_usual;
-};
 
 struct Content {
     QVariantMap values;
@@ -174,7 +159,9 @@ Result<QByteArray> IniUserDefaults::text() const
 {
     if (m_values.isEmpty())
         return QByteArray();
-    const UserOnlyUmask userOnly;
+    // Make what QSettings creates accessible to the user only. The umask applies to all threads, so
+    // files that other threads create meanwhile are affected in the same way.
+    const auto end = qScopeGuard([usual = umask(S_IRWXG | S_IRWXO)] { umask(usual); });
     const QTemporaryDir folder(m_file.path() + u".XXXXXX"_s);
     if (!folder.isValid())
         return Error{folder.errorString()};
