@@ -43,19 +43,6 @@ mode_t modeFor(const QByteArray &path, FileAccess access)
     return DEFFILEMODE & ~usual;
 }
 
-bool writeAll(int file, const QByteArray &content)
-{
-    qsizetype written = 0;
-    while (written < content.size()) {
-        const ssize_t more =
-            write(file, content.constData() + written, size_t(content.size() - written));
-        if (more <= 0)
-            return false;
-        written += more;
-    }
-    return true;
-}
-
 /// Makes a rename durable: without this, a power failure could bring the old file back. Errors are
 /// ignored, because some file systems do not support it.
 void flushFolderOf(const QByteArray &path)
@@ -101,16 +88,17 @@ std::optional<Error> replaceContent(const QString &path, const QByteArray &conte
         return place.error();
     QByteArray beside = *place + ".XXXXXX";
     // This creates the file with mode 0600 at most.
-    const int file = mkostemp(beside.data(), O_CLOEXEC);
-    if (file < 0)
+    const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
+    if (descriptor < 0)
         return systemError();
     // This may fail: some file systems have no modes.
-    fchmod(file, modeFor(*place, access));
+    fchmod(descriptor, modeFor(*place, access));
+    QFile file;
+    file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
     std::optional<Error> error;
-    if (!writeAll(file, content) || fsync(file) != 0
+    if (file.write(content) != content.size() || fsync(descriptor) != 0
         || rename(beside.constData(), place->constData()) != 0)
         error = systemError();
-    close(file);
     if (error)
         unlink(beside.constData());
     else
