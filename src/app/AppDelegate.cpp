@@ -97,7 +97,7 @@ QList<MenuItem> AppDelegate::menuNeedsUpdate()
     items << MenuItem{}
           << MenuItem{
                  .title = u"Pause all shortcuts"_s,
-                 .action = [this](const MenuItem &) { togglePause(); },
+                 .action = [this](const MenuItem &) { m_store.setPaused(!m_store.paused()); },
                  .isChecked = m_store.paused(),
              }
           << MenuItem{
@@ -108,7 +108,7 @@ QList<MenuItem> AppDelegate::menuNeedsUpdate()
           << MenuItem{}
           << MenuItem{
                  .title = u"Quit"_s,
-                 .action = [this](const MenuItem &) { quitApp(); },
+                 .action = [this](const MenuItem &) { m_platform.application.terminate(); },
                  .keyEquivalent = u"q"_s,
              };
     return items;
@@ -133,16 +133,6 @@ void AppDelegate::runEntry(const MenuItem &chosen)
             return;
         }
     }
-}
-
-void AppDelegate::togglePause()
-{
-    m_store.setPaused(!m_store.paused());
-}
-
-void AppDelegate::quitApp()
-{
-    m_platform.application.terminate();
 }
 
 void AppDelegate::queueUpdate()

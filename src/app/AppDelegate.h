@@ -35,8 +35,6 @@ private:
 
     MenuItem menuItem(const LaunchEntry &entry);
     void runEntry(const MenuItem &chosen);
-    void togglePause();
-    void quitApp();
     void queueUpdate();
 
     const Platform &m_platform;

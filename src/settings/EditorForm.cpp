@@ -81,7 +81,9 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                 new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
                                                 [this](const auto &keys) { keysChanged(keys); }))),
         },
-        announcedWarningLines(TextStyle::callout, [this] { return warnings(); }),
+        announcedWarningLines(
+            TextStyle::callout,
+            [this] { return m_store.warnings(m_draft.shortcutName(), m_draft.id); }),
         tinted(
             TextColor::secondary,
             paragraph(TextStyle::caption,
@@ -138,11 +140,6 @@ Item EditorForm::targetField()
                                        u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
                                        draft(&LaunchEntry::target)))),
     };
-}
-
-QStringList EditorForm::warnings() const
-{
-    return m_store.warnings(m_draft.shortcutName(), m_draft.id);
 }
 
 void EditorForm::setKind(ActionKind kind)

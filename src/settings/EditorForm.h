@@ -31,7 +31,6 @@ public:
 private:
     viewkit::Binding<QString> draft(QString LaunchEntry::*field);
     viewkit::Item targetField();
-    QStringList warnings() const;
     bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
     bool opensFile() const { return isKind(ActionKind::app) || isKind(ActionKind::path); }
 

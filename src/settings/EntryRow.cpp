@@ -102,13 +102,9 @@ Item EntryRow::description()
         },
         tinted(TextColor::secondary,
                shortenedText(TextStyle::caption, [this] { return m_entry.targetDescription(); })),
-        warningLines(TextStyle::caption, [this] { return warnings(); }),
+        warningLines(TextStyle::caption,
+                     [this] { return m_store.warnings(m_entry.shortcutName(), m_entry.id); }),
     };
-}
-
-QStringList EntryRow::warnings() const
-{
-    return m_store.warnings(m_entry.shortcutName(), m_entry.id);
 }
 
 void EntryRow::setEntry(const LaunchEntry &entry)

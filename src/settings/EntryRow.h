@@ -28,7 +28,6 @@ public:
 
 private:
     viewkit::Item description();
-    QStringList warnings() const;
 
     ShortcutStore &m_store;
     LaunchEntry m_entry;

@@ -6,25 +6,18 @@
 namespace viewkit
 {
 
-namespace
-{
-Surface surfaceOf(QPalette::ColorRole role)
-{
-    return role == QPalette::ButtonText ? Surface::button : Surface::window;
-}
-} // namespace
-
 Rule tint(QWidget *widget, QPalette::ColorRole role, TextColor textColor)
 {
+    const auto surface = role == QPalette::ButtonText ? Surface::button : Surface::window;
     // Computing a legible colour is expensive, so do it only when the palette changes.
     const auto known = std::make_shared<qint64>(0);
-    return [widget, role, textColor, known] {
+    return [widget, role, textColor, surface, known] {
         if (widget->palette().cacheKey() == *known)
             return;
         QPalette palette = widget->palette();
         for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
             const auto shown = group == QPalette::Disabled ? QPalette::Active : group;
-            palette.setColor(group, role, color(textColor, palette, surfaceOf(role), shown));
+            palette.setColor(group, role, color(textColor, palette, surface, shown));
         }
         widget->setPalette(palette);
         *known = widget->palette().cacheKey();

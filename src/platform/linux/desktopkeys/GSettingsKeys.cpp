@@ -269,14 +269,10 @@ void GSettingsKeys::follow(const std::stop_token &end)
         if (end.stop_requested())
             return;
         if (settings.isStale())
-            notify(settings.read());
+            QMetaObject::invokeMethod(
+                this, [this, found = settings.read()] { setAccelerators(found); },
+                Qt::QueuedConnection);
         else
             g_main_context_iteration(context.get(), TRUE);
     }
-}
-
-void GSettingsKeys::notify(const Accelerators &accelerators)
-{
-    QMetaObject::invokeMethod(
-        this, [this, accelerators] { setAccelerators(accelerators); }, Qt::QueuedConnection);
 }

@@ -47,7 +47,6 @@ public:
 
 private:
     void follow(const std::stop_token &end);
-    void notify(const Accelerators &accelerators);
 
     const GSettingsFamily m_family;
     /// Uses all members above, and so is destroyed first.

@@ -130,9 +130,9 @@ void X11HotkeyService::flush()
     if (!difference.toGrab.empty()) {
         // Read the key map before and after: a key that was down before is not a press for us, and
         // neither is one that went down in between without an event.
-        const auto before = requestKeyMap();
+        const auto before = xcb_query_keymap(m_connection.get());
         const auto refused = m_grabs.apply(difference);
-        const auto after = requestKeyMap();
+        const auto after = xcb_query_keymap(m_connection.get());
         takeKeyMap(before, difference.toGrab);
         takeKeyMap(after, difference.toGrab);
         releaseRefused(refused);
@@ -282,13 +282,8 @@ void X11HotkeyService::ignoreKeysThatAreDown()
     std::vector<KeyGrab> ours;
     for (const auto &[keys, id] : m_targets)
         ours.push_back(keys);
-    takeKeyMap(requestKeyMap(), std::move(ours));
+    takeKeyMap(xcb_query_keymap(m_connection.get()), std::move(ours));
     drain();
-}
-
-xcb_query_keymap_cookie_t X11HotkeyService::requestKeyMap() const
-{
-    return xcb_query_keymap(m_connection.get());
 }
 
 void X11HotkeyService::takeKeyMap(xcb_query_keymap_cookie_t request, std::vector<KeyGrab> newGrabs)
@@ -381,6 +376,6 @@ void X11HotkeyService::releaseKeyboard(const X11KeyEvent &event)
 
 void X11HotkeyService::checkHeldKeys()
 {
-    takeKeyMap(requestKeyMap(), {});
+    takeKeyMap(xcb_query_keymap(m_connection.get()), {});
     drain();
 }

@@ -110,7 +110,6 @@ private:
     void readKeyboard();
     void takeKeysOfKeyboard();
 
-    xcb_query_keymap_cookie_t requestKeyMap() const;
     void takeKeyMap(xcb_query_keymap_cookie_t request, std::vector<KeyGrab> newGrabs);
     void apply(const KeyMapSnapshot &snapshot);
     void drain();

@@ -1,12 +1,12 @@
 #include "platform/linux/scripts/TrustedPath.h"
 
+#include "foundation/Files.h"
 #include "foundation/Text.h"
 
 #include <QByteArrayList>
 #include <QFile>
 #include <cerrno>
 #include <climits>
-#include <cstring>
 #include <grp.h>
 #include <pwd.h>
 #include <string_view>
@@ -129,7 +129,7 @@ std::optional<Error> reasonForDistrust(const QString &path)
         }
         const QByteArray next = walk.next();
         if (lstat(next.constData(), &status) != 0)
-            return Error{QString::fromLocal8Bit(std::strerror(errno))};
+            return systemError();
         if (auto reason = reasonForDistrustOf(next, status))
             return reason;
         if (!S_ISLNK(status.st_mode))
@@ -137,7 +137,7 @@ std::optional<Error> reasonForDistrust(const QString &path)
         else if (++links <= maxLinks)
             walk.follow(targetOfLink(next));
         else
-            return Error{QString::fromLocal8Bit(std::strerror(ELOOP))};
+            return systemError(ELOOP);
     }
     return std::nullopt;
 }
