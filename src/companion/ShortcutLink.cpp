@@ -3,7 +3,7 @@
 #include "foundation/Text.h"
 #include "platform/linux/scripts/LinuxShortcutLibrary.h"
 
-#include <string_view>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -11,33 +11,13 @@ namespace
 {
 constexpr QByteArrayView beginning = "shortcuts://run-shortcut?name=";
 
-bool isHexDigit(char character)
+/// Whether the text can be the value in a link's query, which ends with &. Letters beyond ASCII are
+/// accepted, since programs and people write them unescaped.
+bool isPercentEncoded(const QByteArray &text)
 {
-    return std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
-}
-
-/// Whether a link's query value may contain the character unescaped, except &, which starts the
-/// next value. Letters beyond ASCII are accepted, since programs and people write them unescaped.
-bool mayStandAsItIs(char character)
-{
-    return uchar(character) >= 0x80 || (character >= 'a' && character <= 'z')
-        || (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9')
-        || std::string_view("-._~!$'()*+,;=:@/?").find(character) != std::string_view::npos;
-}
-
-bool isPercentEncoded(QByteArrayView text)
-{
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            if (!mayStandAsItIs(text[i]))
-                return false;
-            continue;
-        }
-        if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))
-            return false;
-        i += 2;
-    }
-    return true;
+    static const QRegularExpression wrong(
+        uR"(%(?![0-9A-Fa-f]{2})|[^%A-Za-z0-9\-._~!$'()*+,;=:@/?\x80-\xff])"_s);
+    return !QString::fromLatin1(text).contains(wrong);
 }
 
 /// The text as shown in messages. Text from a web page must not change the direction of the words
