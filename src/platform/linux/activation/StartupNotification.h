@@ -1,11 +1,19 @@
 // X11 startup notification: lets the windows of started programs take the focus.
 #pragma once
 
-#include "platform/linux/activation/StartingApp.h"
-
 #include <QByteArray>
+#include <QString>
 #include <QtGlobal>
 #include <optional>
+
+/// Describes a starting application to the desktop.
+struct StartingApp {
+    QString name;
+    QString icon;
+    QString program;
+    /// The class of its future window, if known.
+    QString windowClass;
+};
 
 namespace StartupNotification
 {

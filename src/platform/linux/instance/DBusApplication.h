@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/linux/base/StartupTokens.h"
-#include "platform/linux/instance/InstanceClaim.h"
 
 #include <QDBusContext>
 #include <QDeadlineTimer>
@@ -11,6 +10,18 @@
 #include <QUuid>
 #include <QVariantMap>
 #include <functional>
+
+/// The result of the attempt to become the only instance.
+enum class InstanceClaim {
+    /// We are the only instance, until the program exits, however it does.
+    first,
+    /// Another instance is running and has taken over the request that we were started for.
+    handedOver,
+    /// Another instance is running and does not answer.
+    unanswered,
+    /// Another instance is running in another session of the user.
+    elsewhere,
+};
 
 class DBusApplication : public QObject, protected QDBusContext
 {

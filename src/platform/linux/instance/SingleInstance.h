@@ -4,7 +4,6 @@
 
 #include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/instance/DBusApplication.h"
-#include "platform/linux/instance/InstanceClaim.h"
 #include "platform/linux/instance/InstanceLock.h"
 
 #include <QString>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "foundation/Result.h"
-#include "platform/linux/activation/StartingApp.h"
+#include "platform/linux/activation/StartupNotification.h"
 #include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/launch/ChildReaper.h"
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/linux/activation/StartupNotification.h"
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopAppCache.h"
