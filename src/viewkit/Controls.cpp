@@ -105,11 +105,6 @@ Rule drawn(QPushButton *button, const QString &symbol,
 }
 } // namespace
 
-Item button(const QString &label, Action action)
-{
-    return {.widget = pushButton<Button>(label, std::move(action))};
-}
-
 Item button(TextSource label, Action action)
 {
     auto *const button = pushButton<Button>({}, std::move(action));

@@ -25,7 +25,15 @@ namespace viewkit
 using Rule = std::function<void()>;
 using Predicate = std::function<bool()>;
 using Action = std::function<void()>;
-using TextSource = std::function<QString()>;
+
+/// A fixed text, or a function that returns the current one.
+struct TextSource : std::function<QString()> {
+    using function::function;
+    TextSource(const QString &text)
+        : function([text] { return text; })
+    {
+    }
+};
 
 /// A value that a control shows and changes.
 template <typename T>
@@ -66,11 +74,9 @@ Item spacing(int size);
 Item divider();
 
 /// Text on one line.
-Item text(TextStyle style, const QString &text);
 Item text(TextStyle style, TextSource source);
 
 /// Text wrapped over as many lines as needed; words that are too long for a line break anywhere.
-Item paragraph(TextStyle style, const QString &text);
 Item paragraph(TextStyle style, TextSource source);
 
 /// Text on one line, elided in the middle if it does not fit; the tooltip then shows all of it.
@@ -82,11 +88,9 @@ Item forEachText(int spacing, std::function<QStringList()> source,
 
 /// One of the program's drawings, in the colour of text; with a style, as high as a line of that
 /// style.
-Item symbol(const QString &name, int side);
-Item symbol(const QString &name, TextStyle style);
 Item symbol(TextSource name, int side);
+Item symbol(const QString &name, TextStyle style);
 
-Item button(const QString &label, Action action);
 Item button(TextSource label, Action action);
 Item button(const QString &label, const QString &symbol, Action action);
 

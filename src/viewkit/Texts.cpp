@@ -22,26 +22,11 @@ Item labelled(TextStyle style, QLabel *label, TextSource source)
     };
     return styled(style, {.widget = label, .rules = {rule}});
 }
-
-TextSource always(const QString &text)
-{
-    return [text] { return text; };
-}
 } // namespace
-
-Item text(TextStyle style, const QString &text)
-{
-    return labelled(style, new QLabel, always(text));
-}
 
 Item text(TextStyle style, TextSource source)
 {
     return labelled(style, new QLabel, std::move(source));
-}
-
-Item paragraph(TextStyle style, const QString &text)
-{
-    return labelled(style, new Paragraph, always(text));
 }
 
 Item paragraph(TextStyle style, TextSource source)
@@ -54,9 +39,11 @@ Item shortenedText(TextStyle style, TextSource source)
     return labelled(style, new ShortenedLabel, std::move(source));
 }
 
-Item symbol(const QString &name, int side)
+Item symbol(TextSource name, int side)
 {
-    return symbol(always(name), side);
+    auto *const view = new SymbolView;
+    view->setSide(side);
+    return {.widget = view, .rules = {[view, name = std::move(name)] { view->setSymbol(name()); }}};
 }
 
 Item symbol(const QString &name, TextStyle style)
@@ -65,13 +52,6 @@ Item symbol(const QString &name, TextStyle style)
     view->setSymbol(name);
     return {.widget = view,
             .rules = {[view, style] { view->setSide(QFontMetrics(font(style)).height()); }}};
-}
-
-Item symbol(TextSource name, int side)
-{
-    auto *const view = new SymbolView;
-    view->setSide(side);
-    return {.widget = view, .rules = {[view, name = std::move(name)] { view->setSymbol(name()); }}};
 }
 
 } // namespace viewkit
