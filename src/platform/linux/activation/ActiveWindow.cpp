@@ -27,8 +27,7 @@ std::optional<uint32_t> numberIn(xcb_connection_t *connection, xcb_window_t wind
 {
     const auto request = xcb_get_property(connection, false, window, atom(connection, property),
                                           XCB_ATOM_CARDINAL, 0, 1);
-    const XcbPointer<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection, request, nullptr));
+    const auto reply = owned(xcb_get_property_reply(connection, request, nullptr));
     if (!reply || reply->format != 32 || reply->length != 1)
         return std::nullopt;
     return *static_cast<const uint32_t *>(xcb_get_property_value(reply.get()));

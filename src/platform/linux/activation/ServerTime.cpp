@@ -16,7 +16,7 @@ std::optional<quint32> currentServerTime()
     xcb_change_property(x11.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
                         8, 0, nullptr);
     xcb_flush(x11.get());
-    while (const auto event = XcbPointer<xcb_generic_event_t>(xcb_wait_for_event(x11.get()))) {
+    while (const auto event = owned(xcb_wait_for_event(x11.get()))) {
         if ((event->response_type & ~0x80) == XCB_PROPERTY_NOTIFY)
             return reinterpret_cast<const xcb_property_notify_event_t *>(event.get())->time;
     }

@@ -109,6 +109,5 @@ xcb_void_cookie_t KeyGrabs::request(const KeyGrab &grab) const
 
 bool KeyGrabs::isRefused(xcb_void_cookie_t request) const
 {
-    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(m_connection.get(), request));
-    return error != nullptr;
+    return owned(xcb_request_check(m_connection.get(), request)) != nullptr;
 }

@@ -288,8 +288,7 @@ void X11HotkeyService::ignoreKeysThatAreDown()
 
 void X11HotkeyService::takeKeyMap(xcb_query_keymap_cookie_t request, std::vector<KeyGrab> newGrabs)
 {
-    const XcbPointer<xcb_query_keymap_reply_t> reply(
-        xcb_query_keymap_reply(m_connection.get(), request, nullptr));
+    const auto reply = owned(xcb_query_keymap_reply(m_connection.get(), request, nullptr));
     if (!reply)
         return;
     KeyMapSnapshot snapshot{request.sequence, {}, std::move(newGrabs)};
@@ -313,7 +312,7 @@ void X11HotkeyService::drain()
     if (!m_notifier)
         return;
     auto snapshot = m_snapshots.cbegin();
-    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+    while (const auto event = owned(xcb_poll_for_event(m_connection.get()))) {
         while (snapshot != m_snapshots.cend()
                && static_cast<int>(event->full_sequence - snapshot->sequence) >= 0)
             apply(*snapshot++);

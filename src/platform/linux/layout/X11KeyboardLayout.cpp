@@ -47,7 +47,7 @@ void X11KeyboardLayout::selectEvents()
 
 void X11KeyboardLayout::readEvents()
 {
-    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection->get())})
+    while (const auto event = owned(xcb_poll_for_event(m_connection->get())))
         m_settling.start();
     // Stop watching a closed connection: it is always readable.
     m_notifier->setEnabled(m_connection->isOpen());

@@ -10,7 +10,6 @@ inline xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
 {
     const auto request =
         xcb_intern_atom(connection, false, uint16_t(name.size()), name.constData());
-    const XcbPointer<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, request, nullptr));
+    const auto reply = owned(xcb_intern_atom_reply(connection, request, nullptr));
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }

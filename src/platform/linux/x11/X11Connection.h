@@ -10,11 +10,9 @@ struct XcbFree {
     void operator()(void *memory) const { std::free(memory); }
 };
 template <typename Reply>
-using XcbPointer = std::unique_ptr<Reply, XcbFree>;
-template <typename Reply>
-XcbPointer<Reply> owned(Reply *reply)
+auto owned(Reply *reply)
 {
-    return XcbPointer<Reply>(reply);
+    return std::unique_ptr<Reply, XcbFree>(reply);
 }
 
 class X11Connection

@@ -107,8 +107,7 @@ X11Keyboard X11Keyboard::read(const X11Connection &server)
 
 void X11Keyboard::readKeyNames(xcb_connection_t *connection, unsigned int sequence)
 {
-    const XcbPointer<xcb_xkb_get_names_reply_t> reply(
-        xcb_xkb_get_names_reply(connection, {sequence}, nullptr));
+    const auto reply = owned(xcb_xkb_get_names_reply(connection, {sequence}, nullptr));
     if (!reply)
         return;
     xcb_xkb_get_names_value_list_t lists;
@@ -138,10 +137,9 @@ void X11Keyboard::findVirtualKeys()
 void X11Keyboard::readModifiers(xcb_connection_t *connection, unsigned int mapSequence,
                                 unsigned int keysSequence)
 {
-    const XcbPointer<xcb_get_modifier_mapping_reply_t> modifiers(
-        xcb_get_modifier_mapping_reply(connection, {mapSequence}, nullptr));
-    const XcbPointer<xcb_get_keyboard_mapping_reply_t> keysyms(
-        xcb_get_keyboard_mapping_reply(connection, {keysSequence}, nullptr));
+    const auto modifiers =
+        owned(xcb_get_modifier_mapping_reply(connection, {mapSequence}, nullptr));
+    const auto keysyms = owned(xcb_get_keyboard_mapping_reply(connection, {keysSequence}, nullptr));
     if (!modifiers || !keysyms)
         return;
     const ModifierMap map(modifiers.get(), keysyms.get(), xcb_keycode_t(m_firstKey));
