@@ -22,7 +22,7 @@ constexpr auto heldKeysInterval = 15ms;
 
 constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
 
-bool containsAny(const std::set<KeyGrab> &set, const QList<KeyGrab> &grabs)
+bool containsAny(const std::set<KeyGrab> &set, const std::set<KeyGrab> &grabs)
 {
     return std::ranges::any_of(grabs, [&](const KeyGrab &grab) { return set.contains(grab); });
 }
@@ -170,12 +170,15 @@ void X11HotkeyService::retryRefused()
     flush();
 }
 
-QList<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination, XKeycode key) const
+std::set<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination,
+                                            const QList<XKeycode> &keys) const
 {
-    QList<KeyGrab> grabs;
+    std::set<KeyGrab> grabs;
     if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
-        for (const quint16 state : m_keyboard.lockVariants(*modifiers))
-            grabs.append({key, state});
+        for (const quint16 state : m_keyboard.lockVariants(*modifiers)) {
+            for (const XKeycode key : keys)
+                grabs.insert({key, state});
+        }
     }
     return grabs;
 }
@@ -183,12 +186,8 @@ QList<KeyGrab> X11HotkeyService::grabsOf(const KeyCombination &combination, XKey
 std::set<KeyGrab> X11HotkeyService::wantedGrabs() const
 {
     std::set<KeyGrab> wanted;
-    for (const auto &[combination, registered] : m_registered) {
-        for (const XKeycode key : registered.keys) {
-            for (const KeyGrab &grab : grabsOf(combination, key))
-                wanted.insert(grab);
-        }
-    }
+    for (const auto &[combination, registered] : m_registered)
+        wanted.merge(grabsOf(combination, registered.keys));
     return wanted;
 }
 
@@ -197,11 +196,10 @@ void X11HotkeyService::releaseRefused(const std::set<KeyGrab> &refused)
     if (refused.empty())
         return;
     for (auto &[combination, registered] : m_registered) {
-        const auto grabs = [&combination = combination, this](XKeycode key) {
-            return grabsOf(combination, key);
+        const auto isTaken = [&, &combination = combination](XKeycode key) {
+            return containsAny(refused, grabsOf(combination, {key}));
         };
-        const auto removed = registered.keys.removeIf(
-            [&](XKeycode key) { return containsAny(refused, grabs(key)); });
+        const auto removed = registered.keys.removeIf(isTaken);
         if (removed > 0)
             registered.isRefused = registered.keys.isEmpty();
     }
@@ -222,24 +220,18 @@ std::set<KeyCombination> X11HotkeyService::refusedCombinations() const
 std::set<KeyCombination> X11HotkeyService::probe(const std::set<KeyCombination> &combinations)
 {
     std::set<KeyGrab> grabs;
-    for (const KeyCombination &combination : combinations) {
-        for (const XKeycode key : m_keyboard.keys(combination.key)) {
-            for (const KeyGrab &grab : grabsOf(combination, key))
-                grabs.insert(grab);
-        }
-    }
+    for (const KeyCombination &combination : combinations)
+        grabs.merge(grabsOf(combination, m_keyboard.keys(combination.key)));
     const auto refused = m_grabs.probe(grabs);
     drain();
 
-    std::set<KeyCombination> refusedCombinations;
-    std::ranges::copy_if(combinations,
-                         std::inserter(refusedCombinations, refusedCombinations.end()),
-                         [&](const KeyCombination &combination) {
-                             const auto keys = m_keyboard.keys(combination.key);
-                             return !keys.isEmpty() && std::ranges::all_of(keys, [&](XKeycode key) {
-                                 return containsAny(refused, grabsOf(combination, key));
-                             });
-                         });
+    std::set<KeyCombination> refusedCombinations = combinations;
+    std::erase_if(refusedCombinations, [&](const KeyCombination &combination) {
+        const auto keys = m_keyboard.keys(combination.key);
+        return keys.isEmpty() || std::ranges::any_of(keys, [&](XKeycode key) {
+                   return !containsAny(refused, grabsOf(combination, {key}));
+               });
+    });
     return refusedCombinations;
 }
 

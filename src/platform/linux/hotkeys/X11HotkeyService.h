@@ -101,8 +101,9 @@ private:
     void unregister(const KeyCombination &combination, quint64 token);
     void scheduleFlush();
     void dropEndedClaims();
-    /// One grab for each subset of the lock modifiers; none while the keyboard lacks a modifier.
-    QList<KeyGrab> grabsOf(const KeyCombination &combination, XKeycode key) const;
+    /// One grab for each key and each subset of the lock modifiers; none while the keyboard lacks a
+    /// modifier.
+    std::set<KeyGrab> grabsOf(const KeyCombination &combination, const QList<XKeycode> &keys) const;
     std::set<KeyGrab> wantedGrabs() const;
     std::set<KeyCombination> refusedCombinations() const;
     void releaseRefused(const std::set<KeyGrab> &refused);
