@@ -4,14 +4,11 @@
 #include <QByteArray>
 #include <chrono>
 
-/// How long to wait for the bus. A working bus answers in less than a millisecond, and hot keys
-/// must be live after 3 s.
-inline constexpr std::chrono::milliseconds sessionBusPatience(2000);
-
 /// Hides a session bus that accepts connections but does not answer in time from our libraries:
 /// they would wait for it forever. Until the program exits, they behave as if there were no bus. To
-/// be called before any of them looks for the bus and before threads exist.
-void avoidHangingSessionBus(std::chrono::milliseconds patience = sessionBusPatience);
+/// be called before any of them looks for the bus and before threads exist. A working bus answers
+/// in less than a millisecond, and hot keys must be live after 3 s.
+void avoidHangingSessionBus(std::chrono::milliseconds patience = std::chrono::seconds(2));
 
 /// The DBUS_SESSION_BUS_ADDRESS for programs that we start: the value that we were started with.
 /// Empty if it was not set.

@@ -1,11 +1,13 @@
 // The keyboard shortcuts in one desktop's settings, read and kept up to date without blocking.
 #pragma once
 
+#include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/keys/Accelerator.h"
 
 #include <QList>
 #include <QObject>
 #include <optional>
+#include <utility>
 
 /// Main thread only. May be constructed before there is a QApplication.
 class DesktopKeys : public QObject
@@ -30,8 +32,21 @@ Q_SIGNALS:
     void changed();
 
 protected:
-    void setAccelerators(std::optional<Accelerators> accelerators);
+    void setAccelerators(std::optional<Accelerators> accelerators)
+    {
+        if (accelerators == m_accelerators)
+            return;
+        m_accelerators = std::move(accelerators);
+        Q_EMIT changed();
+    }
 
 private:
     std::optional<Accelerators> m_accelerators;
 };
+
+/// Whether the command of a shortcut calls the program. Such keys already work for an entry, so
+/// they need no warning.
+inline bool callsUs(const QString &command)
+{
+    return command.contains(applicationId);
+}

@@ -1,7 +1,5 @@
 #include "platform/linux/desktopkeys/GSettingsKeys.h"
 
-#include "platform/linux/desktopkeys/OwnCommand.h"
-
 #include <QByteArrayList>
 #include <gio/gio.h>
 #include <memory>

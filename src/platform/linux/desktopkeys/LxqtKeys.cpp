@@ -1,7 +1,5 @@
 #include "platform/linux/desktopkeys/LxqtKeys.h"
 
-#include "platform/linux/desktopkeys/OwnCommand.h"
-
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>

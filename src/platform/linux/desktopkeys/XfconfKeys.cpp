@@ -1,7 +1,5 @@
 #include "platform/linux/desktopkeys/XfconfKeys.h"
 
-#include "platform/linux/desktopkeys/OwnCommand.h"
-
 #include <QDBusPendingReply>
 #include <QVariantMap>
 

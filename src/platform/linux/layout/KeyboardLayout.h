@@ -22,7 +22,13 @@ Q_SIGNALS:
     void changed();
 
 protected:
-    void setKeys(const LayoutKeys &keys);
+    void setKeys(const LayoutKeys &keys)
+    {
+        if (keys == m_keys)
+            return;
+        m_keys = keys;
+        Q_EMIT changed();
+    }
 
 private:
     LayoutKeys m_keys;
