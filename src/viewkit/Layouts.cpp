@@ -11,6 +11,10 @@ using namespace Qt::StringLiterals;
 namespace viewkit
 {
 
+namespace
+{
+/// Updates the layouts of the widget and all its descendants now; Qt would do so on later turns of
+/// the event loop, one level at a time.
 void settleLayouts(QWidget &widget)
 {
     for (QObject *const child : widget.children()) {
@@ -20,6 +24,7 @@ void settleLayouts(QWidget &widget)
     if (widget.layout())
         widget.layout()->activate();
 }
+} // namespace
 
 int settledHeight(QWidget &widget, int width)
 {

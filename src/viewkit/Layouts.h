@@ -6,10 +6,6 @@ class QWidget;
 namespace viewkit
 {
 
-/// Updates the layouts of the widget and all its descendants now; Qt would do so on later turns of
-/// the event loop, one level at a time.
-void settleLayouts(QWidget &widget);
-
 /// The height that the widget needs at this width, with its current content.
 int settledHeight(QWidget &widget, int width);
 

@@ -1,12 +1,15 @@
 #include "viewkit/Sheet.h"
 
+#include "viewkit/Item.h"
 #include "viewkit/Layouts.h"
 
 #include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <memory>
 
 namespace viewkit
 {
@@ -66,6 +69,29 @@ void Sheet::fitToContent()
     const int maxHeight = screen()->availableGeometry().height() - roomForFrame;
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     setFixedSize(height > maxHeight ? width + scrollBar : width, std::min(height, maxHeight));
+}
+
+Item sheetWhen(QWidget *owner, Predicate isShown, std::function<QDialog *(QWidget *owner)> make)
+{
+    const auto sheet = std::make_shared<QPointer<QDialog>>();
+    return {.rules = {[=, isShown = std::move(isShown), make = std::move(make)] {
+                const bool wanted = isShown();
+                if (wanted == !sheet->isNull())
+                    return;
+                if (wanted) {
+                    *sheet = make(owner);
+                    // Open it later: the owner may not be on the screen yet.
+                    const auto open = [sheet, made = sheet->data()] {
+                        if (*sheet == made)
+                            made->open();
+                    };
+                    QMetaObject::invokeMethod(*sheet, open, Qt::QueuedConnection);
+                } else {
+                    (*sheet)->hide();
+                    (*sheet)->deleteLater();
+                    sheet->clear();
+                }
+            }}};
 }
 
 } // namespace viewkit

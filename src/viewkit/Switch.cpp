@@ -2,6 +2,7 @@
 
 #include "viewkit/Colors.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace viewkit
@@ -29,16 +30,11 @@ QSize Switch::sizeHint() const
     return QSize(track * 9 / 5, track) + QSize(2, 2) * int(trackMargin);
 }
 
-void Switch::enterEvent(QEnterEvent *event)
+bool Switch::event(QEvent *event)
 {
-    update();
-    QCheckBox::enterEvent(event);
-}
-
-void Switch::leaveEvent(QEvent *event)
-{
-    update();
-    QCheckBox::leaveEvent(event);
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave)
+        update();
+    return QCheckBox::event(event);
 }
 
 void Switch::paintEvent(QPaintEvent *)

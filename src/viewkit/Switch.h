@@ -18,8 +18,7 @@ public:
 
 protected:
     bool hitButton(const QPoint &place) const override { return rect().contains(place); }
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
 

@@ -40,15 +40,9 @@ void View::refresh()
 
 bool View::event(QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::FontChange:
-    case QEvent::PaletteChange:
-    case QEvent::StyleChange:
+    const auto type = event->type();
+    if (type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange)
         invalidate();
-        break;
-    default:
-        break;
-    }
     return QWidget::event(event);
 }
 
