@@ -2,7 +2,6 @@
 
 #include "platform/linux/base/Session.h"
 
-#include <QHash>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -15,54 +14,43 @@ struct Pages {
     QStringList loginItems;
 };
 
-// Only some versions of GNOME's own settings show login items, so they come last.
-const QHash<Desktop, Pages> &knownPages()
+Pages pagesOf(Desktop desktop)
 {
-    static const QHash<Desktop, Pages> pages{
-        {
-            Desktop::gnome,
-            {
-                {u"gnome-control-center notifications"_s},
-                {
-                    u"gnome-session-properties"_s,
-                    u"gnome-tweaks"_s,
-                    u"gnome-control-center applications"_s,
-                },
-            },
-        },
-        {
-            Desktop::budgie,
-            {
-                {u"budgie-control-center notifications"_s, u"gnome-control-center notifications"_s},
-                {u"budgie-desktop-settings"_s, u"gnome-session-properties"_s, u"gnome-tweaks"_s},
-            },
-        },
-        {
-            Desktop::plasma,
-            {
-                {u"systemsettings kcm_notifications"_s, u"systemsettings5 kcm_notifications"_s},
-                {u"systemsettings kcm_autostart"_s, u"systemsettings5 kcm_autostart"_s},
-            },
-        },
-        {Desktop::xfce, {{u"xfce4-notifyd-config"_s}, {u"xfce4-session-settings"_s}}},
-        {
-            Desktop::cinnamon,
-            {{u"cinnamon-settings notifications"_s}, {u"cinnamon-settings startup"_s}},
-        },
-        {
-            Desktop::mate,
-            {{u"mate-notification-properties"_s}, {u"mate-session-properties"_s}},
-        },
-        {Desktop::lxqt, {{u"lxqt-config-notificationd"_s}, {u"lxqt-config-session"_s}}},
-    };
-    return pages;
+    switch (desktop) {
+    case Desktop::gnome:
+        // Only some versions of GNOME's own settings show login items, so they come last.
+        return {
+            {u"gnome-control-center notifications"_s},
+            {u"gnome-session-properties"_s, u"gnome-tweaks"_s,
+             u"gnome-control-center applications"_s},
+        };
+    case Desktop::budgie:
+        return {
+            {u"budgie-control-center notifications"_s, u"gnome-control-center notifications"_s},
+            {u"budgie-desktop-settings"_s, u"gnome-session-properties"_s, u"gnome-tweaks"_s},
+        };
+    case Desktop::plasma:
+        return {
+            {u"systemsettings kcm_notifications"_s, u"systemsettings5 kcm_notifications"_s},
+            {u"systemsettings kcm_autostart"_s, u"systemsettings5 kcm_autostart"_s},
+        };
+    case Desktop::xfce:
+        return {{u"xfce4-notifyd-config"_s}, {u"xfce4-session-settings"_s}};
+    case Desktop::cinnamon:
+        return {{u"cinnamon-settings notifications"_s}, {u"cinnamon-settings startup"_s}};
+    case Desktop::mate:
+        return {{u"mate-notification-properties"_s}, {u"mate-session-properties"_s}};
+    case Desktop::lxqt:
+        return {{u"lxqt-config-notificationd"_s}, {u"lxqt-config-session"_s}};
+    }
+    Q_UNREACHABLE();
 }
 
 /// The pages of the current desktop; empty if it is unknown.
 Pages pages(const QProcessEnvironment &environment)
 {
     const auto desktop = currentDesktop(environment);
-    return desktop ? knownPages().value(*desktop) : Pages();
+    return desktop ? pagesOf(*desktop) : Pages();
 }
 
 QStringList firstThatIsThere(const QStringList &commands, const QProcessEnvironment &environment)
