@@ -81,13 +81,11 @@ QByteArray targetOfLink(const QByteArray &path)
 
 /// The resolved prefix and the components still to resolve.
 struct Walk {
-    QByteArray place = "/";
+    /// Empty for the root folder.
+    QByteArray place;
     QByteArrayList ahead;
 
-    QByteArray next() const
-    {
-        return place == "/" ? '/' + ahead.constFirst() : place + '/' + ahead.constFirst();
-    }
+    QByteArray next() const { return place + '/' + ahead.constFirst(); }
 
     void enter(const QByteArray &path)
     {
@@ -97,13 +95,13 @@ struct Walk {
     void goUp()
     {
         const auto slash = place.lastIndexOf('/');
-        enter(slash > 0 ? place.first(slash) : QByteArray("/"));
+        enter(slash > 0 ? place.first(slash) : QByteArray());
     }
     void follow(const QByteArray &target)
     {
         ahead = target.split('/') + ahead.sliced(1);
         if (target.startsWith('/'))
-            place = "/";
+            place.clear();
     }
 };
 } // namespace
