@@ -1,13 +1,64 @@
 #include "platform/linux/recording/KeyCapture.h"
 
+#include "platform/ModifierForms.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
+#include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/recording/HeldKeyRepeatFilter.h"
-#include "platform/linux/recording/KeyTranslation.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QInputMethodQueryEvent>
 #include <QKeyEvent>
+
+namespace
+{
+constexpr VirtualKey escape{53};
+
+bool isModifier(const QKeyEvent &press)
+{
+    switch (press.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+    case Qt::Key_Mode_switch:
+        return true;
+    default:
+        break;
+    }
+    // The range ISO_Lock to ISO_Level5_Lock, most of which Qt has no keys for, and Shift_Lock.
+    const quint32 keysym = press.nativeVirtualKey();
+    return (keysym >= 0xfe01 && keysym <= 0xfe13) || keysym == 0xffe6;
+}
+
+std::optional<VirtualKey> virtualKey(XKeycode keycode, const X11Keyboard *keyboard)
+{
+    return keyboard ? keyboard->virtualKey(keycode) : KeyCodes::virtualKey(evdevCode(keycode));
+}
+
+/// Pass the X server's keyboard if the events come from a server whose keyboard is known, else
+/// null. Nothing for keys that are modifiers in the user's layout, and for keys without a virtual
+/// key code.
+std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyboard)
+{
+    const auto key = virtualKey(XKeycode(press.nativeScanCode()), keyboard);
+    // Escape must always work, whatever the user's layout makes of that key.
+    if (!key || (isModifier(press) && *key != escape))
+        return std::nullopt;
+    // If the server's modifiers are known, use those: Qt's own depend on the layout.
+    return KeyEvent{
+        quint16(*key),
+        keyboard ? keyboard->eventFlags(quint16(press.nativeModifiers()))
+                 : converted(press.modifiers(), &ModifierForms::qt, &ModifierForms::eventFlag)};
+}
+} // namespace
 
 KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
                        X11HotkeyService *hotkeys)
@@ -119,9 +170,7 @@ bool KeyCapture::swallowKey(QKeyEvent &event)
     // Grab again with each press, because the grab may have been refused, or a menu may have ended
     // it since. The modifiers of a combination arrive before the press that needs the grab.
     grabKeyboard();
-    const auto press =
-        KeyTranslation::keyEvent(event, m_hotkeys ? &m_hotkeys->keyboard() : nullptr);
-    if (press) {
+    if (const auto press = keyEvent(event, m_hotkeys ? &m_hotkeys->keyboard() : nullptr)) {
         // Copy the handler: it may delete itself.
         const Handler handler = m_handler;
         handler(*press);
