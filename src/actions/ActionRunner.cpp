@@ -1,6 +1,7 @@
 #include "actions/ActionRunner.h"
 
 #include "foundation/Text.h"
+#include "platform/Wording.h"
 #include "platform/Workspace.h"
 
 #include <QDir>
@@ -46,7 +47,8 @@ QString lastPathComponent(const QString &path)
     return name.isEmpty() ? u"/"_s : name;
 }
 
-void runPath(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+void runPath(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
+             Completion completion)
 {
     if (missingReason(entry)) {
         completion(RunOutcome::missing(
@@ -55,7 +57,7 @@ void runPath(const LaunchEntry &entry, Workspace &workspace, Completion completi
         return;
     }
     open(QUrl::fromLocalFile(entry.target),
-         u"macOS could not open %1."_s.arg(quoted(lastPathComponent(entry.target))), workspace,
+         wording.couldNotOpen(quoted(lastPathComponent(entry.target))), workspace,
          std::move(completion));
 }
 
@@ -68,7 +70,8 @@ std::optional<QUrl> websiteURL(const QString &text)
     return url.isValid() && !url.host().isEmpty() ? std::optional(url) : std::nullopt;
 }
 
-void runWebsite(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+void runWebsite(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
+                Completion completion)
 {
     const auto url = websiteURL(entry.target);
     if (!url) {
@@ -77,10 +80,11 @@ void runWebsite(const LaunchEntry &entry, Workspace &workspace, Completion compl
                 quoted(entry.target))));
         return;
     }
-    open(*url, u"macOS could not open the website."_s, workspace, std::move(completion));
+    open(*url, wording.couldNotOpen(u"the website"_s), workspace, std::move(completion));
 }
 
-void runShortcut(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+void runShortcut(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
+                 Completion completion)
 {
     const auto url = shortcutURL(entry.target);
     if (!url) {
@@ -88,24 +92,25 @@ void runShortcut(const LaunchEntry &entry, Workspace &workspace, Completion comp
             u"The Shortcut name %1 could not be turned into a link."_s.arg(quoted(entry.target))));
         return;
     }
-    open(*url, u"macOS could not open the Shortcuts app."_s, workspace, std::move(completion));
+    open(*url, wording.couldNotRunShortcuts(), workspace, std::move(completion));
 }
 } // namespace
 
-void run(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+void run(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
+         Completion completion)
 {
     switch (entry.kind) {
     case ActionKind::app:
         runApp(entry, workspace, std::move(completion));
         break;
     case ActionKind::path:
-        runPath(entry, workspace, std::move(completion));
+        runPath(entry, workspace, wording, std::move(completion));
         break;
     case ActionKind::website:
-        runWebsite(entry, workspace, std::move(completion));
+        runWebsite(entry, workspace, wording, std::move(completion));
         break;
     case ActionKind::shortcut:
-        runShortcut(entry, workspace, std::move(completion));
+        runShortcut(entry, workspace, wording, std::move(completion));
         break;
     }
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 
+class Wording;
 class Workspace;
 
 namespace ActionRunner
@@ -15,7 +16,7 @@ namespace ActionRunner
 
 /// Opens the entry's target. The completion is called once, on the main thread, possibly before the
 /// call returns.
-void run(const LaunchEntry &entry, Workspace &workspace,
+void run(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
          std::function<void(RunOutcome)> completion);
 
 /// The link that runs the Shortcut with this name; nothing if the name is not valid UTF-16.

@@ -14,16 +14,18 @@ namespace
 constexpr quint32 modifierFlags =
     commandEventFlag | shiftEventFlag | optionEventFlag | controlEventFlag;
 
-bool isDesktopShortcut(const Shortcut &shortcut, SymbolicHotkeys &service)
+/// The desktop's first enabled shortcut that has exactly these keys.
+std::optional<SymbolicHotkey> desktopShortcut(const Shortcut &shortcut, SymbolicHotkeys &service)
 {
     const auto hotkeys = service.copySymbolicHotkeys();
     if (!hotkeys)
-        return false;
+        return std::nullopt;
     const quint32 wanted = carbonToEventFlags(shortcut.carbonModifiers);
-    return std::ranges::any_of(*hotkeys, [&](const SymbolicHotkey &hotkey) {
+    const auto found = std::ranges::find_if(*hotkeys, [&](const SymbolicHotkey &hotkey) {
         return hotkey.isEnabled && hotkey.code == shortcut.carbonKeyCode
             && (hotkey.modifiers & modifierFlags) == wanted;
     });
+    return found == hotkeys->cend() ? std::nullopt : std::optional(*found);
 }
 
 bool isHeldElsewhere(const Shortcut &shortcut, SymbolicHotkeys &service)
@@ -43,7 +45,16 @@ quint32 carbonToEventFlags(qint64 carbonModifiers)
 
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service)
 {
-    return isDesktopShortcut(shortcut, service) || isHeldElsewhere(shortcut, service);
+    return userOfKeys(shortcut, service).has_value();
+}
+
+std::optional<KeyUser> userOfKeys(const Shortcut &shortcut, SymbolicHotkeys &service)
+{
+    if (const auto hotkey = desktopShortcut(shortcut, service))
+        return KeyUser{KeyUser::Kind::desktop, hotkey->action};
+    if (isHeldElsewhere(shortcut, service))
+        return KeyUser{KeyUser::Kind::program};
+    return std::nullopt;
 }
 
 } // namespace KeyboardShortcuts

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hotkeys/KeyboardShortcuts.h"
+#include "platform/KeyUser.h"
 
 class SymbolicHotkeys;
 
@@ -14,5 +15,9 @@ quint32 carbonToEventFlags(qint64 carbonModifiers);
 /// Whether one of the desktop's enabled shortcuts has exactly these keys, or another program has
 /// grabbed them. False if neither can be determined.
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service);
+
+/// Who uses the keys, if isTakenBySystem(): the desktop's first action that does, before other
+/// programs.
+std::optional<KeyUser> userOfKeys(const Shortcut &shortcut, SymbolicHotkeys &service);
 
 } // namespace KeyboardShortcuts

@@ -12,4 +12,7 @@ inline constexpr QLatin1StringView showRunNotification("showRunNotification");
 /// Whether the user has dismissed the welcome; false if absent.
 inline constexpr QLatin1StringView hasSeenWelcome("hasSeenWelcome");
 
+/// Whether key combinations are shown with the signs of a Mac's keys; false if absent.
+inline constexpr QLatin1StringView showMacKeySigns("showMacKeySigns");
+
 } // namespace DefaultsKeys

@@ -16,6 +16,7 @@ class SymbolicHotkeys;
 class SystemSettings;
 class UserDefaults;
 class UserNotificationCenter;
+class Wording;
 class Workspace;
 
 struct Platform {
@@ -33,6 +34,7 @@ struct Platform {
     LoginItem &loginItem;
     SystemSettings &systemSettings;
     Appearance &appearance;
+    const Wording &wording;
     /// The folder in which programs keep the user's data; empty if there is none.
     QString applicationSupport;
     /// The id by which the desktop knows the program; empty if it knows none.

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QString>
 #include <optional>
 
 struct SymbolicHotkey {
@@ -13,6 +14,8 @@ struct SymbolicHotkey {
     /// An OR of EventFlag bits; other bits may be set too.
     qint64 modifiers;
     bool isEnabled;
+    /// What the desktop calls the action, on one line; nothing if it has no name for it.
+    std::optional<QString> action = {};
 
     bool operator==(const SymbolicHotkey &) const = default;
 };

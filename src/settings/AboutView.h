@@ -3,11 +3,13 @@
 
 #include "viewkit/View.h"
 
+class Wording;
+
 class AboutView : public viewkit::View
 {
     Q_OBJECT
 
 public:
     /// The callback closes the view.
-    explicit AboutView(viewkit::Action onClose);
+    AboutView(const Wording &wording, viewkit::Action onClose);
 };

@@ -4,6 +4,7 @@
 #include "foundation/Text.h"
 #include "platform/InstalledApplications.h"
 #include "platform/ShortcutLibrary.h"
+#include "platform/Wording.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
 #include "settings/Recorder.h"
@@ -50,10 +51,11 @@ QString nameOfFile(const QString &path)
 
 EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                        InstalledApplications &applications, ShortcutLibrary &shortcuts,
-                       const LaunchEntry &entry, std::function<void()> onClose)
+                       const Wording &wording, const LaunchEntry &entry, std::function<void()> onClose)
     : m_store(store)
     , m_applications(applications)
     , m_shortcuts(shortcuts)
+    , m_wording(wording)
     , m_original(entry)
     , m_onClose(std::move(onClose))
     , m_draft(entry)
@@ -84,10 +86,7 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
         announcedWarningLines(
             TextStyle::callout,
             [this] { return m_store.warnings(m_draft.shortcutName(), m_draft.id); }),
-        tinted(
-            TextColor::secondary,
-            paragraph(TextStyle::caption,
-                      u"Tip: include ⌘, ⌥ or ⌃ so the combination does not clash with typing."_s)),
+        tinted(TextColor::secondary, paragraph(TextStyle::caption, [this] { return tip(); })),
         shownWhen([this] { return m_message.has_value(); },
                   announced(tinted(TextColor::error,
                                    paragraph(TextStyle::callout,
@@ -137,9 +136,15 @@ Item EditorForm::targetField()
         shownWhen([this] { return isKind(ActionKind::shortcut); },
                   suggesting([this] { return m_shortcuts.names(); },
                              textField(u"Shortcut"_s,
-                                       u"Name of the Shortcut, exactly as in the Shortcuts app"_s,
+                                       m_wording.nameOfShortcut(),
                                        draft(&LaunchEntry::target)))),
     };
+}
+
+QString EditorForm::tip() const
+{
+    return u"Tip: include %1 so the combination does not clash with typing."_s.arg(
+        m_store.keyWording().requiredModifiers());
 }
 
 void EditorForm::setKind(ActionKind kind)

@@ -11,6 +11,7 @@ class EventMonitor;
 class InstalledApplications;
 class ShortcutLibrary;
 class ShortcutStore;
+class Wording;
 
 class EditorForm : public viewkit::View
 {
@@ -20,7 +21,7 @@ public:
     /// Edits an entry of the store, or a new one that is not in it yet. The callback closes the
     /// form. The store and the services must outlive the form.
     EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
-               InstalledApplications &applications, ShortcutLibrary &shortcuts,
+               InstalledApplications &applications, ShortcutLibrary &shortcuts, const Wording &wording,
                const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
@@ -31,6 +32,7 @@ public:
 private:
     viewkit::Binding<QString> draft(QString LaunchEntry::*field);
     viewkit::Item targetField();
+    QString tip() const;
     bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
     bool opensFile() const { return isKind(ActionKind::app) || isKind(ActionKind::path); }
 
@@ -46,6 +48,7 @@ private:
     ShortcutStore &m_store;
     InstalledApplications &m_applications;
     ShortcutLibrary &m_shortcuts;
+    const Wording &m_wording;
     const LaunchEntry m_original;
     const std::function<void()> m_onClose;
     LaunchEntry m_draft;

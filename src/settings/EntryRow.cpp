@@ -45,14 +45,15 @@ Item onFirstLine(std::function<int()> lineHeight, Item item)
     return alignTop(column);
 }
 
-Item badge(TextSource source)
+Item badge(TextSource source, TextSource spoken)
 {
     auto *const badge = new Badge;
     const Rule rule = [badge, source = std::move(source)] {
         if (const QString text = source(); badge->text() != text)
             badge->setText(text);
     };
-    return onFirstLine([badge] { return badge->sizeHint().height(); }, widget(badge, rule));
+    return onFirstLine([badge] { return badge->sizeHint().height(); },
+                       described(std::move(spoken), widget(badge, rule)));
 }
 } // namespace
 
@@ -80,7 +81,8 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
         stretched(
             onFirstLine([] { return QFontMetrics(viewkit::font(TextStyle::headline)).height(); },
                         description())),
-        badge([this] { return m_store.shortcutText(m_entry); }),
+        badge([this] { return m_store.shortcutText(m_entry); },
+              [this] { return m_store.spokenKeys(m_entry.shortcutName()); }),
         alignTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
         alignTop(destructiveButton(u"trash"_s, u"Delete"_s,
                                    [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),

@@ -1,6 +1,7 @@
 #include "settings/Recorder.h"
 
 #include "platform/ModifierForms.h"
+#include "platform/Wording.h"
 #include "store/ShortcutStore.h"
 
 using namespace Qt::StringLiterals;
@@ -31,7 +32,8 @@ Recorder::Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name 
     , m_current(store.getShortcut(name))
 {
     const Item mainButton =
-        announcedChanges(button([this] { return label(); }, [this] { toggleRecording(); }));
+        described([this] { return spokenKeys(); },
+                  announcedChanges(button([this] { return label(); }, [this] { toggleRecording(); })));
     m_button = mainButton.widget;
     m_button->setMinimumWidth(minimumLabelWidth);
     setBody(Row{
@@ -52,7 +54,12 @@ QString Recorder::label() const
 {
     if (m_recording)
         return u"Press the keys…"_s;
-    return m_current ? m_current->description() : u"Record Shortcut"_s;
+    return m_current ? m_store.keyText(*m_current) : u"Record Shortcut"_s;
+}
+
+QString Recorder::spokenKeys() const
+{
+    return m_recording ? QString() : m_store.spokenKeys(m_name);
 }
 
 void Recorder::toggleRecording()
@@ -91,7 +98,7 @@ void Recorder::handle(const KeyEvent &event)
         // Hide it first: screen readers announce a message only when it appears.
         m_hint.reset();
         refresh();
-        m_hint = u"Include ⌘, ⌥ or ⌃"_s;
+        m_hint = u"Include "_s + m_store.keyWording().requiredModifiers();
         refresh();
         return;
     }

@@ -33,6 +33,7 @@ protected:
 
 private:
     QString label() const;
+    QString spokenKeys() const;
     void toggleRecording();
     void start();
     void stop();

@@ -6,6 +6,7 @@
 #include "platform/Platform.h"
 #include "platform/SystemSettings.h"
 #include "platform/UserDefaults.h"
+#include "platform/Wording.h"
 #include "settings/AboutView.h"
 #include "settings/DetailsView.h"
 #include "settings/EditorForm.h"
@@ -38,7 +39,7 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     setBody(Column{
         toolbar(),
         divider(),
-        welcomeCard(platform.userDefaults),
+        welcomeCard(platform.userDefaults, platform.wording),
         shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
         shownWhen([this] { return hasEntries(); }, stretched(entryList())),
         divider(),
@@ -108,6 +109,7 @@ Item SettingsView::footer()
                  }),
         shownWhen([this] { return m_loginNeedsApproval; }, approvalRow()),
         checkBox(u"Show a small notification when a shortcut runs"_s, showNotification()),
+        checkBox(u"Show keys with Mac signs (⌃⌥⇧⌘)"_s, macKeySigns()),
         Row{
             spacing(8),
             button(u"Open Notification Settings"_s,
@@ -126,10 +128,10 @@ Item SettingsView::approvalRow()
     return Row{
         spacing(8),
         tinted(TextColor::warning,
-               text(TextStyle::caption, u"macOS needs your approval in Login Items."_s)),
+               text(TextStyle::caption, m_platform.wording.loginItemIsOff())),
         styled(
             TextStyle::caption,
-            button(u"Open Login Items"_s, [this] { m_platform.systemSettings.openLoginItems(); })),
+            button(m_platform.wording.openLoginItems(), [this] { m_platform.systemSettings.openLoginItems(); })),
         Spacer{},
     };
 }
@@ -148,7 +150,7 @@ QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 {
     auto *const form =
         new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
-                       m_platform.shortcutLibrary, entry, [this] { closeSheet(); });
+                       m_platform.shortcutLibrary, m_platform.wording, entry, [this] { closeSheet(); });
     return new Sheet(
         form->title(), form, [form] { form->cancel(); }, owner);
 }
@@ -156,7 +158,7 @@ QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 QDialog *SettingsView::makeSheet(const About &, QWidget *owner)
 {
     const auto close = [this] { closeSheet(); };
-    return new Sheet(u"Corvane"_s, new AboutView(close), close, owner);
+    return new Sheet(u"Corvane"_s, new AboutView(m_platform.wording, close), close, owner);
 }
 
 QDialog *SettingsView::makeSheet(const Details &details, QWidget *owner)
@@ -321,6 +323,20 @@ Binding<bool> SettingsView::showNotification()
     return {
         .get = [&defaults] { return ShortcutStore::showRunNotification(defaults); },
         .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::showRunNotification, on); },
+    };
+}
+
+Binding<bool> SettingsView::macKeySigns()
+{
+    UserDefaults &defaults = m_platform.userDefaults;
+    return {
+        .get = [&defaults] { return ShortcutStore::showMacKeySigns(defaults); },
+        .set =
+            [this, &defaults](bool on) {
+                defaults.setBoolean(DefaultsKeys::showMacKeySigns, on);
+                // The menu shows keys too.
+                m_store.announceChange();
+            },
     };
 }
 

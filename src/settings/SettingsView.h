@@ -73,6 +73,7 @@ private:
 
     bool hasEntries() const;
     viewkit::Binding<bool> showNotification();
+    viewkit::Binding<bool> macKeySigns();
     void fitToContent();
 
     const Platform &m_platform;

@@ -11,6 +11,7 @@
 #include "platform/Platform.h"
 #include "platform/SymbolicHotkeys.h"
 #include "platform/UserDefaults.h"
+#include "platform/Wording.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -49,6 +50,7 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
 {
     connect(&platform.symbolicHotkeys, &SymbolicHotkeys::changed, this, &ShortcutStore::willChange);
+    connect(&platform.wording, &Wording::changed, this, &ShortcutStore::willChange);
     connect(&platform.userDefaults, &UserDefaults::changed, this, [this] {
         if (const auto &error = m_platform.userDefaults.error())
             report(u"Your settings could not be saved."_s, *error);
@@ -140,7 +142,7 @@ void ShortcutStore::run(const LaunchEntry &entry)
 {
     // Bound to the application, not to the store: a run that has begun is always reported.
     const auto start = [entry, &platform = m_platform, store = QPointer(this)] {
-        ActionRunner::run(entry, platform.workspace,
+        ActionRunner::run(entry, platform.workspace, platform.wording,
                           [entry, &platform, store](const RunOutcome &outcome) {
                               tell(outcome, entry, platform);
                               // More targets may be missing by now.
@@ -216,8 +218,8 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
     if (!shortcut)
         return {};
     QStringList messages;
-    if (KeyboardShortcuts::isTakenBySystem(*shortcut, m_platform.symbolicHotkeys))
-        messages << shortcut->description() + u" is already used by macOS. It may not work."_s;
+    if (const auto user = KeyboardShortcuts::userOfKeys(*shortcut, m_platform.symbolicHotkeys))
+        messages << m_platform.wording.alreadyUsed(keyText(*shortcut), *user);
     for (const LaunchEntry &other : enabledByKeys().value(*shortcut)) {
         if (other.id == excluding)
             continue;
@@ -244,7 +246,26 @@ const ShortcutStore::EntriesByKeys &ShortcutStore::enabledByKeys() const
 QString ShortcutStore::shortcutText(const LaunchEntry &entry) const
 {
     const auto shortcut = getShortcut(entry.shortcutName());
-    return shortcut ? shortcut->description() : u"No keys"_s;
+    return shortcut ? keyText(*shortcut) : u"No keys"_s;
+}
+
+const Wording &ShortcutStore::keyWording() const
+{
+    return showMacKeySigns(m_platform.userDefaults) ? m_designWording : m_platform.wording;
+}
+
+QString ShortcutStore::keyText(const KeyboardShortcuts::Shortcut &shortcut) const
+{
+    return keyWording().keys(shortcut.carbonKeyCode, shortcut.carbonModifiers);
+}
+
+QString ShortcutStore::spokenKeys(const KeyboardShortcuts::Name &name) const
+{
+    if (&keyWording() == &m_platform.wording)
+        return {};
+    const auto shortcut = getShortcut(name);
+    return shortcut ? m_platform.wording.keys(shortcut->carbonKeyCode, shortcut->carbonModifiers)
+                    : QString();
 }
 
 std::optional<KeyboardShortcuts::Shortcut>
@@ -268,6 +289,11 @@ void ShortcutStore::announceChange()
 bool ShortcutStore::showRunNotification(const UserDefaults &defaults)
 {
     return defaults.boolean(DefaultsKeys::showRunNotification).value_or(true);
+}
+
+bool ShortcutStore::showMacKeySigns(const UserDefaults &defaults)
+{
+    return defaults.boolean(DefaultsKeys::showMacKeySigns).value_or(false);
 }
 
 void ShortcutStore::add(const ExportItem &item)

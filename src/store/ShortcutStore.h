@@ -5,6 +5,7 @@
 #include "model/AppError.h"
 #include "model/EntriesFile.h"
 #include "model/LaunchEntry.h"
+#include "words/DesignWording.h"
 
 #include <QHash>
 #include <QList>
@@ -89,6 +90,16 @@ public:
     /// The entry's stored combination, or "No keys".
     QString shortcutText(const LaunchEntry &entry) const;
 
+    /// The combination as the user chose to read it.
+    QString keyText(const KeyboardShortcuts::Shortcut &shortcut) const;
+
+    /// The combination that is stored under the name, in words for screen readers; empty if
+    /// keyText() is in words already.
+    QString spokenKeys(const KeyboardShortcuts::Name &name) const;
+
+    /// Has the texts of keys that the user chose: the system's, or those of the design.
+    const Wording &keyWording() const;
+
     /// The combination that is stored under the name.
     std::optional<KeyboardShortcuts::Shortcut>
     getShortcut(const KeyboardShortcuts::Name &name) const;
@@ -103,6 +114,10 @@ public:
 
     /// Whether the user wants a notification of every successful run; true by default.
     static bool showRunNotification(const UserDefaults &defaults);
+
+    /// Whether the user wants to read key combinations with the signs of a Mac's keys; false by
+    /// default.
+    static bool showMacKeySigns(const UserDefaults &defaults);
 
 Q_SIGNALS:
     /// Emitted before entries, paused or error change, and also when only values that views derive
@@ -129,4 +144,5 @@ private:
     mutable std::optional<EntriesByKeys> m_enabledByKeys;
     bool m_paused;
     QList<AppError> m_errors;
+    DesignWording m_designWording;
 };

@@ -129,6 +129,8 @@ Item widget(QWidget *widget, Rule rule = {});
 Item tinted(TextColor textColor, Item item);
 /// Sets the style of its text.
 Item styled(TextStyle style, Item item);
+/// Sets what screen readers say after the item's name.
+Item described(TextSource description, Item item);
 /// Makes screen readers announce the text when it appears.
 Item announced(Item item);
 /// Makes screen readers announce changes of the button's label. While the button has the focus,

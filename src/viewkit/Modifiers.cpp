@@ -60,6 +60,15 @@ Item announced(Item item)
     return item;
 }
 
+Item described(TextSource description, Item item)
+{
+    item.rules.append([widget = item.widget, description = std::move(description)] {
+        if (const QString text = description(); widget->accessibleDescription() != text)
+            widget->setAccessibleDescription(text);
+    });
+    return item;
+}
+
 Item announcedChanges(Item item)
 {
     auto *const button = qobject_cast<QAbstractButton *>(item.widget);

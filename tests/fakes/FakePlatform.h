@@ -16,6 +16,7 @@
 #include "fakes/FakeUserNotificationCenter.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/Platform.h"
+#include "words/DesignWording.h"
 
 #include <QTemporaryDir>
 
@@ -40,6 +41,7 @@ public:
     FakeLoginItem loginItem;
     FakeSystemSettings systemSettings;
     FakeAppearance appearance;
+    DesignWording wording;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,
@@ -56,6 +58,7 @@ public:
         .loginItem = loginItem,
         .systemSettings = systemSettings,
         .appearance = appearance,
+        .wording = wording,
         .applicationSupport = applicationSupport.path(),
         .bundleIdentifier = QStringLiteral("org.corvane.Corvane"),
     };

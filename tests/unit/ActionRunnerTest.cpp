@@ -1,5 +1,6 @@
 #include "actions/ActionRunner.h"
 #include "fakes/FakeWorkspace.h"
+#include "words/DesignWording.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,7 +16,7 @@ struct Run {
 
     void start(const LaunchEntry &entry)
     {
-        ActionRunner::run(entry, workspace, [this](const RunOutcome &ended) { outcome = ended; });
+        ActionRunner::run(entry, workspace, DesignWording(), [this](const RunOutcome &ended) { outcome = ended; });
     }
 };
 
