@@ -26,9 +26,9 @@ Look look(TextStyle style)
         return {12. / 13, QFont::Normal};
     case TextStyle::caption:
     case TextStyle::captionMonospaced:
-        return {10. / 13, QFont::Normal};
+        return {11. / 13, QFont::Normal};
     case TextStyle::captionBold:
-        return {10. / 13, QFont::Bold};
+        return {11. / 13, QFont::Bold};
     case TextStyle::title2:
         return {17. / 13, QFont::Bold};
     case TextStyle::title3:

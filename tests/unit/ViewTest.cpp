@@ -679,8 +679,8 @@ private Q_SLOTS:
         QTest::newRow("body") << TextStyle::body << 1. << false;
         QTest::newRow("headline") << TextStyle::headline << 1. << true;
         QTest::newRow("callout") << TextStyle::callout << 12 / 13. << false;
-        QTest::newRow("caption") << TextStyle::caption << 10 / 13. << false;
-        QTest::newRow("bold caption") << TextStyle::captionBold << 10 / 13. << true;
+        QTest::newRow("caption") << TextStyle::caption << 11 / 13. << false;
+        QTest::newRow("bold caption") << TextStyle::captionBold << 11 / 13. << true;
         QTest::newRow("title of the second level") << TextStyle::title2 << 17 / 13. << true;
         QTest::newRow("title of the third level") << TextStyle::title3 << 15 / 13. << false;
     }
