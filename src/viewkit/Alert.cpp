@@ -5,6 +5,7 @@
 #include "viewkit/View.h"
 
 #include <QPushButton>
+#include <algorithm>
 
 namespace viewkit
 {
@@ -14,14 +15,19 @@ namespace
 /// Chosen by eye: wide enough for the longest title of an alert on one line.
 constexpr int alertWidth = 400;
 
-/// Makes the space bar press the default button, as Return does, and not whichever button comes
-/// first.
-void focusDefaultButton(const QWidget &view)
+/// Makes the default button the first one for the keyboard and for screen readers, wherever it is
+/// on the screen: the space bar presses it, as Return does.
+void putDefaultButtonFirst(const QWidget &view)
 {
-    for (auto *const button : view.findChildren<QPushButton *>()) {
-        if (button->isDefault())
-            button->setFocus();
+    const auto buttons = view.findChildren<QPushButton *>();
+    auto *const first = *std::ranges::find_if(buttons, &QPushButton::isDefault);
+    // Screen readers follow the order of the children, which is that of their stacking.
+    first->lower();
+    for (auto *const button : buttons) {
+        if (button != first)
+            QWidget::setTabOrder(first, button);
     }
+    first->setFocus();
 }
 } // namespace
 
@@ -40,7 +46,7 @@ Sheet *alert(const AlertContent &content, QWidget *owner)
     setAccessibleRole(*sheet, QAccessible::AlertMessage);
     // Screen readers speak this after the title when the alert opens.
     sheet->setAccessibleDescription(content.message);
-    focusDefaultButton(*view);
+    putDefaultButtonFirst(*view);
     return sheet;
 }
 

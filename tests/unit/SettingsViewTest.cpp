@@ -115,15 +115,27 @@ QStringList withoutVisibleFocus(QWidget &window)
 /// Opens a window to be looked at.
 using Open = std::function<QWidget &(SettingsWindow &window)>;
 
+Open pressed(const QString &button, const QString &title)
+{
+    return [=](SettingsWindow &window) -> QWidget & {
+        window.click(button);
+        return SettingsWindow::sheet(title);
+    };
+}
+
+void addAlerts()
+{
+    QTest::newRow("the question before a reset")
+        << pressed(u"Reset all shortcuts…"_s, u"Remove the keys from every shortcut?"_s);
+    QTest::newRow("an error") << Open([](SettingsWindow &window) -> QWidget & {
+        window.store->report(u"It failed."_s, Error{u"Why"_s});
+        return SettingsWindow::sheet(u"Something went wrong"_s);
+    });
+}
+
 void addWindows()
 {
     QTest::addColumn<Open>("open");
-    const auto pressed = [](const QString &button, const QString &title) {
-        return Open([=](SettingsWindow &window) -> QWidget & {
-            window.click(button);
-            return SettingsWindow::sheet(title);
-        });
-    };
     QTest::newRow("the window") << Open(
         [](SettingsWindow &window) -> QWidget & { return *window.view; });
     QTest::newRow("the window without entries") << Open([](SettingsWindow &window) -> QWidget & {
@@ -134,13 +146,7 @@ void addWindows()
     });
     QTest::newRow("the editor of a new entry") << pressed(u"Add"_s, u"New shortcut"_s);
     QTest::newRow("the editor of a website with keys") << pressed(u"Edit"_s, u"Edit shortcut"_s);
-    QTest::newRow("the question before a reset")
-        << pressed(u"Reset all shortcuts…"_s, u"Remove the keys from every shortcut?"_s);
     QTest::newRow("About") << pressed(u"About"_s, u"Corvane"_s);
-    QTest::newRow("an error") << Open([](SettingsWindow &window) -> QWidget & {
-        window.store->report(u"It failed."_s, Error{u"Why"_s});
-        return SettingsWindow::sheet(u"Something went wrong"_s);
-    });
     QTest::newRow("details") << Open([](SettingsWindow &window) -> QWidget & {
         window.store->report(u"It failed."_s, Error{u"Why"_s});
         SettingsWindow::sheet(u"Something went wrong"_s);
@@ -220,6 +226,7 @@ private Q_SLOTS:
             u""_s,
             u"Launch at login"_s,
             u"Show a small notification when a shortcut runs"_s,
+            u"Show keys with Mac signs (⌃⌥⇧⌘)"_s,
             u"Open Notification Settings"_s,
             u"About"_s,
             u"Reset all shortcuts…"_s,
@@ -277,7 +284,32 @@ private Q_SLOTS:
         QCOMPARE(disorder(sheet), QString());
     }
 
-    void showsWhereTheFocusIs_data() { addWindows(); }
+    void reachesTheDefaultButtonOfAnAlertFirst_data()
+    {
+        QTest::addColumn<Open>("open");
+        addAlerts();
+    }
+    void reachesTheDefaultButtonOfAnAlertFirst()
+    {
+        QFETCH(const Open, open);
+        FullWindow window;
+        QWidget &alert = open(window);
+        const auto buttons = alert.findChildren<QPushButton *>();
+        QCOMPARE(buttons.size(), 2);
+        QVERIFY(buttons.first()->isDefault());
+        QVERIFY(buttons.first()->hasFocus());
+        QVERIFY(placeIn(alert, buttons.first()).left() > placeIn(alert, buttons.last()).right());
+        QTest::keyClick(buttons.first(), Qt::Key_Tab);
+        QVERIFY(buttons.last()->hasFocus());
+        QTest::keyClick(buttons.last(), Qt::Key_Tab);
+        QVERIFY(buttons.first()->hasFocus());
+    }
+
+    void showsWhereTheFocusIs_data()
+    {
+        addWindows();
+        addAlerts();
+    }
     void showsWhereTheFocusIs()
     {
         QFETCH(const Open, open);
@@ -359,8 +391,10 @@ private Q_SLOTS:
         const QRect notification =
             place(window.checkBox(u"Show a small notification when a shortcut runs"_s));
         QCOMPARE(notification.top() - login.bottom() - 1, 8);
+        const QRect signs = place(window.checkBox(u"Show keys with Mac signs (⌃⌥⇧⌘)"_s));
+        QCOMPARE(signs.top() - notification.bottom() - 1, 8);
         const QRect reset = place(seenButton(*window.view, u"Reset all shortcuts…"_s));
-        QCOMPARE(reset.top() - notification.bottom() - 1, 8);
+        QCOMPARE(reset.top() - signs.bottom() - 1, 8);
         QCOMPARE(window.view->rect().bottomRight() - reset.bottomRight(), QPoint(12, 12));
     }
 
