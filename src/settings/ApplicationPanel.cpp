@@ -178,8 +178,8 @@ void ApplicationPanel::choose(const QString &path)
 void ApplicationPanel::browse()
 {
     auto *const panel = new FilePanel(
-        FilePanel::Choosable::files, windowTitle(), [this](const QString &path) { browsed(path); },
-        this);
+        FilePanel::Choosable::files, windowTitle(), windowTitle(),
+        [this](const QString &path) { browsed(path); }, this);
     // "All files" comes first, because any executable file is an app too.
     panel->setNameFilters({u"All files (*)"_s, u"Apps (*.desktop)"_s});
     panel->setAttribute(Qt::WA_DeleteOnClose);

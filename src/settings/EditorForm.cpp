@@ -51,7 +51,8 @@ QString nameOfFile(const QString &path)
 
 EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                        InstalledApplications &applications, ShortcutLibrary &shortcuts,
-                       const Wording &wording, const LaunchEntry &entry, std::function<void()> onClose)
+                       const Wording &wording, const LaunchEntry &entry,
+                       std::function<void()> onClose)
     : m_store(store)
     , m_applications(applications)
     , m_shortcuts(shortcuts)
@@ -135,8 +136,7 @@ Item EditorForm::targetField()
                   textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
         shownWhen([this] { return isKind(ActionKind::shortcut); },
                   suggesting([this] { return m_shortcuts.names(); },
-                             textField(u"Shortcut"_s,
-                                       m_wording.nameOfShortcut(),
+                             textField(u"Shortcut"_s, m_wording.nameOfShortcut(),
                                        draft(&LaunchEntry::target)))),
     };
 }
@@ -164,7 +164,8 @@ void EditorForm::choose()
     if (isKind(ActionKind::app))
         panel = new ApplicationPanel(m_applications, use, this);
     else
-        panel = new FilePanel(FilePanel::Choosable::filesAndFolders, u"Choose"_s, use, this);
+        panel = new FilePanel(FilePanel::Choosable::filesAndFolders, u"Choose"_s, u"Choose"_s, use,
+                              this);
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->open();
 }

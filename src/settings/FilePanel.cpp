@@ -14,10 +14,11 @@ namespace
 const QString proposedName = u"Corvane.json"_s;
 } // namespace
 
-FilePanel::FilePanel(Choosable choosable, const QString &title,
+FilePanel::FilePanel(Choosable choosable, const QString &title, const QString &confirmingButton,
                      std::function<void(const QString &path)> onChoose, QWidget *parent)
     : QFileDialog(parent, title, QDir::homePath())
     , m_choosable(choosable)
+    , m_confirmingButton(confirmingButton)
     , m_onChoose(std::move(onChoose))
 {
     // Native panels let the user choose either files or folders, not both.
@@ -44,7 +45,7 @@ bool FilePanel::isDesktopsOwn() const
 
 void FilePanel::nameButton()
 {
-    setLabelText(Accept, windowTitle());
+    setLabelText(Accept, m_confirmingButton);
 }
 
 void FilePanel::showEvent(QShowEvent *event)

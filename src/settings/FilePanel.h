@@ -19,9 +19,8 @@ public:
         newJsonFile,
     };
 
-    /// The panel's title is also the label of the confirming button. The callback receives an
-    /// absolute path.
-    FilePanel(Choosable choosable, const QString &title,
+    /// The callback receives an absolute path.
+    FilePanel(Choosable choosable, const QString &title, const QString &confirmingButton,
               std::function<void(const QString &path)> onChoose, QWidget *parent);
 
     void accept() override;
@@ -40,5 +39,6 @@ private:
     void keepOpen();
 
     const Choosable m_choosable;
+    const QString m_confirmingButton;
     const std::function<void(const QString &path)> m_onChoose;
 };

@@ -127,11 +127,10 @@ Item SettingsView::approvalRow()
 {
     return Row{
         spacing(8),
-        tinted(TextColor::warning,
-               text(TextStyle::caption, m_platform.wording.loginItemIsOff())),
-        styled(
-            TextStyle::caption,
-            button(m_platform.wording.openLoginItems(), [this] { m_platform.systemSettings.openLoginItems(); })),
+        tinted(TextColor::warning, text(TextStyle::caption, m_platform.wording.loginItemIsOff())),
+        styled(TextStyle::caption,
+               button(m_platform.wording.openLoginItems(),
+                      [this] { m_platform.systemSettings.openLoginItems(); })),
         Spacer{},
     };
 }
@@ -148,9 +147,9 @@ Item SettingsView::sheet()
 
 QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 {
-    auto *const form =
-        new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
-                       m_platform.shortcutLibrary, m_platform.wording, entry, [this] { closeSheet(); });
+    auto *const form = new EditorForm(m_store, m_platform.eventMonitor,
+                                      m_platform.installedApplications, m_platform.shortcutLibrary,
+                                      m_platform.wording, entry, [this] { closeSheet(); });
     return new Sheet(
         form->title(), form, [form] { form->cancel(); }, owner);
 }
@@ -254,7 +253,7 @@ void SettingsView::alertNextError()
 
 void SettingsView::importList()
 {
-    open(FilePanel::Choosable::files, u"Import"_s,
+    open(FilePanel::Choosable::files, u"Import"_s, u"Open"_s,
          [this](const QString &path) { importFrom(path); });
 }
 
@@ -273,7 +272,7 @@ void SettingsView::importFrom(const QString &path)
 
 void SettingsView::exportList()
 {
-    open(FilePanel::Choosable::newJsonFile, u"Export"_s,
+    open(FilePanel::Choosable::newJsonFile, u"Export"_s, u"Save"_s,
          [this](const QString &path) { exportTo(path); });
 }
 
@@ -284,11 +283,12 @@ void SettingsView::exportTo(const QString &path)
 }
 
 void SettingsView::open(FilePanel::Choosable choosable, const QString &title,
+                        const QString &confirmingButton,
                         std::function<void(const QString &path)> onChoose)
 {
     if (hasSheet())
         return;
-    m_panel = new FilePanel(choosable, title, std::move(onChoose), this);
+    m_panel = new FilePanel(choosable, title, confirmingButton, std::move(onChoose), this);
     m_panel->setNameFilter(u"JSON files (*.json)"_s);
     m_panel->setAttribute(Qt::WA_DeleteOnClose);
     // Errors that were reported while the panel was open can be shown now.

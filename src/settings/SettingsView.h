@@ -65,7 +65,7 @@ private:
     void importFrom(const QString &path);
     void exportList();
     void exportTo(const QString &path);
-    void open(FilePanel::Choosable choosable, const QString &title,
+    void open(FilePanel::Choosable choosable, const QString &title, const QString &confirmingButton,
               std::function<void(const QString &path)> onChoose);
 
     void refreshLoginState();

@@ -231,11 +231,13 @@ private Q_SLOTS:
     void offersJsonFilesOnly()
     {
         Desk desk({website(u"News"_s)});
-        for (const QString &title : {u"Import"_s, u"Export"_s}) {
+        const QMap<QString, QString> confirmingButtons{{u"Import"_s, u"Open"_s},
+                                                       {u"Export"_s, u"Save"_s}};
+        for (const auto &[title, button] : confirmingButtons.asKeyValueRange()) {
             desk.click(title + u'…');
             QFileDialog &panel = desk.panel(title);
             QCOMPARE(panel.nameFilters(), QStringList(u"JSON files (*.json)"_s));
-            QVERIFY(seenButton(panel, title));
+            QVERIFY(seenButton(panel, button));
             panel.reject();
             QTRY_VERIFY(sheets().isEmpty());
         }
