@@ -21,8 +21,8 @@ public:
     /// Edits an entry of the store, or a new one that is not in it yet. The callback closes the
     /// form. The store and the services must outlive the form.
     EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
-               InstalledApplications &applications, ShortcutLibrary &shortcuts, const Wording &wording,
-               const LaunchEntry &entry, std::function<void()> onClose);
+               InstalledApplications &applications, ShortcutLibrary &shortcuts,
+               const Wording &wording, const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
 

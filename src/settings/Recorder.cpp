@@ -31,9 +31,9 @@ Recorder::Recorder(ShortcutStore &store, EventMonitor &eventMonitor, const Name 
     , m_onChange(std::move(onChange))
     , m_current(store.getShortcut(name))
 {
-    const Item mainButton =
-        described([this] { return spokenKeys(); },
-                  announcedChanges(button([this] { return label(); }, [this] { toggleRecording(); })));
+    const Item mainButton = described(
+        [this] { return spokenKeys(); },
+        announcedChanges(button([this] { return label(); }, [this] { toggleRecording(); })));
     m_button = mainButton.widget;
     m_button->setMinimumWidth(minimumLabelWidth);
     setBody(Row{

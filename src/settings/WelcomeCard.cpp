@@ -22,9 +22,10 @@ Item welcomeCard(UserDefaults &defaults, const Wording &wording)
             text(TextStyle::headline, u"Welcome to Corvane"_s),
             Spacer{},
         },
-        paragraph(TextStyle::body,
-                  u"Each shortcut is a key combination that opens an app, a folder, a file or "
-                  "a website, or runs a Shortcut, from anywhere on your %1."_s.arg(wording.computer())),
+        paragraph(
+            TextStyle::body,
+            u"Each shortcut is a key combination that opens an app, a folder, a file or "
+            "a website, or runs a Shortcut, from anywhere on your %1."_s.arg(wording.computer())),
         paragraph(TextStyle::body,
                   u"The one thing that can go wrong: if another app or %1 already uses the "
                   "same combination, one of them may win and the other will not fire. The app "

@@ -14,9 +14,9 @@
 #include "fakes/FakeSystemSettings.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeUserNotificationCenter.h"
+#include "fakes/FakeWording.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/Platform.h"
-#include "words/DesignWording.h"
 
 #include <QTemporaryDir>
 
@@ -41,7 +41,7 @@ public:
     FakeLoginItem loginItem;
     FakeSystemSettings systemSettings;
     FakeAppearance appearance;
-    DesignWording wording;
+    FakeWording wording;
     QTemporaryDir applicationSupport;
     Platform services{
         .hotkeys = hotkeys,

@@ -16,7 +16,8 @@ struct Run {
 
     void start(const LaunchEntry &entry)
     {
-        ActionRunner::run(entry, workspace, DesignWording(), [this](const RunOutcome &ended) { outcome = ended; });
+        ActionRunner::run(entry, workspace, DesignWording(),
+                          [this](const RunOutcome &ended) { outcome = ended; });
     }
 };
 

@@ -43,7 +43,8 @@ struct Editor {
             store.upsert(other);
         store.setShortcut(keys, entry.shortcutName());
         form = new EditorForm(store, platform.eventMonitor, platform.installedApplications,
-                              platform.shortcutLibrary, platform.wording, entry, [this] { ++closings; });
+                              platform.shortcutLibrary, platform.wording, entry,
+                              [this] { ++closings; });
         sheet = new Sheet(
             form->title(), form, [this] { form->cancel(); }, &window);
         window.show();

@@ -1,6 +1,7 @@
 #include "settings/Recorder.h"
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "model/DefaultsKeys.h"
 #include "store/ShortcutStore.h"
 #include "support/Seen.h"
 
@@ -86,6 +87,31 @@ private Q_SLOTS:
         Form form(commandK);
         QCOMPARE(form.mainButton().text(), u"⌘K"_s);
         QVERIFY(form.clearButton());
+    }
+
+    void writesKeysAsTheSystemDoes()
+    {
+        Form form(commandK);
+        form.platform.wording.makeUp();
+        form.recorder->refresh();
+        QCOMPARE(form.mainButton().text(), u"40 and 256"_s);
+        QCOMPARE(form.mainButton().accessibleDescription(), QString());
+        form.record();
+        form.platform.eventMonitor.press(keyA, shift);
+        QTRY_COMPARE(form.hint(), u"Include 256"_s);
+    }
+
+    void saysTheKeysInWordsWhereItShowsSigns()
+    {
+        Form form(commandK);
+        form.platform.wording.makeUp();
+        form.platform.userDefaults.setBoolean(DefaultsKeys::showMacKeySigns, true);
+        form.recorder->refresh();
+        QCOMPARE(form.mainButton().text(), u"⌘K"_s);
+        QCOMPARE(form.mainButton().accessibleDescription(), u"40 and 256"_s);
+        form.record();
+        form.recorder->refresh();
+        QCOMPARE(form.mainButton().accessibleDescription(), QString());
     }
 
     void listensFromThePressOfItsButton()

@@ -2,6 +2,7 @@
 
 #include "support/SettingsWindow.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,7 @@ const QString notify = u"Show a small notification when a shortcut runs"_s;
 const QString approval = u"macOS needs your approval in Login Items."_s;
 const QString openItems = u"Open Login Items"_s;
 const QString notifyKey = u"showRunNotification"_s;
+const QString signs = u"Show keys with Mac signs (⌃⌥⇧⌘)"_s;
 
 /// The window over a desktop with that login item.
 struct Footer : SettingsWindow {
@@ -144,6 +146,31 @@ private Q_SLOTS:
         QCOMPARE(line->palette().color(QPalette::WindowText),
                  color(TextColor::warning, window.view->palette()));
         QCOMPARE(seenButton(*window.view, openItems)->font(), font(TextStyle::caption));
+    }
+
+    void showsKeysWithSignsOnlyIfTheUserWantsThem()
+    {
+        const LaunchEntry news = SettingsWindow::website(u"News"_s);
+        SettingsWindow window({news});
+        window.setKeys(news, {40, 256});
+        window.platform.wording.makeUp();
+        settle();
+        QWidget *const badge = seenText(*window.view, u"40 and 256"_s);
+        QVERIFY(badge);
+        QCOMPARE(badge->accessibleDescription(), QString());
+
+        QSignalSpy announcements(&*window.store, &ShortcutStore::willChange);
+        QTest::keyClick(window.checkBox(signs), Qt::Key_Space);
+        settle();
+        QCOMPARE(window.platform.userDefaults.values.value(u"showMacKeySigns"_s), QVariant(true));
+        QCOMPARE(announcements.size(), 1);
+        QVERIFY(window.shows(u"⌘K"_s));
+        QCOMPARE(badge->accessibleDescription(), u"40 and 256"_s);
+
+        QTest::keyClick(window.checkBox(signs), Qt::Key_Space);
+        settle();
+        QVERIFY(window.shows(u"40 and 256"_s));
+        QCOMPARE(badge->accessibleDescription(), QString());
     }
 
     void showsWhetherRunsAreNotified_data()

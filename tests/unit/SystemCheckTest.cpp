@@ -108,6 +108,37 @@ private Q_SLOTS:
         QTEST(isTakenBySystem(shortcut, service), "isTaken");
     }
 
+    void namesTheFirstUserOfTheKeys_data()
+    {
+        QTest::addColumn<QList<SymbolicHotkey>>("hotkeys");
+        QTest::addColumn<bool>("isHeldElsewhere");
+        QTest::addColumn<std::optional<KeyUser>>("user");
+        const auto add = [](const char *row, const QList<SymbolicHotkey> &hotkeys,
+                            bool isHeldElsewhere, const std::optional<KeyUser> &user) {
+            QTest::newRow(row) << hotkeys << isHeldElsewhere << user;
+        };
+        const SymbolicHotkey picture{20, 0x120000, true, u"Screenshot"_s};
+        const SymbolicHotkey film{20, 0x120000, true, u"Record"_s};
+        const SymbolicHotkey off{20, 0x120000, false, u"Off"_s};
+        const KeyUser desktop{KeyUser::Kind::desktop, u"Screenshot"_s};
+        add("nobody", {off}, false, std::nullopt);
+        add("an action of the desktop", {picture}, false, desktop);
+        add("the first of two actions", {off, picture, film}, false, desktop);
+        add("an action without a name", {screenshotHotkey}, false, KeyUser{});
+        add("another program", {off}, true, KeyUser{KeyUser::Kind::program});
+        add("the desktop, which holds the keys itself", {picture}, true, desktop);
+    }
+    void namesTheFirstUserOfTheKeys()
+    {
+        QFETCH(const QList<SymbolicHotkey>, hotkeys);
+        QFETCH(const bool, isHeldElsewhere);
+        FakeSymbolicHotkeys service;
+        service.hotkeys = hotkeys;
+        if (isHeldElsewhere)
+            service.heldElsewhere = {{20, 0x300}};
+        QTEST(userOfKeys(screenshot, service), "user");
+    }
+
     void seesAChangeOfTheDesktopsSettings()
     {
         FakeSymbolicHotkeys service;

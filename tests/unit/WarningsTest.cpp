@@ -1,5 +1,6 @@
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "model/DefaultsKeys.h"
 #include "store/ShortcutStore.h"
 
 #include <QSignalSpy>
@@ -102,6 +103,25 @@ private Q_SLOTS:
         QCOMPARE(home.warningsOf(home.mail),
                  QStringList({takenBySystem, usedBy(u"Music"_s), usedBy(u"Music"_s),
                               u"The same keys are used by another entry."_s}));
+    }
+
+    void namesTheUserOfTheKeysInTheWordsOfTheSystem()
+    {
+        Home home;
+        home.platform.wording.makeUp();
+        home.platform.symbolicHotkeys.hotkeys = {{40, 0x100000, true, u"Close window"_s}};
+        home.platform.symbolicHotkeys.heldElsewhere = {{37, 256}};
+        QCOMPARE(home.warningsOf(home.mail).value(0), u"40 and 256 for Close window"_s);
+        QCOMPARE(home.warningsOf(home.files), QStringList(u"37 and 256 of a program"_s));
+    }
+
+    void warnsWithSignsIfTheUserPrefersThem()
+    {
+        Home home;
+        home.platform.wording.makeUp();
+        home.platform.userDefaults.setBoolean(DefaultsKeys::showMacKeySigns, true);
+        home.platform.symbolicHotkeys.hotkeys = {systemCommandK};
+        QCOMPARE(home.warningsOf(home.mail).value(0), u"⌘K for "_s);
     }
 
     void showsANameAsItIs()
