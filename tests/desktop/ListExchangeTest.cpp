@@ -112,7 +112,7 @@ private Q_SLOTS:
         Desk second;
         second.open();
         second.importFrom(first.path(u"list.json"_s));
-        QVERIFY(second.row(u"App"_s).find(Role::label, u"⌃⌥K"_s).isThere());
+        QVERIFY(second.row(u"App"_s).find(Role::label, u"Ctrl+Alt+K"_s).isThere());
         second.awaitNoSheet();
         second.awaitHeld(KEY_K);
         first.verifyThatKeysRunTheApp(controlAltK);

@@ -333,7 +333,7 @@ private Q_SLOTS:
         QVERIFY(editor.await(Role::label, u"Esc cancels"_s).isThere());
         desk.lookAtSheet(title, u"editor-recording"_s);
         desk.keyboard.type({KEY_J});
-        QVERIFY(editor.await(Role::label, u"Include ⌘, ⌥ or ⌃"_s).isThere());
+        QVERIFY(editor.await(Role::label, u"Include Super, Ctrl or Alt"_s).isThere());
         desk.lookAtSheet(title, u"editor-hint"_s);
     }
 

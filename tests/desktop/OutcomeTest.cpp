@@ -96,15 +96,15 @@ private Q_SLOTS:
             << false << 1 << u"Not found"_s
             << u"The file or folder for “App” was not found. It may have been moved or deleted."_s;
         row("a file that nothing opens", "path", u"/usr/bin/env"_s)
-            << false << 1 << failed << u"macOS could not open “env”."_s;
+            << false << 1 << failed << u"Your desktop could not open “env”."_s;
         row("no web address", "website", u" HTTPS://example.com "_s)
             << false << 1 << failed
             << u"“ HTTPS://example.com ” is not a valid web address. It must start with http:// or "
                "https://."_s;
         row("a web address without a browser", "website", u"https://example.com"_s)
-            << false << 1 << failed << u"macOS could not open the website."_s;
+            << false << 1 << failed << u"Your desktop could not open the website."_s;
         row("a Shortcut that nothing runs", "shortcut", u"Flow"_s)
-            << false << 1 << failed << u"macOS could not open the Shortcuts app."_s;
+            << false << 1 << failed << u"No program on your computer runs Shortcuts."_s;
         row("an app", "app", u"/usr/bin/true"_s) << false << 0 << u"App"_s << u"Open an app"_s;
         row("a folder", "path", u"/usr"_s) << true << 0 << u"App"_s << u"Open a folder or file"_s;
         row("a web address", "website", u" https://example.com "_s)

@@ -298,8 +298,8 @@ private Q_SLOTS:
         SettingsDesk::write(desk.autostartFile(), desk.app.content() + "Hidden=true\n");
         desk.open();
         QVERIFY(!desk.checkBox(launchAtLogin).is(State::checked));
-        QVERIFY(desk.shows(Role::label, u"macOS needs your approval in Login Items."_s));
-        QVERIFY(desk.shows(Role::button, u"Open Login Items"_s));
+        QVERIFY(desk.shows(Role::label, u"Switched off in your desktop's startup applications."_s));
+        QVERIFY(desk.shows(Role::button, u"Open Startup Applications"_s));
     }
 
     void tellsThatTheLoginItemCannotBeChanged()
@@ -332,7 +332,7 @@ private Q_SLOTS:
         desk.open();
         desk.press(u"Open Notification Settings"_s);
         QTRY_COMPARE(desk.started(), QByteArrayList({"xfce4-notifyd-config"}));
-        desk.press(u"Open Login Items"_s);
+        desk.press(u"Open Startup Applications"_s);
         QTRY_COMPARE(desk.started(),
                      QByteArrayList({"xfce4-notifyd-config", "xfce4-session-settings"}));
     }

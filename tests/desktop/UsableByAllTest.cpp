@@ -296,7 +296,7 @@ private Q_SLOTS:
         desk.user->verifyPlace(u"Add"_s);
 
         const Accessible first = desk.addWebsite(u"News"_s);
-        desk.record(first, controlAltJ, u"⌃⌥J"_s);
+        desk.record(first, controlAltJ, u"Ctrl+Alt+J"_s);
         desk.confirm(first, u"Add"_s);
         desk.user->verifyPlace(u"Add"_s);
         desk.awaitHeld(KEY_J);
@@ -304,7 +304,7 @@ private Q_SLOTS:
         desk.rename(u"News"_s, u"Mail"_s);
 
         const Accessible second = desk.addWebsite(u"Twin"_s);
-        desk.record(second, controlAltJ, u"⌃⌥J"_s);
+        desk.record(second, controlAltJ, u"Ctrl+Alt+J"_s);
         QVERIFY(desk.warns(second, u"Mail"_s));
         desk.confirm(second, u"Add"_s);
         QVERIFY(desk.warns(desk.row(u"Twin"_s), u"Mail"_s));
@@ -338,7 +338,7 @@ private Q_SLOTS:
         qputenv("XDG_CURRENT_DESKTOP", "XFCE");
         Desk desk(make<KeyboardUser>());
         const Accessible form = desk.addWebsite(u"News"_s);
-        desk.record(form, controlAltJ, u"⌃⌥J"_s);
+        desk.record(form, controlAltJ, u"Ctrl+Alt+J"_s);
         desk.confirm(form, u"Add"_s);
         desk.awaitHeld(KEY_J);
     }
@@ -351,7 +351,7 @@ private Q_SLOTS:
         Desk desk(makeUser);
         desk.dismissWelcome();
         const Accessible form = desk.addWebsite(u"News"_s);
-        desk.record(form, controlAltJ, u"⌃⌥J"_s);
+        desk.record(form, controlAltJ, u"Ctrl+Alt+J"_s);
         desk.confirm(form, u"Add"_s);
 
         const Accessible toggle = desk.row(u"News"_s).find(checkBox, u"Enabled"_s);
@@ -392,13 +392,13 @@ private Q_SLOTS:
         verifyThatIsSaid(reader, {u"Choose what to open."_s});
         desk.press(form, u"Record Shortcut"_s);
         verifyThatIsSaid(reader, {u"Press the keys…"_s, u"Esc cancels"_s});
-        const QString refused = u"Include ⌘, ⌥ or ⌃"_s;
+        const QString refused = u"Include Super, Ctrl or Alt"_s;
         desk.keyboard.type({KEY_X});
         verifyThatIsSaid(reader, {refused});
         desk.keyboard.type({KEY_X});
         verifyThatIsSaid(reader, {refused});
         desk.keyboard.type(controlAltJ);
-        verifyThatIsSaid(reader, {u"⌃⌥J"_s});
+        verifyThatIsSaid(reader, {u"Ctrl+Alt+J"_s});
     }
 
     void saysWhatBecomesOfTheSearchForAnApp()
@@ -434,7 +434,7 @@ private Q_SLOTS:
         desk.program.start();
         desk.awaitWindow();
         QVERIFY(desk.shows(label, welcome));
-        QVERIFY(desk.shows(button, u"Open Login Items"_s));
+        QVERIFY(desk.shows(button, u"Open Startup Applications"_s));
         QCOMPARE(fault(desk.all.find(u"frame"_s, u"Corvane"_s)), noFault);
         for (const QString &name : {u"Export…"_s, reset + u'…'})
             QVERIFY(!desk.all.find(button, name).is(State::enabled));
@@ -481,7 +481,7 @@ private Q_SLOTS:
         desk.keyboard.type({KEY_ENTER});
         QVERIFY(form.await(notice, u"Please give this shortcut a name."_s).isThere());
         QCOMPARE(fault(form), noFault);
-        desk.record(form, controlAltJ, u"⌃⌥J"_s);
+        desk.record(form, controlAltJ, u"Ctrl+Alt+J"_s);
         QVERIFY(form.await(button, u"Clear"_s).isThere());
         QCOMPARE(fault(form), noFault);
     }
