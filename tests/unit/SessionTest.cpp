@@ -50,30 +50,38 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("names");
         QTest::addColumn<std::optional<Desktop>>("desktop");
-        const auto add = [](const char *row, const QString &names, std::optional<Desktop> desktop) {
-            QTest::newRow(row) << names << desktop;
+        QTest::addColumn<std::optional<QString>>("desktopName");
+        const auto add = [](const char *row, const QString &names, std::optional<Desktop> desktop,
+                            const std::optional<QString> &desktopName) {
+            QTest::newRow(row) << names << desktop << desktopName;
         };
-        add("GNOME", u"GNOME"_s, Desktop::gnome);
-        add("Ubuntu's GNOME", u"ubuntu:GNOME"_s, Desktop::gnome);
-        add("a relative that calls itself so last", u"GNOME-Flashback:GNOME"_s, Desktop::gnome);
-        add("Pantheon", u"Pantheon"_s, Desktop::gnome);
-        add("Budgie, which is one of GNOME's, too", u"Budgie:GNOME"_s, Desktop::budgie);
-        add("Plasma", u"KDE"_s, Desktop::plasma);
-        add("Xfce", u"XFCE"_s, Desktop::xfce);
-        add("Cinnamon", u"X-Cinnamon"_s, Desktop::cinnamon);
-        add("MATE", u"MATE"_s, Desktop::mate);
-        add("LXQt", u"LXQt"_s, Desktop::lxqt);
-        add("in other letters", u"lxqt"_s, Desktop::lxqt);
-        add("one that we know not", u"sway"_s, std::nullopt);
-        add("one whose name only begins like another's", u"GNOME-Flashback"_s, std::nullopt);
-        add("none", u""_s, std::nullopt);
+        add("GNOME", u"GNOME"_s, Desktop::gnome, u"GNOME"_s);
+        add("Ubuntu's GNOME", u"ubuntu:GNOME"_s, Desktop::gnome, u"GNOME"_s);
+        add("a relative that calls itself so last", u"GNOME-Flashback:GNOME"_s, Desktop::gnome,
+            u"GNOME"_s);
+        add("Unity, which is one of GNOME's", u"Unity:Unity7:ubuntu"_s, Desktop::gnome, u"Unity"_s);
+        add("Pantheon", u"Pantheon"_s, Desktop::gnome, u"Pantheon"_s);
+        add("Budgie, which is one of GNOME's, too", u"Budgie:GNOME"_s, Desktop::budgie,
+            u"Budgie"_s);
+        add("Plasma", u"KDE"_s, Desktop::plasma, u"Plasma"_s);
+        add("Xfce", u"XFCE"_s, Desktop::xfce, u"Xfce"_s);
+        add("Cinnamon", u"X-Cinnamon"_s, Desktop::cinnamon, u"Cinnamon"_s);
+        add("MATE", u"MATE"_s, Desktop::mate, u"MATE"_s);
+        add("LXQt", u"LXQt"_s, Desktop::lxqt, u"LXQt"_s);
+        add("in other letters", u"lxqt"_s, Desktop::lxqt, u"LXQt"_s);
+        add("one that we know not", u"sway"_s, std::nullopt, std::nullopt);
+        add("one whose name only begins like another's", u"GNOME-Flashback"_s, std::nullopt,
+            std::nullopt);
+        add("none", u""_s, std::nullopt, std::nullopt);
     }
     void knowsTheDesktop()
     {
         QFETCH(const QString, names);
         QFETCH(const std::optional<Desktop>, desktop);
-        const QString variable = u"XDG_CURRENT_DESKTOP="_s + names;
-        QVERIFY(currentDesktop(environment({variable})) == desktop);
+        QFETCH(const std::optional<QString>, desktopName);
+        const auto session = environment({u"XDG_CURRENT_DESKTOP="_s + names});
+        QVERIFY(currentDesktop(session) == desktop);
+        QCOMPARE(currentDesktopName(session), desktopName);
     }
 
     void knowsNoDesktopWithoutItsVariable() { QVERIFY(!currentDesktop(environment({}))); }

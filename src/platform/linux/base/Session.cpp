@@ -4,11 +4,47 @@
 
 #include <QDeadlineTimer>
 #include <QFile>
-#include <QHash>
 #include <QRegularExpression>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+struct KnownDesktop {
+    /// What the session calls itself, in whatever case.
+    QLatin1StringView sessionName;
+    Desktop desktop;
+    /// What users call it.
+    QLatin1StringView name;
+};
+
+constexpr KnownDesktop knownDesktops[] = {
+    {"GNOME"_L1, Desktop::gnome, "GNOME"_L1},
+    {"ubuntu"_L1, Desktop::gnome, "GNOME"_L1},
+    {"Unity"_L1, Desktop::gnome, "Unity"_L1},
+    {"Pantheon"_L1, Desktop::gnome, "Pantheon"_L1},
+    {"Budgie"_L1, Desktop::budgie, "Budgie"_L1},
+    {"KDE"_L1, Desktop::plasma, "Plasma"_L1},
+    {"XFCE"_L1, Desktop::xfce, "Xfce"_L1},
+    {"X-Cinnamon"_L1, Desktop::cinnamon, "Cinnamon"_L1},
+    {"Cinnamon"_L1, Desktop::cinnamon, "Cinnamon"_L1},
+    {"MATE"_L1, Desktop::mate, "MATE"_L1},
+    {"LXQt"_L1, Desktop::lxqt, "LXQt"_L1},
+};
+
+/// The first known desktop that the session names; null if it names none.
+const KnownDesktop *knownDesktop(const QProcessEnvironment &environment)
+{
+    for (const QString &name : environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':')) {
+        for (const KnownDesktop &known : knownDesktops) {
+            if (name.compare(known.sessionName, Qt::CaseInsensitive) == 0)
+                return &known;
+        }
+    }
+    return nullptr;
+}
+} // namespace
 
 SessionType sessionType(const QProcessEnvironment &environment)
 {
@@ -20,19 +56,14 @@ SessionType sessionType(const QProcessEnvironment &environment)
 
 std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment)
 {
-    static const QHash<QString, Desktop> desktops{
-        {u"gnome"_s, Desktop::gnome},       {u"ubuntu"_s, Desktop::gnome},
-        {u"unity"_s, Desktop::gnome},       {u"pantheon"_s, Desktop::gnome},
-        {u"budgie"_s, Desktop::budgie},     {u"kde"_s, Desktop::plasma},
-        {u"xfce"_s, Desktop::xfce},         {u"x-cinnamon"_s, Desktop::cinnamon},
-        {u"cinnamon"_s, Desktop::cinnamon}, {u"mate"_s, Desktop::mate},
-        {u"lxqt"_s, Desktop::lxqt},
-    };
-    for (const QString &name : environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':')) {
-        if (const auto found = desktops.constFind(name.toLower()); found != desktops.cend())
-            return *found;
-    }
-    return std::nullopt;
+    const KnownDesktop *const found = knownDesktop(environment);
+    return found ? std::optional(found->desktop) : std::nullopt;
+}
+
+std::optional<QString> currentDesktopName(const QProcessEnvironment &environment)
+{
+    const KnownDesktop *const found = knownDesktop(environment);
+    return found ? std::optional<QString>(found->name) : std::nullopt;
 }
 
 QByteArrayList displayNames(const QProcessEnvironment &environment)

@@ -32,6 +32,9 @@ enum class Desktop {
 /// The first known desktop among the names that the session gives itself; nothing if none is known.
 std::optional<Desktop> currentDesktop(const QProcessEnvironment &environment);
 
+/// What users call that desktop; nothing if none is known. Related desktops have different names.
+std::optional<QString> currentDesktopName(const QProcessEnvironment &environment);
+
 /// Identifies the session among those of the user: the path of its Wayland socket and the name of
 /// its X display. A program in the session may know only one of them.
 QByteArrayList displayNames(const QProcessEnvironment &environment);
