@@ -1,7 +1,9 @@
 // The keyboard layout of the session, kept up to date.
 #pragma once
 
+#include "platform/linux/layout/KeyLabels.h"
 #include "platform/linux/layout/LayoutKeys.h"
+#include "platform/linux/layout/Xkbcommon.h"
 
 #include <QObject>
 
@@ -17,19 +19,24 @@ public:
     /// Has no keys as long as the layout is unknown.
     const LayoutKeys &keys() const { return m_keys; }
 
+    /// The labels of a US keyboard as long as the layout is unknown.
+    const KeyLabels &labels() const { return m_labels; }
+
 Q_SIGNALS:
     /// Emitted when the keys have changed.
     void changed();
 
+    /// Emitted when a label has changed.
+    void labelsChanged();
+
 protected:
-    void setKeys(const LayoutKeys &keys)
-    {
-        if (keys == m_keys)
-            return;
-        m_keys = keys;
-        Q_EMIT changed();
-    }
+    /// Reads the layout with this index, which is in use, and frees the key map.
+    void setLayout(XkbKeymap keymap, quint32 layout);
+
+    void setKeys(const LayoutKeys &keys);
+    void setLabels(const KeyLabels &labels);
 
 private:
     LayoutKeys m_keys;
+    KeyLabels m_labels;
 };

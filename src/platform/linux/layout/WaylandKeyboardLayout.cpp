@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <utility>
 #include <wayland-client.h>
 
 namespace
@@ -109,12 +110,11 @@ void WaylandKeyboardLayout::read(int file, quint32 size)
     void *const text = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     if (text == MAP_FAILED)
         return;
-    const auto context = makeXkbContext();
-    const XkbKeymap keymap(
-        xkb_keymap_new_from_buffer(context.get(), static_cast<const char *>(text),
+    XkbKeymap keymap(
+        xkb_keymap_new_from_buffer(makeXkbContext().get(), static_cast<const char *>(text),
                                    strnlen(static_cast<const char *>(text), size),
                                    XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS));
     munmap(text, size);
     if (keymap)
-        setKeys(LayoutKeys(keymap.get(), firstLayout));
+        setLayout(std::move(keymap), firstLayout);
 }

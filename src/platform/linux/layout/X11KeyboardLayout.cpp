@@ -3,6 +3,7 @@
 #include "platform/linux/layout/Xkbcommon.h"
 #include "platform/linux/x11/Xkb.h"
 
+#include <utility>
 #include <xkbcommon/xkbcommon-x11.h>
 
 using namespace std::chrono_literals;
@@ -12,6 +13,24 @@ namespace
 /// One keyboard change arrives as several events, within a few milliseconds. The user does not
 /// notice a delay of this length.
 constexpr auto layoutSettlingTime = 50ms;
+
+XkbKeymap keymapOf(xcb_connection_t *connection, int32_t keyboard)
+{
+    return XkbKeymap(xkb_x11_keymap_new_from_device(makeXkbContext().get(), connection, keyboard,
+                                                    XKB_KEYMAP_COMPILE_NO_FLAGS));
+}
+
+/// Nothing if there is no key map, or if the server does not tell.
+std::optional<quint32> layoutInUse(xkb_keymap *keymap, xcb_connection_t *connection,
+                                   int32_t keyboard)
+{
+    if (!keymap)
+        return std::nullopt;
+    const XkbState state(xkb_x11_state_new_from_device(keymap, connection, keyboard));
+    if (!state)
+        return std::nullopt;
+    return xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
+}
 } // namespace
 
 void X11KeyboardLayout::start()
@@ -57,15 +76,9 @@ void X11KeyboardLayout::read()
 {
     auto *const connection = m_connection->get();
     const auto keyboard = xkb_x11_get_core_keyboard_device_id(connection);
-    const auto context = makeXkbContext();
-    const XkbKeymap keymap(xkb_x11_keymap_new_from_device(context.get(), connection, keyboard,
-                                                          XKB_KEYMAP_COMPILE_NO_FLAGS));
-    if (keymap) {
-        const XkbState state(xkb_x11_state_new_from_device(keymap.get(), connection, keyboard));
-        if (state)
-            setKeys(LayoutKeys(
-                keymap.get(), xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE)));
-    }
+    XkbKeymap keymap = keymapOf(connection, keyboard);
+    if (const auto layout = layoutInUse(keymap.get(), connection, keyboard))
+        setLayout(std::move(keymap), *layout);
     // The round trips may have queued events for which the notifier does not wake.
     readEvents();
 }
