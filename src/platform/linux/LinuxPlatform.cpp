@@ -40,7 +40,7 @@ std::unique_ptr<DesktopKeys> makeDesktopKeys(const QProcessEnvironment &environm
     Q_UNREACHABLE();
 }
 
-std::unique_ptr<KeyboardLayout> keyboardLayout(bool isOnX11)
+std::unique_ptr<KeyboardLayout> makeKeyboardLayout(bool isOnX11)
 {
     if (isOnX11)
         return std::make_unique<X11KeyboardLayout>();
@@ -87,8 +87,9 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
                        ? std::make_unique<X11HotkeyService>(*m_x11, m_activation)
                        : nullptr)
     , m_grabProbe(m_x11Hotkeys ? std::make_unique<GrabProbe>(*m_x11Hotkeys) : nullptr)
+    , m_keyboardLayout(makeKeyboardLayout(m_x11 != nullptr))
     , m_symbolicHotkeys(makeDesktopKeys(QProcessEnvironment::systemEnvironment()),
-                        keyboardLayout(m_x11 != nullptr), m_grabProbe.get())
+                        *m_keyboardLayout, m_grabProbe.get())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_notifications(applicationId, applicationId)
@@ -137,4 +138,6 @@ void LinuxPlatform::attachToEventLoop()
         m_x11Hotkeys->attachToEventLoop();
     refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
+    // Queued, so that reading the layout does not delay the tray item.
+    QMetaObject::invokeMethod(m_keyboardLayout.get(), &KeyboardLayout::start, Qt::QueuedConnection);
 }

@@ -52,6 +52,7 @@ private:
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;
     std::unique_ptr<GrabProbe> m_grabProbe;
+    std::unique_ptr<KeyboardLayout> m_keyboardLayout;
     LinuxSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};

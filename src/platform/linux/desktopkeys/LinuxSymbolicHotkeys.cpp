@@ -30,15 +30,14 @@ QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &
 } // namespace
 
 LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
-                                           std::unique_ptr<KeyboardLayout> layout,
-                                           GrabProbe *grabProbe)
+                                           const KeyboardLayout &layout, GrabProbe *grabProbe)
     : m_desktopKeys(std::move(desktopKeys))
-    , m_layout(std::move(layout))
+    , m_layout(layout)
     , m_grabProbe(grabProbe)
 {
     if (m_desktopKeys) {
         connect(m_desktopKeys.get(), &DesktopKeys::changed, this, &LinuxSymbolicHotkeys::resolve);
-        connect(m_layout.get(), &KeyboardLayout::changed, this, &LinuxSymbolicHotkeys::resolve);
+        connect(&m_layout, &KeyboardLayout::changed, this, &LinuxSymbolicHotkeys::resolve);
     }
     m_settling.setInterval(desktopSettlingTime);
     m_settling.setSingleShot(true);
@@ -50,10 +49,8 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopK
 
 std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
 {
-    if (m_desktopKeys && !std::exchange(m_isStarted, true)) {
-        m_layout->start();
+    if (m_desktopKeys && !std::exchange(m_isStarted, true))
         m_desktopKeys->start();
-    }
     return m_hotkeys;
 }
 
@@ -76,7 +73,7 @@ void LinuxSymbolicHotkeys::resolve()
     if (const auto &accelerators = m_desktopKeys->accelerators()) {
         resolved.emplace();
         for (const Accelerator &accelerator : *accelerators)
-            *resolved += hotkeys(accelerator, m_layout->keys());
+            *resolved += hotkeys(accelerator, m_layout.keys());
     }
     if (resolved == m_hotkeys)
         return;

@@ -16,9 +16,9 @@ class LinuxSymbolicHotkeys : public SymbolicHotkeys
 
 public:
     /// The desktop keys are null if the desktop is unknown, the grab probe if the session is not on
-    /// X11. The probe must outlive it.
-    LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
-                         std::unique_ptr<KeyboardLayout> layout, GrabProbe *grabProbe);
+    /// X11. The layout and the probe must outlive it.
+    LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys, const KeyboardLayout &layout,
+                         GrabProbe *grabProbe);
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
@@ -30,7 +30,7 @@ private:
     void resolve();
 
     std::unique_ptr<DesktopKeys> m_desktopKeys;
-    std::unique_ptr<KeyboardLayout> m_layout;
+    const KeyboardLayout &m_layout;
     GrabProbe *m_grabProbe;
     QTimer m_settling;
     bool m_isStarted = false;
