@@ -96,6 +96,8 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
     , m_loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + u"/autostart"_s,
                   runningProgram())
+    , m_wording(QProcessEnvironment::systemEnvironment(), *m_keyboardLayout,
+                m_x11Hotkeys ? u"X11"_s : u"none"_s)
     , m_services{
           .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
           .symbolicHotkeys = m_symbolicHotkeys,
@@ -111,6 +113,7 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
           .loginItem = m_loginItem,
           .systemSettings = m_systemSettings,
           .appearance = m_appearance,
+          .wording = m_wording,
           .applicationSupport =
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
           .bundleIdentifier = applicationId,

@@ -17,6 +17,7 @@
 #include "platform/linux/services/LinuxSystemSettings.h"
 #include "platform/linux/services/PortalAppearance.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
+#include "platform/linux/wording/LinuxWording.h"
 #include "platform/linux/x11/X11Connection.h"
 
 #include <memory>
@@ -66,5 +67,6 @@ private:
     AutostartLoginItem m_loginItem;
     LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
     PortalAppearance m_appearance;
+    LinuxWording m_wording;
     Platform m_services;
 };
