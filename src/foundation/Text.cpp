@@ -32,6 +32,19 @@ QString shortened(const QString &text)
     return beginning + u'…';
 }
 
+QString withoutMiddle(const QString &text, qsizetype maxLength)
+{
+    if (text.size() <= maxLength)
+        return text;
+    QString beginning = text.first(maxLength / 2);
+    if (beginning.back().isHighSurrogate())
+        beginning.chop(1);
+    QString end = text.last(maxLength - maxLength / 2 - 1);
+    if (end.front().isLowSurrogate())
+        end.remove(0, 1);
+    return beginning + u'…' + end;
+}
+
 QString withoutDirections(QString text)
 {
     return text.removeIf([](QChar character) {

@@ -9,6 +9,9 @@ QString quoted(const QString &text);
 /// The text; if it is too long for a message, its beginning and an ellipsis.
 QString shortened(const QString &text);
 
+/// The text; if it is longer than that, its beginning, an ellipsis and its end.
+QString withoutMiddle(const QString &text, qsizetype maxLength);
+
 /// The text without the control characters that change the direction of text, its own or that of
 /// what follows.
 QString withoutDirections(QString text);

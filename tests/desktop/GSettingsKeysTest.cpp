@@ -36,11 +36,36 @@ bool resetCustom(const char *schema, const QString &path)
     return gsettings(u"reset-recursively %1:%2"_s.arg(QLatin1StringView(schema), path));
 }
 
+bool setCustomText(const QString &custom, const QString &key, const QString &text)
+{
+    const QStringList command{u"set"_s, custom, key, text};
+    return QProcess::execute(u"gsettings"_s, command) == 0;
+}
+
+/// What uses the keys, in the order of the settings.
+QList<DesktopKey> users(const DesktopKeys &desktopKeys, const QString &text)
+{
+    QList<DesktopKey> found;
+    const auto accelerator = gtkAccelerator(text);
+    for (const DesktopKey &key : desktopKeys.keys().value_or(QList<DesktopKey>())) {
+        if (key.accelerator == accelerator)
+            found << key;
+    }
+    return found;
+}
+
 bool has(const DesktopKeys &desktopKeys, const QString &text)
 {
-    const auto accelerator = gtkAccelerator(text);
-    return accelerator && desktopKeys.accelerators()
-        && desktopKeys.accelerators()->contains(*accelerator);
+    return !users(desktopKeys, text).isEmpty();
+}
+
+/// The names of the actions that use the keys, with "none" for those without a name.
+QStringList actions(const DesktopKeys &desktopKeys, const QString &text)
+{
+    QStringList names;
+    for (const DesktopKey &key : users(desktopKeys, text))
+        names << key.action.value_or(u"none"_s);
+    return names;
 }
 
 /// Runs this very test in a process of its own, for which GLib looks at its environment anew.
@@ -128,9 +153,99 @@ private Q_SLOTS:
         QFETCH(const QStringList, texts);
         GSettingsKeys desktopKeys(*family);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         for (const QString &text : texts)
             QVERIFY2(has(desktopKeys, text), qPrintable(text));
+    }
+
+    void namesADesktopsOwnActionsAfterTheirSettings_data()
+    {
+        QTest::addColumn<const GSettingsFamily *>("family");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("names");
+        const auto add = [](const char *row, const GSettingsFamily &family, const QString &text,
+                            const QStringList &names) {
+            QTest::newRow(row) << &family << text << names;
+        };
+        add("GNOME's windows", GSettingsFamily::gnome, u"<Alt>F4"_s, {u"Close"_s});
+        add("GNOME's shell", GSettingsFamily::gnome, u"<Super>s"_s, {u"Toggle overview"_s});
+        add("GNOME's media", GSettingsFamily::gnome, u"<Super>l"_s, {u"Screensaver"_s});
+        add("Cinnamon's windows", GSettingsFamily::cinnamon, u"<Alt>F4"_s, {u"Close"_s});
+        add("Cinnamon's media", GSettingsFamily::cinnamon, u"<Super>e"_s, {u"Home"_s});
+        add("MATE's desktop", GSettingsFamily::mate, u"<Control><Alt>d"_s, {u"Show desktop"_s});
+        add("MATE's windows", GSettingsFamily::mate, u"<Alt>space"_s, {u"Activate window menu"_s});
+    }
+    void namesADesktopsOwnActionsAfterTheirSettings()
+    {
+        QFETCH(const GSettingsFamily *const, family);
+        QFETCH(const QString, text);
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.keys());
+        QTEST(actions(desktopKeys, text), "names");
+    }
+
+    void namesTheUsersOwn_data()
+    {
+        QTest::addColumn<const GSettingsFamily *>("family");
+        QTest::addColumn<QString>("custom");
+        QTest::addColumn<QString>("commandKey");
+        QTest::addColumn<QString>("binding");
+        QTest::addColumn<QStringList>("list");
+        const auto add = [](const char *row, const GSettingsFamily &family, const char *schema,
+                            const QString &path, const QString &commandKey, const QString &binding,
+                            const QStringList &list) {
+            QTest::newRow(row) << &family << QLatin1StringView(schema) + u':' + path << commandKey
+                               << binding << list;
+        };
+        add("GNOME", GSettingsFamily::gnome, gnomeCustom, u"/named/"_s, u"command"_s,
+            u"<Super>F11"_s,
+            {u"org.gnome.settings-daemon.plugins.media-keys"_s, u"custom-keybindings"_s,
+             u"['/named/']"_s});
+        add("Cinnamon", GSettingsFamily::cinnamon, cinnamonCustom,
+            u"/org/cinnamon/desktop/keybindings/custom-keybindings/named/"_s, u"command"_s,
+            u"['<Super>F11']"_s,
+            {u"org.cinnamon.desktop.keybindings"_s, u"custom-list"_s, u"['named']"_s});
+        add("MATE", GSettingsFamily::mate, mateCustom, u"/org/mate/desktop/keybindings/custom9/"_s,
+            u"action"_s, u"<Super>F11"_s,
+            {u"org.mate.Marco.global-keybindings"_s, u"run-command-12"_s, u"disabled"_s});
+    }
+    void namesTheUsersOwn()
+    {
+        QFETCH(const GSettingsFamily *const, family);
+        QFETCH(const QString, custom);
+        QFETCH(const QString, commandKey);
+        QFETCH(const QString, binding);
+        QFETCH(const QStringList, list);
+        const auto keys = u"<Super>F11"_s;
+        QVERIFY(setCustomText(custom, u"binding"_s, binding));
+        QCOMPARE(QProcess::execute(u"gsettings"_s, QStringList{u"set"_s} + list), 0);
+        GSettingsKeys desktopKeys(*family);
+        desktopKeys.start();
+        QTRY_COMPARE(actions(desktopKeys, keys), QStringList{u"none"_s});
+        QVERIFY(setCustomText(custom, commandKey, u"'xterm -e \"my program\"'"_s));
+        QTRY_COMPARE(actions(desktopKeys, keys), QStringList{u"xterm -e \"my program\""_s});
+        QVERIFY(setCustomText(custom, u"name"_s, u"'My <b>“Terminal”</b>'"_s));
+        QTRY_COMPARE(actions(desktopKeys, keys), QStringList{u"My <b>“Terminal”</b>"_s});
+        QVERIFY(setCustomText(custom, u"name"_s, u"'one\\ntwo\\u0007'"_s));
+        QTRY_COMPARE(actions(desktopKeys, keys), QStringList{u"one two"_s});
+        QVERIFY(setCustomText(custom, u"name"_s, u'\'' + QString(10'000, u'x') + u'\''));
+        QTRY_COMPARE(actions(desktopKeys, keys).value(0).size(), 200);
+        QVERIFY(setCustomText(custom, u"name"_s, u"' \\n'"_s));
+        QTRY_COMPARE(actions(desktopKeys, keys), QStringList{u"xterm -e \"my program\""_s});
+    }
+
+    void namesTheDesktopsOwnActionBeforeTheUsers()
+    {
+        QVERIFY(setCustom(gnomeCustom, u"/twice/"_s, u"<Super>F12"_s));
+        QVERIFY(
+            setCustomText(QLatin1StringView(gnomeCustom) + u":/twice/"_s, u"name"_s, u"Mine"_s));
+        QVERIFY(gsettings(u"set org.gnome.settings-daemon.plugins.media-keys custom-keybindings "
+                          "\"['/twice/']\""_s));
+        QVERIFY(gsettings(u"set org.gnome.desktop.wm.keybindings raise \"['<Super>F12']\""_s));
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
+        QTRY_COMPARE(actions(desktopKeys, u"<Super>F12"_s), (QStringList{u"Raise"_s, u"Mine"_s}));
     }
 
     void hearsOfEveryChange_data()
@@ -176,7 +291,7 @@ private Q_SLOTS:
         QFETCH(const QString, value);
         GSettingsKeys desktopKeys(*family);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         QVERIFY(!has(desktopKeys, u"<Super>F9"_s));
         QVERIFY(gsettings(u"set %1 \"%2\""_s.arg(key, value)));
         QTRY_VERIFY(has(desktopKeys, u"<Super>F9"_s));
@@ -235,7 +350,7 @@ private Q_SLOTS:
                           "\"%1\""_s;
         GSettingsKeys desktopKeys(GSettingsFamily::gnome);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         QVERIFY(setCustom(gnomeCustom, u"/one/"_s, u"<Super>F3"_s));
         QVERIFY(gsettings(list.arg(u"['/one/', '', 'none', '/', '//', '/one//', '/two/']"_s)));
         QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
@@ -255,7 +370,7 @@ private Q_SLOTS:
         const auto path = u"/org/cinnamon/desktop/keybindings/custom-keybindings/custom0/"_s;
         GSettingsKeys desktopKeys(GSettingsFamily::cinnamon);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         QVERIFY(setCustom(cinnamonCustom, path, u"['<Super>F3', '<Super>F4']"_s));
         QVERIFY(gsettings(list.arg(u"['__dummy__', 'custom0', '']"_s)));
         QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
@@ -272,7 +387,7 @@ private Q_SLOTS:
         const auto path = u"/org/mate/desktop/keybindings/custom%1/"_s;
         GSettingsKeys desktopKeys(GSettingsFamily::mate);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         QVERIFY(setCustom(mateCustom, path.arg(0), u"<Super>F3"_s));
         QTRY_VERIFY(has(desktopKeys, u"<Super>F3"_s));
         QVERIFY(setCustom(mateCustom, path.arg(15), u"<Super>F4"_s));
@@ -336,8 +451,8 @@ private Q_SLOTS:
         missing.start();
         GSettingsKeys installed(GSettingsFamily::gnome);
         installed.start();
-        QTRY_VERIFY(installed.accelerators());
-        QVERIFY(!missing.accelerators());
+        QTRY_VERIFY(installed.keys());
+        QVERIFY(!missing.keys());
     }
 
     void copesWithSchemasOfOtherVersions()
@@ -352,8 +467,8 @@ private Q_SLOTS:
             .customPath = u"/org/example/%1/"_s,
         });
         desktopKeys.start();
-        QTRY_COMPARE(desktopKeys.accelerators(),
-                     DesktopKeys::Accelerators{*gtkAccelerator(u"Super_L"_s)});
+        QTRY_COMPARE(desktopKeys.keys(),
+                     (QList<DesktopKey>{{*gtkAccelerator(u"Super_L"_s), u"Overlay key"_s}}));
     }
 
     void readsSettingsThatHungAtFirst()
@@ -407,7 +522,7 @@ private Q_SLOTS:
     {
         GSettingsKeys desktopKeys(GSettingsFamily::gnome);
         desktopKeys.start();
-        QTRY_VERIFY(desktopKeys.accelerators());
+        QTRY_VERIFY(desktopKeys.keys());
         QVERIFY(QTest::qWaitFor(isAtRest));
     }
 

@@ -11,6 +11,7 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QTest>
+#include <algorithm>
 #include <csignal>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
@@ -38,7 +39,11 @@ void ask(const QString &method, const QVariantList &arguments)
 class ProgramsShortcut
 {
 public:
-    ProgramsShortcut() { ask(u"doRegister"_s, {m_id}); }
+    explicit ProgramsShortcut(const QString &title = u"Action"_s)
+        : m_id{u"program"_s, u"an_action"_s, u"Program"_s, title}
+    {
+        ask(u"doRegister"_s, {m_id});
+    }
     ~ProgramsShortcut() { ask(u"unregister"_s, {m_id.at(0), m_id.at(1)}); }
     Q_DISABLE_COPY_MOVE(ProgramsShortcut)
 
@@ -53,14 +58,19 @@ public:
     }
 
 private:
-    const QStringList m_id{u"program"_s, u"action"_s, u"Program"_s, u"Action"_s};
+    const QStringList m_id;
 };
 
 struct Source : KGlobalAccelKeys {
     Source() { start(); }
     bool has(const Accelerator &accelerator) const
     {
-        return accelerators() && accelerators()->contains(accelerator);
+        return keys()
+            && std::ranges::find(*keys(), accelerator, &DesktopKey::accelerator) != keys()->end();
+    }
+    bool has(const Accelerator &accelerator, const QString &action) const
+    {
+        return keys() && keys()->contains(DesktopKey{accelerator, action});
     }
 };
 } // namespace
@@ -95,6 +105,32 @@ private Q_SLOTS:
             source.has({.modifiers = modifiers, .keysym = keysym, .impliesShift = impliesShift}));
     }
 
+    void namesTheActionsOfKWin()
+    {
+        const Source source;
+        QTRY_VERIFY(source.has({.modifiers = optionEventFlag, .keysym = XKB_KEY_F4},
+                               u"KWin: Close Window"_s));
+    }
+
+    void namesTheActionsOfPrograms_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("action");
+        QTest::newRow("by both titles") << u"Do It"_s << u"Program: Do It"_s;
+        QTest::newRow("by one title if they are the same") << u"Program"_s << u"Program"_s;
+        QTest::newRow("by the action's id if it has no title")
+            << QString() << u"Program: An action"_s;
+    }
+    void namesTheActionsOfPrograms()
+    {
+        QFETCH(const QString, title);
+        QFETCH(const QString, action);
+        ProgramsShortcut shortcut(title);
+        shortcut.setByTheProgram({metaShiftF1, metaF2});
+        const Source source;
+        QTRY_VERIFY(source.has(f1, action) && source.has(f2, action));
+    }
+
     void knowsWhatProgramsHave()
     {
         ProgramsShortcut shortcut;
@@ -112,20 +148,20 @@ private Q_SLOTS:
         shortcut.setInTheSettings({metaF2});
         QTRY_VERIFY_WITH_TIMEOUT(source.has(f2) && !source.has(f1), 1000);
         shortcut.setInTheSettings({});
-        QTRY_VERIFY_WITH_TIMEOUT(source.accelerators() && !source.has(f2), 1000);
+        QTRY_VERIFY_WITH_TIMEOUT(source.keys() && !source.has(f2), 1000);
     }
 
     void learnsWhatProgramsChangedWhenAsked()
     {
         Source source;
-        QTRY_VERIFY(source.accelerators());
+        QTRY_VERIFY(source.keys());
         ProgramsShortcut shortcut;
         shortcut.setByTheProgram({metaShiftF1});
         source.refresh();
         QTRY_VERIFY_WITH_TIMEOUT(source.has(f1), 1000);
         shortcut.setByTheProgram({});
         source.refresh();
-        QTRY_VERIFY_WITH_TIMEOUT(source.accelerators() && !source.has(f1), 1000);
+        QTRY_VERIFY_WITH_TIMEOUT(source.keys() && !source.has(f1), 1000);
     }
 
     void haveTheSettingsWindowWarnOfThem()
@@ -151,12 +187,12 @@ private Q_SLOTS:
     void knowsNothingOnceKWinHasGone()
     {
         const Source source;
-        QTRY_VERIFY(source.accelerators());
+        QTRY_VERIFY(source.keys());
         const QDBusReply<uint> kwin =
             QDBusConnection::sessionBus().interface()->servicePid(service);
         QVERIFY(kwin.isValid());
         kill(pid_t(kwin.value()), SIGTERM);
-        QTRY_VERIFY(!source.accelerators());
+        QTRY_VERIFY(!source.keys());
     }
 };
 

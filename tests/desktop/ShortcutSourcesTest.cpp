@@ -31,7 +31,7 @@
 
 using namespace Qt::StringLiterals;
 using Answer = RecordedService::Answer;
-using Accelerators = DesktopKeys::Accelerators;
+using Accelerators = QList<Accelerator>;
 
 namespace
 {
@@ -56,13 +56,15 @@ constexpr Accelerator altF4{.modifiers = optionEventFlag, .keysym = XKB_KEY_F4};
 /// One of KGlobalAccel's.
 struct ShortcutInfo {
     QList<int> keys;
+    QString action = u"Name"_s;
+    QString component = u"Name"_s;
 };
 
 QDBusArgument &operator<<(QDBusArgument &argument, const ShortcutInfo &info)
 {
     argument.beginStructure();
-    for (int i = 0; i < 6; ++i)
-        argument << u"Name"_s;
+    const auto other = u"Name"_s;
+    argument << other << info.action << other << info.component << other << other;
     argument << info.keys << QList<int>();
     argument.endStructure();
     return argument;
@@ -73,14 +75,33 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ShortcutInfo &)
     return argument;
 }
 
+Accelerators accelerators(const DesktopKeys &source)
+{
+    Accelerators found;
+    for (const DesktopKey &key : source.keys().value_or(QList<DesktopKey>()))
+        found << key.accelerator;
+    return found;
+}
+
 bool has(const DesktopKeys &source, const Accelerator &accelerator)
 {
-    return source.accelerators() && source.accelerators()->contains(accelerator);
+    return accelerators(source).contains(accelerator);
 }
 
 bool hasNothing(const DesktopKeys &source)
 {
-    return source.accelerators().value_or(Accelerators()).isEmpty();
+    return accelerators(source).isEmpty();
+}
+
+/// The names of the actions that use the keys, with "none" for those without a name.
+QStringList actions(const DesktopKeys &source, const Accelerator &accelerator)
+{
+    QStringList names;
+    for (const DesktopKey &key : source.keys().value_or(QList<DesktopKey>())) {
+        if (key.accelerator == accelerator)
+            names << key.action.value_or(u"none"_s);
+    }
+    return names;
 }
 
 bool isOnTheBus(const QString &service)
@@ -274,7 +295,7 @@ private Q_SLOTS:
         Xfconfd::override(folder);
         XfconfKeys source;
         source.start();
-        QTRY_VERIFY(source.accelerators());
+        QTRY_VERIFY(source.keys());
         Xfconfd::set(folder + u"/custom/<Super>k"_s, u"true"_s);
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superK), soon);
         Xfconfd::set(folder + u"/custom/<Super>k"_s, u""_s);
@@ -283,6 +304,33 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superK), soon);
         Xfconfd::reset(folder + u"/custom/<Super>k"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!has(source, superK), soon);
+    }
+
+    void namesTheActionsOfXfce()
+    {
+        const Xfconfd daemon;
+        Xfconfd::override(u"/commands"_s);
+        Xfconfd::set(u"/commands/custom/<Super>k"_s, u"sh -c 'xterm  -e \"a_b\"'"_s);
+        Xfconfd::set(u"/commands/custom/<Super>l"_s, QString(10'000, u'x'));
+        XfconfKeys source;
+        source.start();
+        QTRY_COMPARE(actions(source, altF4), QStringList{u"Close window"_s});
+        QCOMPARE(actions(source, superK), QStringList{u"sh -c 'xterm  -e \"a_b\"'"_s});
+        QCOMPARE(actions(source, superL).value(0).size(), 200);
+        Xfconfd::set(u"/commands/custom/<Super>k"_s, u"xterm\n-e\ttop"_s);
+        QTRY_COMPARE(actions(source, superK), QStringList{u"xterm -e top"_s});
+    }
+
+    void namesTheCommandsOfXfceBeforeItsWindows()
+    {
+        const Xfconfd daemon;
+        for (const auto &folder : {u"/commands"_s, u"/xfwm4"_s}) {
+            Xfconfd::override(folder);
+            Xfconfd::set(folder + u"/custom/<Super>k"_s, u"tile_up_key"_s);
+        }
+        XfconfKeys source;
+        source.start();
+        QTRY_COMPARE(actions(source, superK), (QStringList{u"tile_up_key"_s, u"Tile up"_s}));
     }
 
     void takesTheUsersShortcutsOfXfceOnlyWhereTheyOverride()
@@ -342,7 +390,7 @@ private Q_SLOTS:
         auto daemon = std::make_unique<Xfconfd>();
         QTRY_VERIFY(has(source, controlAltT));
         daemon.reset();
-        QTRY_VERIFY(!source.accelerators());
+        QTRY_VERIFY(!source.keys());
         daemon = std::make_unique<Xfconfd>();
         QTRY_VERIFY(has(source, controlAltT));
     }
@@ -357,7 +405,7 @@ private Q_SLOTS:
         source.start();
         QCoreApplication::processEvents();
         QVERIFY(timer.elapsed() < noWait);
-        QVERIFY(!source.accelerators());
+        QVERIFY(!source.keys());
         daemon.send(SIGCONT);
         QTRY_VERIFY(has(source, controlAltT));
     }
@@ -432,14 +480,61 @@ private Q_SLOTS:
         const auto source = sourceOver(service);
         QList<Accelerators> heard;
         connect(source.get(), &DesktopKeys::changed, this, [&heard, &source] {
-            if (source->accelerators())
-                heard << *source->accelerators();
+            if (source->keys())
+                heard << accelerators(*source);
         });
         source->start();
         QTRY_VERIFY(hasAnswered);
         bad.die();
         const RecordedService next(m_bus.address(), service, good(service));
         QTRY_COMPARE(heard, understood + QList<Accelerators>{{superK}});
+    }
+
+    void namesTheActionsOfPlasma_data()
+    {
+        QTest::addColumn<QString>("component");
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QString>("name");
+        const auto add = [](const char *row, const QString &component, const QString &action,
+                            const QString &name) {
+            QTest::newRow(row) << component << action << name;
+        };
+        add("both titles", u"KWin"_s, u"Close Window"_s, u"KWin: Close Window"_s);
+        add("one title twice", u"Konsole"_s, u"Konsole"_s, u"Konsole"_s);
+        add("no title of the component", QString(), u"Do It"_s, u"Do It"_s);
+        add("no title of the action", u"Konsole"_s, QString(), u"Konsole: Name"_s);
+        add("no titles", QString(), QString(), u"Name"_s);
+        add("line breaks", u"a\nb"_s, u"c\r\n\u0007d"_s, u"a b: c  d"_s);
+        add("a long title", u"K"_s, QString(10'000, u'x'),
+            u"K: "_s + QString(97, u'x') + u'…' + QString(99, u'x'));
+    }
+    void namesTheActionsOfPlasma()
+    {
+        QFETCH(const QString, component);
+        QFETCH(const QString, action);
+        const QList infos{ShortcutInfo{
+            .keys = {int(Qt::MetaModifier) | Qt::Key_K, int(Qt::MetaModifier) | Qt::Key_L},
+            .action = action,
+            .component = component}};
+        const RecordedService service(
+            m_bus.address(), kglobalaccel,
+            withComponents(RecordedService::reply({QVariant::fromValue(infos)})));
+        KGlobalAccelKeys source;
+        source.start();
+        QTRY_VERIFY(has(source, superK));
+        QTEST(actions(source, superK).value(0), "name");
+        QTEST(actions(source, superL).value(0), "name");
+    }
+
+    void asksEachComponentOfPlasmaOnce()
+    {
+        const RecordedService service(m_bus.address(), kglobalaccel, good(kglobalaccel));
+        KGlobalAccelKeys source;
+        source.start();
+        QTRY_VERIFY(has(source, superK));
+        QCOMPARE(service.calls(u"allComponents"_s).size(), 1);
+        QCOMPARE(service.calls(u"allShortcutInfos"_s),
+                 (QStringList{u"/component/first"_s, u"/component/second"_s}));
     }
 
     void dropsAnswersThatAreOutOfDate()
@@ -508,6 +603,76 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!has(source, superL), soon);
     }
 
+    void namesTheActionsOfTheServiceOfLxqt()
+    {
+        const Globalkeysd daemon;
+        LxqtKeys source;
+        source.start();
+        const auto add = [](const QString &method, const QVariantList &arguments) {
+            QVERIFY(!Globalkeysd::call(method, arguments).isEmpty());
+        };
+        add(u"addCommandAction"_s,
+            {u"Meta+K"_s, u"xterm"_s,
+             QStringList{u"-e"_s, u"a, \"b\" \\ c;="_s, u"Gr\u00fc\u00dfe"_s, u"\u20ac"_s},
+             u"Unused"_s});
+        add(u"addMethodAction"_s,
+            {u"Meta+L"_s, u"org.example"_s, QVariant::fromValue(QDBusObjectPath(u"/org/a"_s)),
+             u"org.example.A"_s, u"open"_s, u"\u00d6ffnen, \"jetzt\""_s});
+        add(u"addMethodAction"_s,
+            {u"Alt+F4"_s, u"org.example"_s, QVariant::fromValue(QDBusObjectPath(u"/org/a"_s)),
+             u"org.example.A"_s, u"close"_s, QString()});
+        QTRY_COMPARE(actions(source, superK),
+                     QStringList{u"xterm -e a, \"b\" \\ c;= Gr\u00fc\u00dfe \u20ac"_s});
+        QTRY_COMPARE(actions(source, superL), QStringList{u"\u00d6ffnen, \"jetzt\""_s});
+        QTRY_COMPARE(actions(source, altF4), QStringList{u"/org/a/close"_s});
+    }
+
+    void namesTheActionsInAFileOfLxqt_data()
+    {
+        QTest::addColumn<QByteArray>("settings");
+        QTest::addColumn<QString>("name");
+        const auto add = [](const char *row, const QByteArray &settings, const QString &name) {
+            QTest::newRow(row) << settings << name;
+        };
+        add("a command", "Exec=xterm\nComment=Terminal\n", u"xterm"_s);
+        add("a command with arguments", "Exec=xterm, -e, htop\n", u"xterm -e htop"_s);
+        add("an argument with a comma", "Exec=sh, -c, \"a, b\"\n", u"sh -c a, b"_s);
+        add("escaped signs", "Exec=a \\\"q\\\" \\\\ b\n", u"a \"q\" \\ b"_s);
+        add("escaped letters", "Exec=Gr\\xfc\\xdf\\x65\n", u"Grüße"_s);
+        add("an escaped line break", "Exec=a\\nb\\x1b\n", u"a b"_s);
+        add("plain UTF-8", "Exec=Grüße\n", u"Grüße"_s);
+        add("what is not UTF-8", "Exec=a\xff\n", u"a\ufffd"_s);
+        add("an unfinished escape", "Exec=a\\\n", u"a"_s);
+        add("an unfinished code", "Exec=a\\x\n", u"a"_s);
+        add("a code beyond all letters", "Exec=a\\x123456789abcdef0041\n", u"aA"_s);
+        add("an unfinished quotation", "Exec=a, \"b, c\n", u"a b, c"_s);
+        add("a long command", "Exec=" + QByteArray(10'000, 'x') + "\n",
+            QString(100, u'x') + u'…' + QString(99, u'x'));
+        add("a D-Bus action", "path=/a\nmethod=open\nComment=Open it\n", u"Open it"_s);
+        add("one without a comment", "path=/a\nmethod=open\nComment=\n", u"/a/open"_s);
+        add("one without a method", "path=/a/show\n", u"/a/show"_s);
+        add("an empty command", "Exec=\n", u"none"_s);
+    }
+    void namesTheActionsInAFileOfLxqt()
+    {
+        QFETCH(const QByteArray, settings);
+        QFETCH(const QString, name);
+        const QByteArray another = "[Meta%2BL.7]\nExec=another\nComment=Another\nmethod=m\n";
+        write(userFile(), another + "[Meta%2BK.1]\n" + settings + another);
+        LxqtKeys source;
+        source.start();
+        QTRY_VERIFY(has(source, superL));
+        QCOMPARE(actions(source, superK), QStringList{name});
+    }
+
+    void keepsActionsOfTheSameKeysOfLxqtInOrder()
+    {
+        write(userFile(), "[Meta%2BK.1]\nExec=second\n[Meta%2BK.2]\nExec=first\n");
+        LxqtKeys source;
+        source.start();
+        QTRY_COMPARE(actions(source, superK), (QStringList{u"second"_s, u"first"_s}));
+    }
+
     void readsAFileAsTheServiceOfLxqtDoes_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -540,7 +705,7 @@ private Q_SLOTS:
         write(userFile(), another + text);
         LxqtKeys source;
         source.start();
-        QVERIFY2(!source.accelerators(), "the start does not wait for the file");
+        QVERIFY2(!source.keys(), "the start does not wait for the file");
         QTRY_VERIFY(has(source, superL));
         QCOMPARE(has(source, superK), isInForce);
     }
@@ -564,7 +729,7 @@ private Q_SLOTS:
         LxqtKeys source;
         source.start();
         QCoreApplication::processEvents();
-        QVERIFY(!source.accelerators());
+        QVERIFY(!source.keys());
 
         write(systemFile(), withK);
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superK), soon);
@@ -579,11 +744,11 @@ private Q_SLOTS:
         QCOMPARE(std::rename(qPrintable(userFile() + u".new"_s), qPrintable(userFile())), 0);
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superL) && !has(source, superK), soon);
         write(userFile(), QByteArray());
-        QTRY_VERIFY_WITH_TIMEOUT(source.accelerators() && hasNothing(source), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(source.keys() && hasNothing(source), soon);
         QVERIFY(QFile::remove(userFile()));
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superK), soon);
         QVERIFY(QDir(m_home->filePath(u"system"_s)).removeRecursively());
-        QTRY_VERIFY_WITH_TIMEOUT(!source.accelerators(), soon);
+        QTRY_VERIFY_WITH_TIMEOUT(!source.keys(), soon);
         QVERIFY(QDir(m_home->filePath(u"user"_s)).removeRecursively());
         write(userFile(), withL);
         QTRY_VERIFY_WITH_TIMEOUT(has(source, superL), soon);

@@ -47,7 +47,18 @@ class FakeDesktopKeys : public DesktopKeys
 {
 public:
     void start() override { ++starts; }
-    using DesktopKeys::setAccelerators;
+    using DesktopKeys::setKeys;
+
+    /// Keys of actions without a name.
+    void setAccelerators(const std::optional<QList<Accelerator>> &accelerators)
+    {
+        if (!accelerators)
+            return setKeys(std::nullopt);
+        QList<DesktopKey> keys;
+        for (const Accelerator &accelerator : *accelerators)
+            keys << DesktopKey{accelerator};
+        setKeys(keys);
+    }
 
     int starts = 0;
 };
@@ -183,6 +194,40 @@ private Q_SLOTS:
         Desk desk(layoutKeys("de"));
         QCOMPARE(codes(desk.resolve({.modifiers = commandEventFlag, .keycode = XKeycode(49)})),
                  QList{keyBeside1});
+    }
+
+    void carriesTheActionToEachOfItsKeys()
+    {
+        Desk desk(layoutKeys("us", 0, "caps:escape"));
+        desk.desktopKeys->setKeys(
+            QList<DesktopKey>{{onKeysym("Escape"), u"Leave"_s},
+                              {{.modifiers = 0, .keycode = XKeycode(49)}, u"Open"_s},
+                              {onKeysym("F4"), std::nullopt}});
+        constexpr qint64 command = commandEventFlag;
+        QCOMPARE(desk.hotkeys.copySymbolicHotkeys(),
+                 (QList<SymbolicHotkey>{{keyEscape, command, true, u"Leave"_s},
+                                        {keyCapsLock, command, true, u"Leave"_s},
+                                        {keyBeside1, 0, true, u"Open"_s},
+                                        {keyF4, command, true}}));
+    }
+
+    void keepsActionsOfTheSameKeysInOrder()
+    {
+        Desk desk;
+        desk.desktopKeys->setKeys(
+            QList<DesktopKey>{{onKeysym("e"), u"Second"_s}, {onKeysym("e"), u"First"_s}});
+        constexpr qint64 command = commandEventFlag;
+        QCOMPARE(desk.hotkeys.copySymbolicHotkeys(),
+                 (QList<SymbolicHotkey>{{keyE, command, true, u"Second"_s},
+                                        {keyE, command, true, u"First"_s}}));
+    }
+
+    void tellsOfAnActionThatIsRenamed()
+    {
+        Desk desk;
+        desk.desktopKeys->setKeys(QList<DesktopKey>{{onKeysym("e"), u"Before"_s}});
+        desk.desktopKeys->setKeys(QList<DesktopKey>{{onKeysym("e"), u"After"_s}});
+        QCOMPARE(desk.notices.count(), 2);
     }
 
     void leavesOutAKeyCodeWithoutAVirtualKeyCode()

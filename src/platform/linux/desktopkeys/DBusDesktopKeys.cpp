@@ -24,7 +24,7 @@ void DBusDesktopKeys::start()
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &newOwner) {
                 m_reading.reset();
-                setAccelerators(std::nullopt);
+                setKeys(std::nullopt);
                 // A service owns its name before it can answer, so the reading is delayed.
                 if (!newOwner.isEmpty())
                     refresh();

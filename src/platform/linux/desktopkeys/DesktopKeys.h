@@ -6,8 +6,18 @@
 
 #include <QList>
 #include <QObject>
+#include <QString>
 #include <optional>
 #include <utility>
+
+/// One of the desktop's own shortcuts.
+struct DesktopKey {
+    Accelerator accelerator;
+    /// What the desktop calls the action, from actionName().
+    std::optional<QString> action = {};
+
+    bool operator==(const DesktopKey &) const = default;
+};
 
 /// Main thread only. May be constructed before there is a QApplication.
 class DesktopKeys : public QObject
@@ -15,8 +25,6 @@ class DesktopKeys : public QObject
     Q_OBJECT
 
 public:
-    using Accelerators = QList<Accelerator>;
-
     /// Starts to read and follow the settings, and returns at once. To be called once.
     virtual void start() = 0;
 
@@ -25,23 +33,23 @@ public:
 
     /// The enabled shortcuts, as last read; nothing until the settings have answered, and after
     /// they have gone or failed.
-    const std::optional<Accelerators> &accelerators() const { return m_accelerators; }
+    const std::optional<QList<DesktopKey>> &keys() const { return m_keys; }
 
 Q_SIGNALS:
-    /// Emitted when the accelerators have changed.
+    /// Emitted when the keys have changed.
     void changed();
 
 protected:
-    void setAccelerators(std::optional<Accelerators> accelerators)
+    void setKeys(std::optional<QList<DesktopKey>> keys)
     {
-        if (accelerators == m_accelerators)
+        if (keys == m_keys)
             return;
-        m_accelerators = std::move(accelerators);
+        m_keys = std::move(keys);
         Q_EMIT changed();
     }
 
 private:
-    std::optional<Accelerators> m_accelerators;
+    std::optional<QList<DesktopKey>> m_keys;
 };
 
 /// Whether the command of a shortcut calls the program. Such keys already work for an entry, so

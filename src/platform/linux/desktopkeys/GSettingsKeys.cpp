@@ -1,5 +1,7 @@
 #include "platform/linux/desktopkeys/GSettingsKeys.h"
 
+#include "platform/linux/desktopkeys/ActionName.h"
+
 #include <QByteArrayList>
 #include <gio/gio.h>
 #include <memory>
@@ -52,9 +54,8 @@ const GSettingsFamily GSettingsFamily::mate{
 
 namespace
 {
-using Accelerators = DesktopKeys::Accelerators;
-
 constexpr const char *customKey = "binding";
+constexpr const char *customName = "name";
 
 /// The number of unused numbers in a row that ends the search. Freed numbers are reused, so larger
 /// gaps are very unlikely.
@@ -134,11 +135,17 @@ bool isSet(const OpenSettings &open, const char *key)
     return true;
 }
 
-void add(Accelerators &accelerators, const QStringList &texts)
+/// The text of a key that the schema of an installed version may lack.
+QString customText(const OpenSettings &custom, const QByteArray &key)
+{
+    return custom.keys.contains(key) ? texts(custom, key).value(0) : QString();
+}
+
+void add(QList<DesktopKey> &found, const QStringList &texts, const std::optional<QString> &action)
 {
     for (const QString &text : texts) {
         if (const auto accelerator = gtkAccelerator(text))
-            accelerators << *accelerator;
+            found << DesktopKey{*accelerator, action};
     }
 }
 
@@ -150,13 +157,13 @@ public:
 
     bool isInstalled() const { return !m_open.empty(); }
     bool isStale() const { return m_isStale; }
-    Accelerators read();
+    QList<DesktopKey> read();
 
 private:
     std::optional<OpenSettings> open(const GSettingsFamily::Keys &keys,
                                      const QByteArray &path = {});
-    Accelerators readCustoms(const QStringList &list);
-    bool callsUs(const OpenSettings &custom) const;
+    QList<DesktopKey> readCustoms(const QStringList &list);
+    void addCustom(QList<DesktopKey> &found, const OpenSettings &custom) const;
 
     const GSettingsFamily &m_family;
     bool m_isStale = true;
@@ -190,51 +197,53 @@ std::optional<OpenSettings> FamilySettings::open(const GSettingsFamily::Keys &ke
     return OpenSettings{decltype(OpenSettings::settings)(settings), keysOf(schema.get(), keys.key)};
 }
 
-Accelerators FamilySettings::read()
+QList<DesktopKey> FamilySettings::read()
 {
     m_isStale = false;
-    Accelerators accelerators;
+    QList<DesktopKey> found;
     QStringList list;
     for (const OpenSettings &open : m_open) {
         for (const QByteArray &key : open.keys) {
             if (key == m_family.customList)
                 list = texts(open, key);
             else
-                add(accelerators, texts(open, key));
+                add(found, texts(open, key), actionName(wordsOf(QString::fromUtf8(key))));
         }
     }
-    return accelerators + readCustoms(list);
+    return found + readCustoms(list);
 }
 
-bool FamilySettings::callsUs(const OpenSettings &custom) const
+void FamilySettings::addCustom(QList<DesktopKey> &found, const OpenSettings &custom) const
 {
-    const QByteArray key = m_family.customCommand;
-    return custom.keys.contains(key) && ::callsUs(texts(custom, key).value(0));
+    const QString command = customText(custom, m_family.customCommand);
+    if (callsUs(command))
+        return;
+    const auto name = actionName(customText(custom, customName));
+    add(found, texts(custom, customKey), name ? name : actionName(command));
 }
 
-Accelerators FamilySettings::readCustoms(const QStringList &list)
+QList<DesktopKey> FamilySettings::readCustoms(const QStringList &list)
 {
     // Closed only after the new ones are open, so that subscriptions to common paths persist.
     const auto former = std::exchange(m_customs, {});
-    Accelerators accelerators;
-    const auto addCustom = [&](const QString &name) {
+    QList<DesktopKey> found;
+    const auto openCustom = [&](const QString &name) {
         auto custom = open({m_family.customSchema}, m_family.customPath.arg(name).toUtf8());
         if (!custom || !custom->keys.contains(customKey))
             return false;
-        if (!callsUs(*custom))
-            add(accelerators, texts(*custom, customKey));
+        addCustom(found, *custom);
         const bool isUsed = isSet(*custom, customKey);
         m_customs.push_back(std::move(*custom));
         return isUsed;
     };
     if (m_family.customList) {
         for (const QString &name : list)
-            addCustom(name);
-        return accelerators;
+            openCustom(name);
+        return found;
     }
     for (int number = 0, gap = 0; gap < maxGap; ++number)
-        gap = addCustom(QString::number(number)) ? 0 : gap + 1;
-    return accelerators;
+        gap = openCustom(QString::number(number)) ? 0 : gap + 1;
+    return found;
 }
 } // namespace
 
@@ -268,8 +277,7 @@ void GSettingsKeys::follow(const std::stop_token &end)
             return;
         if (settings.isStale())
             QMetaObject::invokeMethod(
-                this, [this, found = settings.read()] { setAccelerators(found); },
-                Qt::QueuedConnection);
+                this, [this, found = settings.read()] { setKeys(found); }, Qt::QueuedConnection);
         else
             g_main_context_iteration(context.get(), TRUE);
     }

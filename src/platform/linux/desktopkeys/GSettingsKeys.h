@@ -18,8 +18,8 @@ struct GSettingsFamily {
     };
     QList<Keys> keys;
 
-    /// The schema of the user's own shortcuts. Each has its own path and its accelerator under the
-    /// key "binding".
+    /// The schema of the user's own shortcuts. Each has its own path, with its accelerator under
+    /// the key "binding" and its name under "name".
     const char *customSchema;
     /// The key in customSchema that holds the command of the shortcut.
     const char *customCommand;

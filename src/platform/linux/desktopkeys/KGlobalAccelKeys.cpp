@@ -1,5 +1,7 @@
 #include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 
+#include "platform/linux/desktopkeys/ActionName.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>
@@ -12,22 +14,39 @@ namespace
 const QString globalAccelPath = u"/kglobalaccel"_s;
 const QString globalAccelInterface = u"org.kde.KGlobalAccel"_s;
 
-/// The active keys of all shortcuts, as Qt's key codes.
-QList<int> activeKeys(const QDBusMessage &shortcuts)
+/// Such as "KWin: Close Window". Some components name no actions, and many programs have one action
+/// with their own name.
+std::optional<QString> nameOf(const QString &component, const QString &id, const QString &title)
 {
-    QList<int> found;
+    QStringList parts{component, title.isEmpty() ? wordsOf(id) : title};
+    parts.removeAll(QString());
+    parts.removeDuplicates();
+    return actionName(parts.join(u": "_s));
+}
+
+/// The active keys of all shortcuts.
+QList<DesktopKey> activeKeys(const QDBusMessage &shortcuts)
+{
+    QList<DesktopKey> found;
     if (shortcuts.signature() != u"a(ssssssaiai)")
         return found;
     const auto list = shortcuts.arguments().constFirst().value<QDBusArgument>();
     list.beginArray();
     while (!list.atEnd()) {
-        QString name;
-        QList<int> keys;
+        QString id;
+        QString title;
+        QString component;
+        QString other;
+        QList<int> codes;
         list.beginStructure();
         // The ids and titles of the shortcut, its component and its context.
-        list >> name >> name >> name >> name >> name >> name >> keys;
+        list >> id >> title >> other >> component >> other >> other >> codes;
         list.endStructure();
-        found << keys;
+        const auto action = nameOf(component, id, title);
+        for (const int code : codes) {
+            if (const auto accelerator = qtAccelerator(code))
+                found << DesktopKey{*accelerator, action};
+        }
     }
     return found;
 }
@@ -54,11 +73,11 @@ void KGlobalAccelKeys::readComponents(const QDBusMessage &paths)
 {
     const QDBusPendingReply<QList<QDBusObjectPath>> components(paths);
     if (components.isError())
-        return setAccelerators(std::nullopt);
+        return setKeys(std::nullopt);
     m_found.clear();
     m_unanswered = components.value().size();
     if (m_unanswered == 0)
-        return setAccelerators(m_found);
+        return setKeys(m_found);
     for (const QDBusObjectPath &component : components.value())
         ask(component.path(), u"org.kde.kglobalaccel.Component"_s, u"allShortcutInfos"_s, {},
             [this](const QDBusMessage &answer) { add(answer); });
@@ -66,10 +85,7 @@ void KGlobalAccelKeys::readComponents(const QDBusMessage &paths)
 
 void KGlobalAccelKeys::add(const QDBusMessage &shortcuts)
 {
-    for (const int key : activeKeys(shortcuts)) {
-        if (const auto accelerator = qtAccelerator(key))
-            m_found << *accelerator;
-    }
+    m_found << activeKeys(shortcuts);
     if (--m_unanswered == 0)
-        setAccelerators(std::exchange(m_found, {}));
+        setKeys(std::exchange(m_found, {}));
 }

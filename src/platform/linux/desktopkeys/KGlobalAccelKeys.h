@@ -19,6 +19,6 @@ private:
     void add(const QDBusMessage &shortcuts);
 
     /// The shortcuts found in this reading, and how many components have not answered yet.
-    Accelerators m_found;
+    QList<DesktopKey> m_found;
     qsizetype m_unanswered = 0;
 };

@@ -11,19 +11,21 @@ namespace
 constexpr auto desktopSettlingTime = 300ms;
 
 /// One hot key for each key that can produce the accelerator.
-QList<SymbolicHotkey> hotkeys(const Accelerator &accelerator, const LayoutKeys &keys)
+QList<SymbolicHotkey> hotkeys(const DesktopKey &desktopKey, const LayoutKeys &keys)
 {
+    const Accelerator &accelerator = desktopKey.accelerator;
     if (accelerator.keycode) {
         const auto key = keys.virtualKey(*accelerator.keycode);
-        return key ? QList<SymbolicHotkey>{{qint64(*key), accelerator.modifiers, true}}
-                   : QList<SymbolicHotkey>();
+        return key
+            ? QList<SymbolicHotkey>{{qint64(*key), accelerator.modifiers, true, desktopKey.action}}
+            : QList<SymbolicHotkey>();
     }
     QList<SymbolicHotkey> found;
     for (const LayoutKeys::Key &key : keys.keysWithKeysym(accelerator.keysym)) {
         const bool needsShift = accelerator.impliesShift && key.needsShift;
         found.append({qint64(key.virtualKey),
                       needsShift ? accelerator.modifiers | shiftEventFlag : accelerator.modifiers,
-                      true});
+                      true, desktopKey.action});
     }
     return found;
 }
@@ -70,10 +72,10 @@ void LinuxSymbolicHotkeys::refresh()
 void LinuxSymbolicHotkeys::resolve()
 {
     std::optional<QList<SymbolicHotkey>> resolved;
-    if (const auto &accelerators = m_desktopKeys->accelerators()) {
+    if (const auto &desktopKeys = m_desktopKeys->keys()) {
         resolved.emplace();
-        for (const Accelerator &accelerator : *accelerators)
-            *resolved += hotkeys(accelerator, m_layout.keys());
+        for (const DesktopKey &desktopKey : *desktopKeys)
+            *resolved += hotkeys(desktopKey, m_layout.keys());
     }
     if (resolved == m_hotkeys)
         return;

@@ -1,5 +1,7 @@
 #include "platform/linux/desktopkeys/LxqtKeys.h"
 
+#include "platform/linux/desktopkeys/ActionName.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -43,8 +45,47 @@ struct Group {
     bool isEnabled = true;
     /// True for a command or a D-Bus action.
     bool hasAction = false;
-    bool callsUs = false;
+    QString command;
+    /// The object, and perhaps the method, of a D-Bus action.
+    QString path;
+    QString method;
+    QString comment;
 };
+
+/// The character that the backslash at an index escapes; moves the index to the end of the escape.
+/// Control characters become spaces.
+QChar escapedCharacter(const QString &value, qsizetype &index)
+{
+    const QChar sign = index + 1 < value.size() ? value.at(++index) : u' ';
+    if (sign != u'x')
+        return "abfnrtv0"_L1.contains(sign) ? QChar(u' ') : sign;
+    uint code = 0;
+    for (bool isDigit = true; index + 1 < value.size(); ++index) {
+        const uint digit = QStringView(value).sliced(index + 1, 1).toUInt(&isDigit, 16);
+        if (!isDigit)
+            break;
+        code = code * 16 + digit;
+    }
+    return QChar(char16_t(code));
+}
+
+/// The text of a value as QSettings writes it; of a list, such as a command with arguments, the
+/// texts without the commas between them.
+QString plainText(const QString &value)
+{
+    QString text;
+    bool isQuoted = false;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const QChar sign = value.at(i);
+        if (sign == u'"')
+            isQuoted = !isQuoted;
+        else if (sign == u'\\')
+            text += escapedCharacter(value, i);
+        else if (isQuoted || sign != u',')
+            text += sign;
+    }
+    return text;
+}
 
 void addSetting(Group &group, const QByteArray &line)
 {
@@ -58,36 +99,57 @@ void addSetting(Group &group, const QByteArray &line)
     if (name == "Exec" || name == "path")
         group.hasAction = true;
     if (name == "Exec")
-        group.callsUs = callsUs(value);
+        group.command = value;
+    if (name == "path")
+        group.path = value;
+    if (name == "method")
+        group.method = value;
+    if (name == "Comment")
+        group.comment = value;
 }
 
-std::optional<Accelerator> acceleratorOf(const Group &group)
+std::optional<QString> nameOf(const Group &group)
 {
-    if (!group.isEnabled || !group.hasAction || group.callsUs)
+    if (const auto command = actionName(plainText(group.command)))
+        return command;
+    if (const auto comment = actionName(plainText(group.comment)))
+        return comment;
+    const QString method = group.method.isEmpty() ? QString() : u'/' + group.method;
+    return actionName(plainText(group.path + method));
+}
+
+std::optional<DesktopKey> keyOf(const Group &group)
+{
+    if (!group.isEnabled || !group.hasAction || callsUs(group.command))
         return {};
     const auto name = QString::fromLatin1(QByteArray::fromPercentEncoding(group.header));
-    return lxqtAccelerator(name.left(name.lastIndexOf(u'.')));
+    const auto accelerator = lxqtAccelerator(name.left(name.lastIndexOf(u'.')));
+    if (!accelerator)
+        return {};
+    return DesktopKey{*accelerator, nameOf(group)};
 }
 
 // Does not use QSettings, which would deserialise whatever objects the file contains.
-std::optional<DesktopKeys::Accelerators> readAccelerators(const QString &path)
+std::optional<QList<DesktopKey>> readKeys(const QString &path)
 {
     QFile file(path);
     if (file.size() > maxFileSize || !file.open(QIODevice::ReadOnly))
         return {};
-    QList<Group> groups;
+    QList<DesktopKey> found;
+    Group group;
+    const auto startGroup = [&](const QByteArray &header) {
+        if (const auto key = keyOf(group))
+            found << *key;
+        group = {.header = header};
+    };
     while (!file.atEnd()) {
         const QByteArray line = file.readLine().trimmed();
         if (line.startsWith('[') && line.endsWith(']'))
-            groups << Group{.header = line.sliced(1).chopped(1)};
-        else if (!groups.isEmpty())
-            addSetting(groups.last(), line);
+            startGroup(line.sliced(1).chopped(1));
+        else
+            addSetting(group, line);
     }
-    DesktopKeys::Accelerators found;
-    for (const Group &group : groups) {
-        if (const auto accelerator = acceleratorOf(group))
-            found << *accelerator;
-    }
+    startGroup({});
     return found;
 }
 } // namespace
@@ -120,5 +182,5 @@ void LxqtKeys::read()
     for (const QString &file : files)
         m_watcher->addPath(watchable(file));
     const auto inForce = std::ranges::find_if(files, isFile);
-    setAccelerators(inForce == files.end() ? std::nullopt : readAccelerators(*inForce));
+    setKeys(inForce == files.end() ? std::nullopt : readKeys(*inForce));
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/desktopkeys/XfconfKeys.h"
 
+#include "platform/linux/desktopkeys/ActionName.h"
+
 #include <QDBusPendingReply>
 #include <QVariantMap>
 
@@ -10,6 +12,8 @@ namespace
 const QString xfconfPath = u"/org/xfce/Xfconf"_s;
 const QString xfconfInterface = u"org.xfce.Xfconf"_s;
 const QString shortcutsChannel = u"xfce4-keyboard-shortcuts"_s;
+const QString commandsFolder = u"/commands/"_s;
+const QString windowManagerFolder = u"/xfwm4/"_s;
 
 bool counts(const QVariant &action)
 {
@@ -18,17 +22,20 @@ bool counts(const QVariant &action)
 }
 
 /// The user's shortcuts, if there are any, replace all default ones of the desktop.
-DesktopKeys::Accelerators acceleratorsIn(const QString &folder, const QVariantMap &settings)
+QList<DesktopKey> keysIn(const QString &folder, const QVariantMap &settings)
 {
     const bool hasOwn = settings.value(folder + u"custom/override"_s) == QVariant(true);
     const QString prefix = folder + (hasOwn ? u"custom/"_s : u"default/"_s);
-    DesktopKeys::Accelerators found;
+    QList<DesktopKey> found;
     for (auto it = settings.lowerBound(prefix); it != settings.end(); ++it) {
         if (!it.key().startsWith(prefix))
             break;
         const auto accelerator = gtkAccelerator(it.key().sliced(prefix.size()));
-        if (accelerator && counts(it.value()))
-            found << *accelerator;
+        if (!accelerator || !counts(it.value()))
+            continue;
+        const QString action = it.value().toString();
+        found << DesktopKey{*accelerator,
+                            actionName(folder == windowManagerFolder ? wordsOf(action) : action)};
     }
     return found;
 }
@@ -52,8 +59,8 @@ void XfconfKeys::read()
         [this](const QDBusMessage &answer) {
             const QDBusPendingReply<QVariantMap> settings(answer);
             if (settings.isError())
-                return setAccelerators(std::nullopt);
-            setAccelerators(acceleratorsIn(u"/commands/"_s, settings.value())
-                            + acceleratorsIn(u"/xfwm4/"_s, settings.value()));
+                return setKeys(std::nullopt);
+            setKeys(keysIn(commandsFolder, settings.value())
+                    + keysIn(windowManagerFolder, settings.value()));
         });
 }
