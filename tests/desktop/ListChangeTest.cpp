@@ -130,6 +130,7 @@ struct Desk {
         .loginItem = fakes.loginItem,
         .systemSettings = fakes.systemSettings,
         .appearance = fakes.appearance,
+        .wording = fakes.wording,
         .applicationSupport = folder.path(),
         .bundleIdentifier = {},
     };
