@@ -13,27 +13,14 @@ namespace
 {
 const QString anyDesktop = u"your desktop"_s;
 
-/// A longer name would fill most of a warning.
+/// A longer name would fill most of a warning. Commands differ in their beginning and their end, so
+/// both are shown.
 constexpr qsizetype maxActionLength = 40;
 
 QString superKeyName(const QProcessEnvironment &environment)
 {
     const auto desktop = currentDesktop(environment);
     return desktop == Desktop::plasma || desktop == Desktop::lxqt ? u"Meta"_s : u"Super"_s;
-}
-
-/// Leaves out the middle of a long text, because commands differ in their beginning and their end.
-QString withoutMiddle(const QString &text)
-{
-    if (text.size() <= maxActionLength)
-        return text;
-    QString beginning = text.first(maxActionLength / 2);
-    if (beginning.back().isHighSurrogate())
-        beginning.chop(1);
-    QString end = text.last(maxActionLength - maxActionLength / 2 - 1);
-    if (end.front().isLowSurrogate())
-        end.remove(0, 1);
-    return beginning + u'…' + end;
 }
 } // namespace
 
@@ -77,7 +64,8 @@ QString LinuxWording::nameOf(const KeyUser &user) const
     if (user.kind == KeyUser::Kind::program)
         return u"another program"_s;
     const QString action = onOneLine(withoutDirections(user.action.value_or(QString()))).trimmed();
-    return action.isEmpty() ? m_desktop : m_desktop + u" ("_s + withoutMiddle(action) + u')';
+    return action.isEmpty() ? m_desktop
+                            : m_desktop + u" ("_s + withoutMiddle(action, maxActionLength) + u')';
 }
 
 QString LinuxWording::couldNotOpen(const QString &target) const
