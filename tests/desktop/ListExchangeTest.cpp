@@ -30,12 +30,8 @@ struct Desk : SettingsDesk {
         [&] { QVERIFY(panel.findAll(Role::field).constLast().setText(path)); }();
         return panel;
     }
-    void choose(const QString &title, const QString &path) const
-    {
-        press(panelWith(title, path), title);
-    }
-    void importFrom(const QString &path) const { choose(u"Import"_s, path); }
-    void exportTo(const QString &path) const { choose(u"Export"_s, path); }
+    void importFrom(const QString &path) const { press(panelWith(u"Import"_s, path), u"Open"_s); }
+    void exportTo(const QString &path) const { press(panelWith(u"Export"_s, path), u"Save"_s); }
 };
 
 Json parsed(const QByteArray &text)
@@ -160,7 +156,7 @@ private Q_SLOTS:
         SettingsDesk::write(desk.path(u"folder/inside.json"_s), exportOf(Json::array()));
         desk.open();
         const Accessible panel = desk.panelWith(u"Import"_s, desk.path(u"folder"_s));
-        SettingsDesk::press(panel, u"Import"_s);
+        SettingsDesk::press(panel, u"Open"_s);
         QVERIFY(panel.await(Role::row, u"inside.json"_s).isThere());
         QVERIFY(panel.is(State::active));
     }

@@ -290,7 +290,7 @@ private Q_SLOTS:
         const Accessible panel = desk.sheet(u"Import"_s);
         desk.keep(desk.look(u"Import"_s).picture, u"import"_s);
         QVERIFY(panel.findAll(Role::field).constLast().setText(nothing));
-        desk.press(panel, u"Import"_s);
+        desk.press(panel, u"Open"_s);
         desk.awaitNoSheet();
         QVERIFY(desk.all.await(Role::label, u"Imported 0 shortcuts."_s).isThere());
         desk.lookAtWindow(u"window-imported"_s);
@@ -304,6 +304,13 @@ private Q_SLOTS:
                             desk.app.content() + "Hidden=true\n");
         desk.open();
         desk.lookAtWindow(u"window-list"_s);
+        const Accessible signs =
+            desk.all.find(Role::checkBox, u"Show keys with Mac signs (⌃⌥⇧⌘)"_s);
+        QVERIFY(signs.toggle());
+        QVERIFY(desk.all.await(Role::label, u"⌃⌥N"_s).isThere());
+        desk.lookAtWindow(u"window-list-signs"_s);
+        QVERIFY(signs.toggle());
+        QTRY_VERIFY(!desk.shows(Role::label, u"⌃⌥N"_s));
         desk.shrink();
         desk.lookAtWindow(u"window-list-smallest"_s);
         desk.keyboard.type({KEY_TAB});
@@ -333,7 +340,9 @@ private Q_SLOTS:
         QVERIFY(editor.await(Role::label, u"Esc cancels"_s).isThere());
         desk.lookAtSheet(title, u"editor-recording"_s);
         desk.keyboard.type({KEY_J});
-        QVERIFY(editor.await(Role::label, u"Include Super, Ctrl or Alt"_s).isThere());
+        const bool isPlasma = desk.program.environment.value(u"XDG_CURRENT_DESKTOP"_s) == u"KDE"_s;
+        const QString hint = u"Include %1, Ctrl or Alt"_s.arg(isPlasma ? u"Meta"_s : u"Super"_s);
+        QVERIFY(editor.await(Role::label, hint).isThere());
         desk.lookAtSheet(title, u"editor-hint"_s);
     }
 

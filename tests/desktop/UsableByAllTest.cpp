@@ -200,12 +200,12 @@ struct Desk : SettingsDesk {
     }
 
     /// By a panel, and the name of a file in the user's home.
-    void exchange(const QString &title, const QString &file) const
+    void exchange(const QString &title, const QString &file, const QString &confirming) const
     {
         press(all, title + u'…');
         const Accessible panel = sheet(title);
         user->write(panel.findAll(field).constLast(), file);
-        confirm(panel, title);
+        confirm(panel, confirming);
         user->verifyPlace(title + u'…');
     }
 
@@ -317,10 +317,10 @@ private Q_SLOTS:
         desk.awaitHeld(KEY_J);
         desk.verifyThatKeysRunTheApp(controlAltJ);
 
-        desk.exchange(u"Export"_s, u"mine.json"_s);
+        desk.exchange(u"Export"_s, u"mine.json"_s, u"Save"_s);
         desk.removeAllKeys();
         desk.awaitFree(KEY_J);
-        desk.exchange(u"Import"_s, u"mine.json"_s);
+        desk.exchange(u"Import"_s, u"mine.json"_s, u"Open"_s);
         QTRY_COMPARE(desk.all.findAll(row, u"Mail"_s).size(), 2);
         desk.awaitHeld(KEY_J);
         desk.verifyThatKeysRunTheApp(controlAltJ);
