@@ -7,6 +7,8 @@
 #include "support/Windows.h"
 
 #include <QElapsedTimer>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr StoredKeys controlOptionK{40, 0x1800};
+/// Z on a German keyboard.
+constexpr StoredKeys controlOptionY{16, 0x1800};
 
 /// An icon that is not dimmed has more, on a panel of any color.
 constexpr int clearContrast = 150;
@@ -141,6 +145,29 @@ private Q_SLOTS:
         const QImage menu = user.screen.picture(user.openMenu());
         QCOMPARE(menu.size(), formerMenu.size());
         QVERIFY(menu != formerMenu);
+    }
+
+    void namesKeysInItsOpenMenuAsTheLayoutInUseDoes_data()
+    {
+        QTest::addColumn<Panel::Kind>("kind");
+        QTest::newRow("for a panel that leaves the menu to the program") << Panel::Kind::Lxqt;
+        QTest::newRow("for a panel that knows icons of X11 only") << Panel::Kind::Trayer;
+    }
+    void namesKeysInItsOpenMenuAsTheLayoutInUseDoes()
+    {
+        QFETCH(const Panel::Kind, kind);
+        Desk desk(kind);
+        const auto restoreLayout =
+            qScopeGuard([] { QProcess::execute(u"setxkbmap"_s, {u"us"_s}); });
+        QCOMPARE(QProcess::execute(u"setxkbmap"_s, {u"us,de"_s}), 0);
+        desk.program.addApp(desk.app.desktopFile(), controlOptionY);
+        desk.program.start();
+        const QRect menu = desk.user.openMenu();
+        const QImage withY = desk.user.screen.picture(menu);
+        desk.user.keyboard.setGroup(1);
+        QTRY_VERIFY(desk.user.screen.picture(menu) != withY);
+        desk.user.keyboard.setGroup(0);
+        QTRY_COMPARE(desk.user.screen.picture(menu), withY);
     }
 
     void opensTheSettingsWithControlCommaInItsMenu()

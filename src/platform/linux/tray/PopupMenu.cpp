@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QScreen>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -17,9 +18,20 @@ void PopupMenu::open(const QPoint &place, const QList<MenuItem> &items)
     // Handles a second click while the menu is open.
     close();
     clear();
+    m_items = items;
     for (const MenuItem &item : items)
         add(item);
     popup(place);
+}
+
+void PopupMenu::refresh(const QList<MenuItem> &items)
+{
+    // The user may be about to choose the item under the pointer, so an open menu keeps its items.
+    if (!std::ranges::equal(m_items, items, {}, &MenuItem::representedObject,
+                            &MenuItem::representedObject))
+        return;
+    for (qsizetype i = 0; i < items.size(); ++i)
+        setAction(*actions().at(i), items.at(i));
 }
 
 void PopupMenu::add(const MenuItem &item)
@@ -28,17 +40,25 @@ void PopupMenu::add(const MenuItem &item)
         addSeparator();
         return;
     }
+    QAction *const action = addAction(QString());
+    setAction(*action, item);
+    if (!item.keyEquivalent.isEmpty())
+        action->setShortcut(u"Ctrl+"_s + item.keyEquivalent);
+    connect(action, &QAction::triggered, this, [this, item] { m_choose(item); });
+}
+
+void PopupMenu::setAction(QAction &action, const MenuItem &item)
+{
+    if (item.isSeparator())
+        return;
     // Elide long names, so that what follows them stays visible.
     QString text =
         fontMetrics().elidedText(item.title, Qt::ElideMiddle, screen()->size().width() / 3);
     // A single ampersand marks the following letter as the mnemonic.
-    QAction *const action = addAction(text.replace(u'&', u"&&"_s));
-    action->setEnabled(item.canBeChosen());
-    action->setCheckable(item.isChecked.has_value());
-    action->setChecked(item.isChecked.value_or(false));
-    if (!item.keyEquivalent.isEmpty())
-        action->setShortcut(u"Ctrl+"_s + item.keyEquivalent);
-    connect(action, &QAction::triggered, this, [this, item] { m_choose(item); });
+    action.setText(text.replace(u'&', u"&&"_s));
+    action.setEnabled(item.canBeChosen());
+    action.setCheckable(item.isChecked.has_value());
+    action.setChecked(item.isChecked.value_or(false));
 }
 
 void PopupMenu::keyPressEvent(QKeyEvent *event)

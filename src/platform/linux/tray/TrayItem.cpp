@@ -41,6 +41,8 @@ TrayItem::TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
 void TrayItem::update()
 {
     m_menu.update();
+    if (m_popup.isVisible())
+        m_popup.refresh(m_delegate.menuNeedsUpdate());
     const StatusButton button = m_delegate.statusButton();
     if (button == m_button)
         return;
