@@ -52,6 +52,8 @@ std::optional<KeyUser> userOfKeys(const Shortcut &shortcut, SymbolicHotkeys &ser
 {
     if (const auto hotkey = desktopShortcut(shortcut, service))
         return KeyUser{KeyUser::Kind::desktop, hotkey->action};
+    if (shortcut.carbonModifiers == commandKey && service.keepsSuperKey())
+        return KeyUser{KeyUser::Kind::superKey};
     if (isHeldElsewhere(shortcut, service))
         return KeyUser{KeyUser::Kind::program};
     return std::nullopt;

@@ -12,8 +12,8 @@ namespace KeyboardShortcuts
 /// Converts a mask of KeyModifier bits to EventFlag bits; other bits are dropped.
 quint32 carbonToEventFlags(qint64 carbonModifiers);
 
-/// Whether one of the desktop's enabled shortcuts has exactly these keys, or another program has
-/// grabbed them. False if neither can be determined.
+/// Whether one of the desktop's enabled shortcuts has exactly these keys, the desktop keeps the
+/// Super key, or another program has grabbed them. False if neither can be determined.
 bool isTakenBySystem(const Shortcut &shortcut, SymbolicHotkeys &service);
 
 /// Who uses the keys, if isTakenBySystem(): the desktop's first action that does, before other

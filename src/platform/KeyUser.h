@@ -8,6 +8,9 @@ struct KeyUser {
     enum class Kind {
         /// One of the desktop's own shortcuts.
         desktop,
+        /// The desktop, which keeps what follows the Super key because that key alone opens
+        /// something.
+        superKey,
         /// Another program that has grabbed the keys.
         program,
     };

@@ -30,6 +30,10 @@ public:
     /// Nothing if the desktop cannot be asked or has not answered yet.
     virtual std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() = 0;
 
+    /// Whether the desktop uses the Super key alone in a way that keeps combinations without
+    /// another modifier from us. Needs copySymbolicHotkeys() to have answered.
+    virtual bool keepsSuperKey() = 0;
+
     /// Whether another program has grabbed a virtual key code with a mask of KeyModifier bits, so
     /// that the combination does not reach us. False where that cannot be known.
     virtual bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) = 0;

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -439,6 +440,49 @@ private Q_SLOTS:
         QVERIFY(gsettings(u"set "_s + custom + command
                           + u" \"gapplication action org.corvane.Corvane fire x\""_s));
         QTRY_VERIFY(!has(desktopKeys, u"<Super>F3"_s));
+    }
+
+    void knowsWhetherGnomeKeepsTheSuperKey()
+    {
+        const auto reset = qScopeGuard([] { gsettings(u"reset org.gnome.mutter overlay-key"_s); });
+        GSettingsKeys desktopKeys(GSettingsFamily::gnome);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.keys());
+        QVERIFY(desktopKeys.keepsSuperKey());
+        QVERIFY(gsettings(u"set org.gnome.mutter overlay-key ''"_s));
+        QTRY_VERIFY(!desktopKeys.keepsSuperKey());
+        QVERIFY(gsettings(u"set org.gnome.mutter overlay-key 'Super_R'"_s));
+        QTRY_VERIFY(desktopKeys.keepsSuperKey());
+        QVERIFY(gsettings(u"set org.gnome.mutter overlay-key '<Super>F9'"_s));
+        QTRY_VERIFY(!desktopKeys.keepsSuperKey());
+    }
+
+    void knowsWhetherCinnamonsMenuKeepsTheSuperKey()
+    {
+        QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                    + u"/cinnamon/spices/menu@cinnamon.org"_s);
+        QVERIFY(folder.mkpath(u"."_s));
+        const auto remove = qScopeGuard([&folder] { folder.removeRecursively(); });
+        const auto write = [&folder](const QByteArray &content) {
+            QFile file(folder.filePath(u"0.json"_s));
+            QVERIFY(file.open(QFile::WriteOnly) && file.write(content) == content.size());
+        };
+        GSettingsKeys desktopKeys(GSettingsFamily::cinnamon);
+        desktopKeys.start();
+        QTRY_VERIFY(desktopKeys.keys());
+        QVERIFY(!desktopKeys.keepsSuperKey());
+        write(R"({"overlay-key": {"type": "keybinding", "value": "Super_L::Super_R"}})");
+        QTRY_VERIFY(desktopKeys.keepsSuperKey());
+        for (const QByteArray content :
+             {R"({"overlay-key": {"type": "keybinding", "value": "<Super>F9::"}})", "{", "[]",
+              R"({"overlay-key": 1})", R"({"overlay-key": {"value": 1}})"}) {
+            write(content);
+            QTRY_VERIFY(!desktopKeys.keepsSuperKey());
+            write(R"({"overlay-key": {"value": "::Super_R"}})");
+            QTRY_VERIFY(desktopKeys.keepsSuperKey());
+        }
+        QVERIFY(folder.remove(u"0.json"_s));
+        QTRY_VERIFY(!desktopKeys.keepsSuperKey());
     }
 
     void readsNothingWhereADesktopIsNotInstalled()

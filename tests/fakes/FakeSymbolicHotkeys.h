@@ -15,6 +15,7 @@ public:
         ++copies;
         return hotkeys;
     }
+    bool keepsSuperKey() override { return isSuperKeyKept; }
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override
     {
         return heldElsewhere.contains({keyCode, modifiers});
@@ -24,5 +25,6 @@ public:
     std::optional<QList<SymbolicHotkey>> hotkeys = QList<SymbolicHotkey>();
     /// Key codes and masks.
     QSet<std::pair<quint32, quint32>> heldElsewhere;
+    bool isSuperKeyKept = false;
     int copies = 0;
 };

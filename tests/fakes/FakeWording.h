@@ -20,6 +20,8 @@ public:
     {
         if (!isMadeUp)
             return DesignWording::alreadyUsed(keys, user);
+        if (user.kind == KeyUser::Kind::superKey)
+            return keys + QStringLiteral(" after Super");
         return keys
             + (user.kind == KeyUser::Kind::program ? QStringLiteral(" of a program")
                                                    : QStringLiteral(" for "))

@@ -313,6 +313,17 @@ private Q_SLOTS:
                  keys + u" is already used by another program. It may not work."_s);
     }
 
+    void saysWhoKeepsTheSuperKey()
+    {
+        const KeyUser user{KeyUser::Kind::superKey};
+        QCOMPARE(Words(u"GNOME"_s).wording.alreadyUsed(u"Super+J"_s, user),
+                 u"Super+J does not reach apps on GNOME while the Super key alone opens the "
+                 "overview."_s);
+        QCOMPARE(Words(u"X-Cinnamon"_s).wording.alreadyUsed(u"Super+J"_s, user),
+                 u"Super+J does not reach apps on Cinnamon while the Super key alone opens the "
+                 "menu."_s);
+    }
+
     void saysTheSameOnAllDesktops_data()
     {
         QTest::addColumn<QString>("desktops");

@@ -139,6 +139,34 @@ private Q_SLOTS:
         QTEST(userOfKeys(screenshot, service), "user");
     }
 
+    void countsKeysThatFollowAKeptSuperKeyAsTaken_data()
+    {
+        QTest::addColumn<Shortcut>("shortcut");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("only Super") << Shortcut{20, 0x100} << true;
+        QTest::newRow("Super and Shift") << Shortcut{20, 0x300} << false;
+        QTest::newRow("Control and Alt") << Shortcut{20, 0x1800} << false;
+    }
+    void countsKeysThatFollowAKeptSuperKeyAsTaken()
+    {
+        QFETCH(const Shortcut, shortcut);
+        FakeSymbolicHotkeys service;
+        QVERIFY(!isTakenBySystem(shortcut, service));
+        service.isSuperKeyKept = true;
+        QTEST(isTakenBySystem(shortcut, service), "isTaken");
+    }
+
+    void namesAnActionOfTheDesktopBeforeTheKeptSuperKey()
+    {
+        FakeSymbolicHotkeys service;
+        service.isSuperKeyKept = true;
+        const Shortcut shortcut{20, 0x100};
+        QCOMPARE(userOfKeys(shortcut, service), KeyUser{KeyUser::Kind::superKey});
+        service.hotkeys = {{20, 0x100000, true, u"Show desktop"_s}};
+        QCOMPARE(userOfKeys(shortcut, service),
+                 (KeyUser{KeyUser::Kind::desktop, u"Show desktop"_s}));
+    }
+
     void seesAChangeOfTheDesktopsSettings()
     {
         FakeSymbolicHotkeys service;

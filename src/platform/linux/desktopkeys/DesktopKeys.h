@@ -31,6 +31,10 @@ public:
     /// Rereads what may have changed without a signal. Call only after start().
     virtual void refresh() { }
 
+    /// Whether the desktop's window manager keeps combinations whose only modifier is Super,
+    /// because that key alone opens something.
+    virtual bool keepsSuperKey() const { return false; }
+
     /// The enabled shortcuts, as last read; nothing until the settings have answered, and after
     /// they have gone or failed.
     const std::optional<QList<DesktopKey>> &keys() const { return m_keys; }

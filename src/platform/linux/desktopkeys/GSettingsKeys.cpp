@@ -1,13 +1,20 @@
 #include "platform/linux/desktopkeys/GSettingsKeys.h"
 
+#include "foundation/Files.h"
+#include "foundation/Json.h"
 #include "platform/linux/desktopkeys/ActionName.h"
 
 #include <QByteArrayList>
+#include <QDir>
+#include <QStandardPaths>
+#include <algorithm>
 #include <gio/gio.h>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <system_error>
 #include <utility>
 #include <vector>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +31,7 @@ const GSettingsFamily GSettingsFamily::gnome{
     .customCommand = "command",
     .customPath = u"%1"_s,
     .customList = "custom-keybindings",
+    .hasOverlayKey = true,
 };
 
 const GSettingsFamily GSettingsFamily::cinnamon{
@@ -33,12 +41,13 @@ const GSettingsFamily GSettingsFamily::cinnamon{
         {"org.cinnamon.desktop.keybindings.media-keys"},
         {"org.cinnamon.muffin.keybindings"},
         {"org.cinnamon.muffin.wayland.keybindings"},
-        {"org.cinnamon.muffin", "overlay-key"},
     },
     .customSchema = "org.cinnamon.desktop.keybindings.custom-keybinding",
     .customCommand = "command",
     .customPath = u"/org/cinnamon/desktop/keybindings/custom-keybindings/%1/"_s,
     .customList = "custom-list",
+    .hasOverlayKey = true,
+    .menuSettings = u"cinnamon/spices/menu@cinnamon.org"_s,
 };
 
 const GSettingsFamily GSettingsFamily::mate{
@@ -66,6 +75,11 @@ void noteChange(GSettings *, const char *, gpointer isStale)
     *static_cast<bool *>(isStale) = true;
 }
 
+void noteFile(GFileMonitor *, GFile *, GFile *, GFileMonitorEvent, gpointer isStale)
+{
+    *static_cast<bool *>(isStale) = true;
+}
+
 /// Disconnects first: another reference may briefly outlive ours, but the flag that noteChange()
 /// sets may not.
 struct SettingsClose {
@@ -76,6 +90,15 @@ struct SettingsClose {
         g_object_unref(settings);
     }
 };
+
+struct MonitorEnd {
+    void operator()(GFileMonitor *monitor) const
+    {
+        g_file_monitor_cancel(monitor);
+        g_object_unref(monitor);
+    }
+};
+using Monitor = std::unique_ptr<GFileMonitor, MonitorEnd>;
 
 struct ContextEnd {
     void operator()(GMainContext *context) const
@@ -149,6 +172,19 @@ void add(QList<DesktopKey> &found, const QStringList &texts, const std::optional
     }
 }
 
+/// The accelerators that open the menu, in the settings of its applet.
+QStringList overlayKeys(const QString &file)
+{
+    /// Far more than the settings of an applet take.
+    constexpr qint64 maxFileSize = 1'000'000;
+    const auto content = readWhole(file, maxFileSize);
+    const auto settings = content ? JsonCoding::parse(*content) : content.error();
+    if (!settings || !settings->is_object() || !settings->contains("overlay-key"))
+        return {};
+    const auto keys = JsonCoding::textMember(settings->at("overlay-key"), "value");
+    return keys ? keys->split(u"::"_s, Qt::SkipEmptyParts) : QStringList();
+}
+
 /// The settings of a family. Change signals arrive in the thread that opened them.
 class FamilySettings
 {
@@ -162,6 +198,7 @@ public:
 private:
     std::optional<OpenSettings> open(const GSettingsFamily::Keys &keys,
                                      const QByteArray &path = {});
+    QList<DesktopKey> readMenus() const;
     QList<DesktopKey> readCustoms(const QStringList &list);
     void addCustom(QList<DesktopKey> &found, const OpenSettings &custom) const;
 
@@ -169,6 +206,9 @@ private:
     bool m_isStale = true;
     std::vector<OpenSettings> m_open;
     std::vector<OpenSettings> m_customs;
+    /// The folder of the menus' settings.
+    QString m_menus;
+    Monitor m_menuMonitor;
 };
 
 FamilySettings::FamilySettings(const GSettingsFamily &family)
@@ -178,6 +218,15 @@ FamilySettings::FamilySettings(const GSettingsFamily &family)
         if (auto opened = open(keys))
             m_open.push_back(std::move(*opened));
     }
+    if (m_family.menuSettings.isEmpty())
+        return;
+    m_menus = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/'
+        + m_family.menuSettings;
+    GFile *const folder = g_file_new_for_path(QFile::encodeName(m_menus).constData());
+    m_menuMonitor.reset(g_file_monitor_directory(folder, G_FILE_MONITOR_NONE, nullptr, nullptr));
+    g_object_unref(folder);
+    if (m_menuMonitor)
+        g_signal_connect(m_menuMonitor.get(), "changed", G_CALLBACK(noteFile), &m_isStale);
 }
 
 std::optional<OpenSettings> FamilySettings::open(const GSettingsFamily::Keys &keys,
@@ -210,7 +259,15 @@ QList<DesktopKey> FamilySettings::read()
                 add(found, texts(open, key), actionName(wordsOf(QString::fromUtf8(key))));
         }
     }
-    return found + readCustoms(list);
+    return found + readMenus() + readCustoms(list);
+}
+
+QList<DesktopKey> FamilySettings::readMenus() const
+{
+    QList<DesktopKey> found;
+    for (const QFileInfo &file : QDir(m_menus).entryInfoList({u"*.json"_s}, QDir::Files))
+        add(found, overlayKeys(file.filePath()), u"Menu"_s);
+    return found;
 }
 
 void FamilySettings::addCustom(QList<DesktopKey> &found, const OpenSettings &custom) const
@@ -259,6 +316,16 @@ void GSettingsKeys::start()
     } catch (const std::system_error &) {
         // Without a thread nothing can be read.
     }
+}
+
+bool GSettingsKeys::keepsSuperKey() const
+{
+    const auto isSuperAlone = [](const DesktopKey &key) {
+        const quint32 keysym = key.accelerator.keysym;
+        return key.accelerator.modifiers == 0
+            && (keysym == XKB_KEY_Super_L || keysym == XKB_KEY_Super_R);
+    };
+    return m_family.hasOverlayKey && keys() && std::ranges::any_of(*keys(), isSuperAlone);
 }
 
 void GSettingsKeys::follow(const std::stop_token &end)

@@ -28,6 +28,12 @@ struct GSettingsFamily {
     QString customPath;
     /// The key that lists the user's own shortcuts; null if there is no list.
     const char *customList = nullptr;
+    /// Whether the window manager grabs a Super key that is a shortcut by itself, and keeps what
+    /// follows that key.
+    bool hasOverlayKey = false;
+    /// The folder, below that for configuration, with a JSON file for each applet that has a menu
+    /// with an overlay key; empty if there is none.
+    QString menuSettings = {};
 
     static const GSettingsFamily gnome;
     static const GSettingsFamily cinnamon;
@@ -44,6 +50,7 @@ public:
     explicit GSettingsKeys(GSettingsFamily family);
 
     void start() override;
+    bool keepsSuperKey() const override;
 
 private:
     void follow(const std::stop_token &end);

@@ -56,6 +56,11 @@ std::optional<QList<SymbolicHotkey>> LinuxSymbolicHotkeys::copySymbolicHotkeys()
     return m_hotkeys;
 }
 
+bool LinuxSymbolicHotkeys::keepsSuperKey()
+{
+    return m_keepsSuperKey;
+}
+
 bool LinuxSymbolicHotkeys::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
 {
     return m_grabProbe && m_grabProbe->isHeldElsewhere(VirtualKey(keyCode), modifiers);
@@ -77,9 +82,11 @@ void LinuxSymbolicHotkeys::resolve()
         for (const DesktopKey &desktopKey : *desktopKeys)
             *resolved += hotkeys(desktopKey, m_layout.keys());
     }
-    if (resolved == m_hotkeys)
+    const bool keepsSuperKey = m_desktopKeys->keepsSuperKey();
+    if (resolved == m_hotkeys && keepsSuperKey == m_keepsSuperKey)
         return;
     m_hotkeys = std::move(resolved);
+    m_keepsSuperKey = keepsSuperKey;
     Q_EMIT changed();
     // The desktop grabs its keys at the X server too; wait until it has done so.
     m_settling.start();

@@ -21,6 +21,7 @@ public:
                          GrabProbe *grabProbe);
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
+    bool keepsSuperKey() override;
     bool isHeldElsewhere(quint32 keyCode, quint32 modifiers) override;
 
     /// To be called when the user may have changed settings without a signal.
@@ -35,4 +36,5 @@ private:
     QTimer m_settling;
     bool m_isStarted = false;
     std::optional<QList<SymbolicHotkey>> m_hotkeys;
+    bool m_keepsSuperKey = false;
 };

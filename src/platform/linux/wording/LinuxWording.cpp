@@ -29,6 +29,7 @@ LinuxWording::LinuxWording(const QProcessEnvironment &environment, const Keyboar
     : m_layout(layout)
     , m_desktop(currentDesktopName(environment).value_or(anyDesktop))
     , m_super(superKeyName(environment))
+    , m_whatSuperOpens(currentDesktop(environment) == Desktop::cinnamon ? u"menu"_s : u"overview"_s)
     , m_hotkeyMethod(hotkeyMethod)
 {
     connect(&layout, &KeyboardLayout::labelsChanged, this, &Wording::changed);
@@ -56,6 +57,9 @@ QString LinuxWording::requiredModifiers() const
 
 QString LinuxWording::alreadyUsed(const QString &keys, const KeyUser &user) const
 {
+    if (user.kind == KeyUser::Kind::superKey)
+        return u"%1 does not reach apps on %2 while the %3 key alone opens the %4."_s.arg(
+            keys, m_desktop, m_super, m_whatSuperOpens);
     return keys + u" is already used by "_s + nameOf(user) + u". It may not work."_s;
 }
 

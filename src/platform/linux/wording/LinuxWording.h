@@ -35,5 +35,7 @@ private:
     QString m_desktop;
     /// What the desktop calls the Super key.
     QString m_super;
+    /// What the Super key alone opens, where it keeps combinations from us.
+    QString m_whatSuperOpens;
     QString m_hotkeyMethod;
 };
