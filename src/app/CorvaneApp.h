@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/PlainLook.h"
+#include "viewkit/FocusReturn.h"
 
 #include <QApplication>
 
@@ -15,4 +16,5 @@ public:
 
 private:
     PlainLook m_plainLook;
+    viewkit::FocusReturn m_focusReturn;
 };

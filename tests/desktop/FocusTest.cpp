@@ -1,8 +1,11 @@
 // What is started comes to the front, also where the window manager lets nobody steal the focus.
+// What a closed panel was opened from gets the focus back, also where the window manager would give
+// it to the window that is locked below.
 
 #include "support/Keyboard.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
+#include "support/SettingsDesk.h"
 #include "support/StartupMessages.h"
 #include "support/Windows.h"
 
@@ -14,11 +17,11 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace Role;
+using State = Accessible::State;
 
 namespace
 {
-constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
-
 QString output(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -89,6 +92,50 @@ private:
 // A program that minds the time that its start carries, as GTK does.
 const QString gtkProgram = u"/usr/bin/xfwm4-tweaks-settings"_s;
 const QString gtkTitle = u"Window Manager Tweaks"_s;
+
+/// The settings window, used by nothing but the keyboard.
+struct KeyboardDesk : SettingsDesk {
+    /// Goes to the control by the Tab key, wherever the focus is in its window.
+    void goTo(const Accessible &control)
+    {
+        const auto isThere = [&control] { return control.is(State::focused); };
+        for (int i = 0; i < 20 && !QTest::qWaitFor(isThere, 100); ++i)
+            keyboard.type({KEY_TAB});
+        QVERIFY(isThere());
+    }
+
+    void pressByKey(const Accessible &window, const QString &name)
+    {
+        goTo(window.find(button, name));
+        keyboard.type({KEY_SPACE});
+    }
+
+    /// Opens the sheet for a new entry of the kind so far down in the list of kinds, and its panel.
+    Accessible choose(int kind)
+    {
+        pressByKey(all, u"Add"_s);
+        Accessible editor = sheet(u"New shortcut"_s);
+        keyboard.type({KEY_TAB});
+        for (int i = 0; i < kind; ++i)
+            keyboard.type({KEY_DOWN});
+        pressByKey(editor, u"Choose…"_s);
+        return editor;
+    }
+
+    void type(const QList<int> &keys)
+    {
+        for (const int key : keys)
+            keyboard.type({key});
+    }
+
+    /// Types into the field, which the Tab key reaches from what has the focus.
+    void typeInto(const Accessible &typedInto)
+    {
+        goTo(typedInto);
+        type({KEY_END, KEY_X});
+        QTRY_VERIFY(typedInto.text().endsWith(u'x'));
+    }
+};
 } // namespace
 
 class FocusTest : public QObject
@@ -189,6 +236,54 @@ private Q_SLOTS:
         };
         QTRY_VERIFY(attention());
         QCOMPARE(activeTitle(), u"In use"_s);
+    }
+
+    void givesTheFocusBackToTheEditorOnceAnAppIsChosen()
+    {
+        KeyboardDesk desk;
+        desk.open();
+        const Accessible editor = desk.choose(0);
+        const Accessible panel = desk.sheet(u"Choose App"_s);
+        desk.type({KEY_R, KEY_E, KEY_ENTER});
+        QVERIFY(editor.await(label, u"~/data/applications/recorded.desktop"_s).isThere());
+        desk.typeInto(editor.find(field, u"Name"_s));
+    }
+
+    void givesTheFocusBackToTheEditorOnceAFolderIsChosen()
+    {
+        KeyboardDesk desk;
+        desk.open();
+        const Accessible editor = desk.choose(1);
+        const Accessible panel = desk.sheet(u"Choose"_s);
+        desk.type({KEY_SLASH, KEY_U, KEY_S, KEY_R, KEY_ENTER});
+        QVERIFY(editor.await(label, u"/usr"_s).isThere());
+        desk.typeInto(editor.find(field, u"Name"_s));
+    }
+
+    void givesTheFocusBackToThePanelOnceNoFileIsChosen()
+    {
+        KeyboardDesk desk;
+        desk.open();
+        desk.choose(0);
+        const Accessible panel = desk.sheet(u"Choose App"_s);
+        desk.pressByKey(panel, u"Browse…"_s);
+        QTRY_VERIFY(!panel.is(State::active));
+        desk.type({KEY_ESC});
+        desk.typeInto(panel.find(field, u"Search"_s));
+    }
+
+    void givesTheFocusBackToThePanelOnceNoFileIsReplaced()
+    {
+        KeyboardDesk desk;
+        desk.addApp(storedControlAltK);
+        KeyboardDesk::write(desk.program.home.filePath(u"Corvane.json"_s), "old");
+        desk.open();
+        desk.pressByKey(desk.all, u"Export…"_s);
+        const Accessible panel = desk.sheet(u"Export"_s);
+        desk.type({KEY_ENTER});
+        QTRY_VERIFY(!panel.is(State::active));
+        desk.type({KEY_ESC});
+        desk.typeInto(panel.findAll(field).constLast());
     }
 
     void announcesAnApplicationThatSaysWhenItIsThere()
