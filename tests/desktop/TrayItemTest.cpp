@@ -8,6 +8,7 @@
 #include "support/TrayUser.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QScreen>
@@ -174,7 +175,9 @@ private Q_SLOTS:
     {
         QFETCH(const QString, method);
         Tray tray;
-        tray.desktop.call(method, {300, 200});
+        // At the pointer, because some panels send another place than that of the icon.
+        QCursor::setPos(300, 200);
+        tray.desktop.call(method, {0, 25});
         QTRY_VERIFY(QApplication::activePopupWidget());
         QCOMPARE(QApplication::activePopupWidget()->pos(), QPoint(300, 200));
     }
@@ -184,6 +187,7 @@ private Q_SLOTS:
         Tray tray;
         tray.desktop.call(u"Activate"_s, {300, 200});
         QTRY_VERIFY(QApplication::activePopupWidget());
+        QCursor::setPos(400, 100);
         tray.desktop.call(u"Activate"_s, {400, 100});
         QTRY_VERIFY(QApplication::activePopupWidget());
         QCOMPARE(QApplication::activePopupWidget()->pos(), QPoint(400, 100));

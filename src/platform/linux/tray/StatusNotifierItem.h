@@ -5,7 +5,6 @@
 #include <QDBusArgument>
 #include <QIcon>
 #include <QObject>
-#include <QPoint>
 
 /// (iiay): an image with 32-bit ARGB pixels in network byte order.
 struct IconPixmap {
@@ -37,9 +36,9 @@ public:
 
     // The generated adaptor calls these methods and passes these signals on, by their names on the
     // bus.
-    void Activate(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
-    void ContextMenu(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
-    void SecondaryActivate(int x, int y) { Q_EMIT clicked(QPoint(x, y)); }
+    void Activate(int, int) { Q_EMIT clicked(); }
+    void ContextMenu(int, int) { Q_EMIT clicked(); }
+    void SecondaryActivate(int, int) { Q_EMIT clicked(); }
     void Scroll(int, const QString &) { }
     void ProvideXdgActivationToken(const QString &token)
     {
@@ -50,9 +49,8 @@ Q_SIGNALS:
     void NewIcon();
     void NewToolTip();
 
-    /// Emitted when the user wants the menu at that position of the screen and the desktop leaves
-    /// it to us.
-    void clicked(const QPoint &place);
+    /// Emitted when the user wants the menu and the desktop leaves it to us.
+    void clicked();
 
     /// Emitted with the token for the user's next action, for windows on Wayland.
     void activationTokenProvided(const QByteArray &token);

@@ -79,8 +79,7 @@ void TrayItem::setX11IconVisible(bool isVisible)
 {
     if (!m_x11Icon && isVisible && isX11()) {
         m_x11Icon.emplace();
-        connect(&*m_x11Icon, &QSystemTrayIcon::activated, this,
-                [this] { openMenu(QCursor::pos()); });
+        connect(&*m_x11Icon, &QSystemTrayIcon::activated, this, &TrayItem::openMenu);
         showButton();
     }
     if (m_x11Icon)
@@ -95,10 +94,11 @@ void TrayItem::showButton()
     m_x11Icon->setToolTip(m_button.accessibilityDescription);
 }
 
-void TrayItem::openMenu(const QPoint &place)
+void TrayItem::openMenu()
 {
     if (isX11()) {
-        m_popup.open(place, m_delegate.menuNeedsUpdate());
+        // At the pointer: some panels send a place that is not where the icon is.
+        m_popup.open(QCursor::pos(), m_delegate.menuNeedsUpdate());
         return;
     }
     // On Wayland only the desktop can place a menu beside its panel.

@@ -33,7 +33,7 @@ private:
     void setHost(NotifierHost host);
     void setX11IconVisible(bool isVisible);
     void showButton();
-    void openMenu(const QPoint &place);
+    void openMenu();
     void choose(const MenuItem &item);
     void noteUserAction();
 
