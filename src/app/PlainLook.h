@@ -1,5 +1,5 @@
-// Applies the program's own style on desktops that provide none for Qt programs, in dark colours
-// where the desktop prefers them.
+// Applies the desktop's looks where Qt does not: its font and icons, and the program's own style on
+// desktops that provide none for Qt programs, in dark colours where the desktop prefers them.
 #pragma once
 
 #include <QObject>

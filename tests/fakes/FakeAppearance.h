@@ -1,18 +1,25 @@
-// A desktop whose user wants windows light, or dark.
+// A desktop with looks of its own, whose user wants windows light, or dark.
 #pragma once
 
 #include "platform/Appearance.h"
+
+#include <QFont>
 
 class FakeAppearance : public Appearance
 {
 public:
     bool prefersDark() const override { return m_prefersDark; }
+    std::optional<QFont> font() const override { return ownFont; }
+    QString iconTheme() const override { return ownIconTheme; }
 
     void setPrefersDark(bool prefersDark)
     {
         m_prefersDark = prefersDark;
         Q_EMIT changed();
     }
+
+    std::optional<QFont> ownFont;
+    QString ownIconTheme;
 
 private:
     bool m_prefersDark = false;

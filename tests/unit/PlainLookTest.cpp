@@ -7,9 +7,12 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QIcon>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolTip>
 #include <algorithm>
@@ -50,6 +53,41 @@ std::pair<QColor, QColor> toolTipColors()
     (*tip)->close();
     return colors;
 }
+
+QString fileOfIcon(const QString &theme)
+{
+    return theme + u"/16x16/apps/only-in-"_s + theme.toLower() + u".png"_s;
+}
+
+/// Icon themes with one icon each.
+struct IconThemes {
+    explicit IconThemes(const QStringList &names)
+    {
+        for (const QString &name : names)
+            add(name);
+        QIcon::setThemeSearchPaths({folder.path()});
+        QIcon::setFallbackThemeName({});
+    }
+
+    void add(const QString &name) const
+    {
+        QVERIFY(QDir(folder.path()).mkpath(name + u"/16x16/apps"_s));
+        QFile index(folder.filePath(name + u"/index.theme"_s));
+        QVERIFY(index.open(QIODevice::WriteOnly));
+        index.write("[Icon Theme]\nName=Test\nDirectories=16x16/apps\n\n"
+                    "[16x16/apps]\nSize=16\nType=Fixed\n");
+        QImage image(16, 16, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(folder.filePath(fileOfIcon(name))));
+    }
+
+    static bool has(const QString &theme)
+    {
+        return !QIcon::fromTheme(u"only-in-"_s + theme.toLower()).isNull();
+    }
+
+    QTemporaryDir folder;
+};
 
 using Make = std::function<QWidget *()>;
 
@@ -157,6 +195,51 @@ private Q_SLOTS:
         QApplication::setStyle(u"windows"_s);
         desktop.setPrefersDark(true);
         QVERIFY(!isDarkNow());
+    }
+
+    void findsIconsWhereTheDesktopsThemeIsMissing_data()
+    {
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("GNOME's") << QStringList{u"hicolor"_s, u"breeze"_s, u"Adwaita"_s}
+                                 << u"Adwaita"_s;
+        QTest::newRow("Plasma's") << QStringList{u"hicolor"_s, u"breeze"_s} << u"breeze"_s;
+        QTest::newRow("those of all programs") << QStringList{u"hicolor"_s} << u"hicolor"_s;
+    }
+    void findsIconsWhereTheDesktopsThemeIsMissing()
+    {
+        QFETCH(const QStringList, installed);
+        QFETCH(const QString, found);
+        const IconThemes themes(installed);
+        // Qt remembers themes by their names.
+        QIcon::setThemeName(u"missing-where-"_s + found + u"-is"_s);
+        FakeAppearance desktop;
+        const PlainLook look(desktop);
+        QVERIFY(IconThemes::has(found));
+    }
+
+    void takesTheDesktopsIcons()
+    {
+        const IconThemes themes({u"hicolor"_s, u"Own"_s});
+        QIcon::setThemeName(u"missing"_s);
+        FakeAppearance desktop;
+        const PlainLook look(desktop);
+        QVERIFY(!IconThemes::has(u"Own"_s));
+        desktop.ownIconTheme = u"Own"_s;
+        Q_EMIT desktop.changed();
+        QVERIFY(IconThemes::has(u"Own"_s));
+    }
+
+    void takesTheDesktopsFont()
+    {
+        const QFont before = QApplication::font();
+        FakeAppearance desktop;
+        const PlainLook look(desktop);
+        QCOMPARE(QApplication::font(), before);
+        desktop.ownFont = QFont(u"Sans"_s, 17);
+        Q_EMIT desktop.changed();
+        QCOMPARE(QApplication::font().pointSize(), 17);
+        QApplication::setFont(before);
     }
 
     void hasADarkColourForEverything()

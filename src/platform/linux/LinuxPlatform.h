@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/activation/LinuxApplication.h"
+#include "platform/linux/appearance/LinuxAppearance.h"
 #include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
 #include "platform/linux/hotkeys/AbsentHotkeyService.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
@@ -15,7 +16,6 @@
 #include "platform/linux/services/DBusNotificationCenter.h"
 #include "platform/linux/services/IniUserDefaults.h"
 #include "platform/linux/services/LinuxSystemSettings.h"
-#include "platform/linux/services/PortalAppearance.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/wording/LinuxWording.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -66,7 +66,7 @@ private:
     LinuxShortcutLibrary m_shortcutLibrary;
     AutostartLoginItem m_loginItem;
     LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
-    PortalAppearance m_appearance;
+    LinuxAppearance m_appearance{QProcessEnvironment::systemEnvironment()};
     LinuxWording m_wording;
     Platform m_services;
 };

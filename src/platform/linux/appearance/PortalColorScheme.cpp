@@ -1,4 +1,4 @@
-#include "platform/linux/services/PortalAppearance.h"
+#include "platform/linux/appearance/PortalColorScheme.h"
 
 #include "platform/linux/base/DBusCall.h"
 
@@ -24,7 +24,7 @@ bool meansDark(const QVariant &value)
 }
 } // namespace
 
-void PortalAppearance::start()
+void PortalColorScheme::start()
 {
     auto bus = QDBusConnection::sessionBus();
     auto *const owner =
@@ -42,7 +42,7 @@ void PortalAppearance::start()
     read();
 }
 
-void PortalAppearance::read()
+void PortalColorScheme::read()
 {
     // Portals before 1.17 lack ReadOne.
     auto message =
@@ -57,14 +57,14 @@ void PortalAppearance::read()
     });
 }
 
-void PortalAppearance::settingChanged(const QDBusMessage &change)
+void PortalColorScheme::settingChanged(const QDBusMessage &change)
 {
     // The pending answer is older than this change.
     m_reading.reset();
     take(change.arguments().value(2));
 }
 
-void PortalAppearance::take(QVariant value)
+void PortalColorScheme::take(QVariant value)
 {
     // Read wraps the value twice, SettingChanged once.
     if (value.metaType() == QMetaType::fromType<QDBusVariant>())

@@ -1,15 +1,14 @@
 // The desktop's preference for light or dark windows, from the settings of its portal.
 #pragma once
 
-#include "platform/Appearance.h"
-
 #include <QDBusMessage>
+#include <QObject>
 #include <QVariant>
 #include <memory>
 
 /// Follows portals that appear, disappear and are replaced at any time; starts none. An answer
 /// stays valid until the next one; an error counts as no preference.
-class PortalAppearance : public Appearance
+class PortalColorScheme : public QObject
 {
     Q_OBJECT
 
@@ -17,7 +16,11 @@ public:
     /// Asks the current portal, and from then on each new one.
     void start();
 
-    bool prefersDark() const override { return m_prefersDark; }
+    /// False until the portal has answered.
+    bool prefersDark() const { return m_prefersDark; }
+
+Q_SIGNALS:
+    void changed();
 
 private Q_SLOTS:
     void settingChanged(const QDBusMessage &change);

@@ -1,0 +1,99 @@
+#include "platform/linux/appearance/ConfiguredLooks.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The folders of a user's and of the system's configuration.
+struct Folders {
+    Folders()
+    {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"user"_s)));
+        qputenv("XDG_CONFIG_DIRS", QFile::encodeName(folder.filePath(u"system"_s)));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u"user-data"_s)));
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(folder.filePath(u"share"_s)));
+    }
+
+    void write(const QString &path, const QByteArray &content) const
+    {
+        const QString file = folder.filePath(path);
+        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+        QFile target(file);
+        QVERIFY(target.open(QIODevice::WriteOnly) && target.write(content) == content.size());
+    }
+
+    QTemporaryDir folder;
+};
+
+const QByteArray ofTheDistribution = "[General]\n"
+                                     "theme=Clearlooks\n"
+                                     "icon_theme=breeze\n"
+                                     "\n"
+                                     "[Qt]\n"
+                                     "font=\"Sans,11,-1,5,50,0,0,0,0,0\"\n"
+                                     "style=Fusion\n";
+} // namespace
+
+class ConfiguredLooksTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTheFileOfLxqt_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("the user's") << u"user/lxqt/lxqt.conf"_s;
+        QTest::newRow("the system's") << u"system/lxqt/lxqt.conf"_s;
+        QTest::newRow("the distribution's") << u"share/lxqt/lxqt.conf"_s;
+    }
+    void readsTheFileOfLxqt()
+    {
+        QFETCH(const QString, path);
+        const Folders folders;
+        folders.write(path, ofTheDistribution);
+        const ConfiguredLooks looks = readLxqtLooks();
+        QCOMPARE(looks.iconTheme, u"breeze"_s);
+        QVERIFY(looks.font);
+        QCOMPARE(looks.font->family(), u"Sans"_s);
+        QCOMPARE(looks.font->pointSize(), 11);
+        QCOMPARE(looks.font->weight(), QFont::Normal);
+    }
+
+    void readsFromTheSystemWhatTheUserHasNotChosen()
+    {
+        const Folders folders;
+        folders.write(u"share/lxqt/lxqt.conf"_s, ofTheDistribution);
+        folders.write(u"user/lxqt/lxqt.conf"_s, "[General]\nicon_theme=oxygen\n");
+        const ConfiguredLooks looks = readLxqtLooks();
+        QCOMPARE(looks.iconTheme, u"oxygen"_s);
+        QCOMPARE(looks.font->pointSize(), 11);
+    }
+
+    void knowsNothingWithoutAUsefulFile_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("an empty one") << QByteArray();
+        QTest::newRow("of another kind") << QByteArray("\x7f"
+                                                       "ELF\0\0[[=]=[=",
+                                                       12);
+        QTest::newRow("without groups") << QByteArray("icon_theme=breeze\nfont=Sans\n");
+        QTest::newRow("an enormous one") << ofTheDistribution + QByteArray(2'000'000, '\n');
+    }
+    void knowsNothingWithoutAUsefulFile()
+    {
+        QFETCH(const QByteArray, content);
+        const Folders folders;
+        folders.write(u"user/lxqt/lxqt.conf"_s, content);
+        const ConfiguredLooks looks = readLxqtLooks();
+        QVERIFY(looks.iconTheme.isEmpty());
+        QVERIFY(!looks.font);
+    }
+};
+
+QTEST_MAIN(ConfiguredLooksTest)
+#include "ConfiguredLooksTest.moc"
