@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFont>
 #include <QIcon>
+#include <QPalette>
 #include <QStyle>
 #include <algorithm>
 
@@ -27,7 +28,7 @@ bool isInstalled(const QString &iconTheme)
 /// too.
 void provideFallbackIcons()
 {
-    const QStringList themes{QIcon::fallbackThemeName(), u"Adwaita"_s, u"breeze"_s, u"hicolor"_s};
+    const QStringList themes{u"Adwaita"_s, u"breeze"_s, u"hicolor"_s};
     const auto found = std::ranges::find_if(themes, isInstalled);
     if (found != themes.end())
         QIcon::setFallbackThemeName(*found);
@@ -54,6 +55,7 @@ void PlainLook::update()
         QApplication::setFont(*font);
     if (!m_style)
         return;
+    m_style->setDesktopPalette(m_appearance.palette());
     m_style->setDark(m_appearance.prefersDark());
     // An empty palette selects the desktop's palette, or else the style's.
     QApplication::setPalette(QPalette());

@@ -6,6 +6,7 @@
 #include <optional>
 
 class QFont;
+class QPalette;
 
 class Appearance : public QObject
 {
@@ -14,6 +15,9 @@ class Appearance : public QObject
 public:
     /// False until the desktop has answered, and where it does not tell.
     virtual bool prefersDark() const = 0;
+
+    /// The desktop's own colours; nothing if Qt knows and follows them, or if there are none.
+    virtual std::optional<QPalette> palette() const = 0;
 
     /// Nothing if Qt knows it, or if there is none.
     virtual std::optional<QFont> font() const = 0;

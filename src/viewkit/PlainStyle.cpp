@@ -74,19 +74,30 @@ void makeSelectionLegible(QPalette &palette, QPalette::ColorGroup group)
 
 PlainStyle::PlainStyle()
     : QProxyStyle(u"fusion"_s)
+    , m_firstPalette(standardPalette())
 {
 }
 
 void PlainStyle::polish(QPalette &palette)
 {
-    // The standard palette means that the desktop provides none.
-    if (m_isDark && palette == standardPalette())
-        palette = darkPalette();
+    if (m_desktopPalette)
+        palette = *m_desktopPalette;
+    else if (isStandard(palette))
+        palette = m_isDark ? darkPalette() : standardPalette();
     disable(palette, QPalette::WindowText, Surface::window);
     disable(palette, QPalette::Text, Surface::window);
     disable(palette, QPalette::ButtonText, Surface::button);
     for (const auto group : {QPalette::Active, QPalette::Inactive})
         makeSelectionLegible(palette, group);
+}
+
+/// Whether the desktop provides no palette. Where Qt knows GTK's theme, the standard palette
+/// changes with it, but Qt keeps the first one, except for the colour of links.
+bool PlainStyle::isStandard(const QPalette &palette) const
+{
+    QPalette first = m_firstPalette;
+    first.setColor(QPalette::Link, palette.color(QPalette::Link));
+    return palette == first || palette == standardPalette();
 }
 
 void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,

@@ -3,7 +3,9 @@
 // frames of controls on dark surfaces.
 #pragma once
 
+#include <QPalette>
 #include <QProxyStyle>
+#include <optional>
 
 namespace viewkit
 {
@@ -15,8 +17,11 @@ class PlainStyle final : public QProxyStyle
 public:
     PlainStyle();
 
-    /// Sets whether the dark palette is used if the desktop provides no palette either. Afterwards
-    /// the caller has to have the palette polished again.
+    /// Sets the palette that replaces Qt's, if any. Afterwards the caller has to have the palette
+    /// polished again, as after setDark().
+    void setDesktopPalette(const std::optional<QPalette> &palette) { m_desktopPalette = palette; }
+
+    /// Sets whether the dark palette is used if the desktop provides no palette either.
     void setDark(bool isDark) { m_isDark = isDark; }
 
     using QProxyStyle::polish;
@@ -25,6 +30,10 @@ public:
                        const QWidget *widget) const override;
 
 private:
+    bool isStandard(const QPalette &palette) const;
+
+    const QPalette m_firstPalette;
+    std::optional<QPalette> m_desktopPalette;
     bool m_isDark = false;
 };
 

@@ -1,13 +1,16 @@
-// The program is dark where the desktop is, as the desktop's portal tells it.
+// The program is dark where the desktop is, as the desktop's portal, its settings or its files
+// tell.
 
 #include "support/PrivateBus.h"
 #include "support/RecordedService.h"
 #include "support/Screen.h"
 #include "support/SettingsDesk.h"
+#include "support/SettingsManager.h"
 #include "support/Windows.h"
 
 #include <QDBusVariant>
 #include <QFile>
+#include <QSaveFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -55,9 +58,45 @@ struct Portal : RecordedService {
     }
 };
 
+/// Replaces a file at once, as desktops do with their settings.
+void replace(const QString &path, const QByteArray &content)
+{
+    QSaveFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    QVERIFY(file.commit());
+}
+
+QByteArray plasmaColors(const QByteArray &window, const QByteArray &text)
+{
+    return "[General]\nColorScheme=Own\n"
+           "[Colors:Window]\nBackgroundNormal="
+        + window + "\nForegroundNormal=" + text + "\n[Colors:View]\nBackgroundNormal=" + window
+        + "\nForegroundNormal=" + text + '\n';
+}
+
+QByteArray lxqtColors(const QByteArray &window, const QByteArray &text)
+{
+    return "[General]\nicon_theme=breeze\n[Palette]\nwindow_color=" + window
+        + "\nwindow_text_color=" + text + "\nbase_color=" + window + "\ntext_color=" + text + '\n';
+}
+
 /// With an app on Control+Option+K.
 struct Desk : SettingsDesk {
     Desk() { addApp(storedControlAltK); }
+
+    /// Adds themes of GTK to the user's.
+    void addThemes() const
+    {
+        addTheme(u"Night"_s, "#202122");
+        addTheme(u"Noon-dark"_s, "#f0f1f2");
+    }
+
+    void addTheme(const QString &name, const QByteArray &background) const
+    {
+        write(program.dataHome() + u"/themes/"_s + name + u"/gtk-3.0/gtk.css"_s,
+              "@define-color theme_bg_color " + background + ';');
+    }
 
     /// How light a window is on the whole, up to 255.
     int lightness(const QString &title = u"Corvane"_s) const
@@ -200,6 +239,121 @@ private Q_SLOTS:
         desk.awaitHeld(KEY_K);
         desk.verifyThatKeysRunTheApp(controlAltK);
         QVERIFY(!QFile::exists(sign));
+    }
+
+    void isDarkWhereTheThemeOfTheDesktopIs()
+    {
+        Desk desk;
+        desk.addThemes();
+        SettingsManager manager("Night");
+        desk.open();
+        QTRY_VERIFY(desk.isDark());
+        manager.setTheme("Noon-dark");
+        QTRY_VERIFY(desk.isLight());
+        manager.setTheme("Night");
+        QTRY_VERIFY(desk.isDark());
+    }
+
+    void followsTheProgramThatAnnouncesTheTheme()
+    {
+        Desk desk;
+        desk.addThemes();
+        desk.open();
+        QTRY_VERIFY(desk.isLight());
+        {
+            const SettingsManager first("Night");
+            QTRY_VERIFY(desk.isDark());
+            const SettingsManager second("Noon-dark");
+            QTRY_VERIFY(desk.isLight());
+        }
+        const SettingsManager third("Night");
+        QTRY_VERIFY(desk.isDark());
+    }
+
+    void isLightAgainWithoutATheme()
+    {
+        Desk desk;
+        desk.addThemes();
+        {
+            const SettingsManager manager("Night");
+            desk.open();
+            QTRY_VERIFY(desk.isDark());
+        }
+        QTRY_VERIFY(desk.isLight());
+        QCOMPARE(desk.program.stop(), 0);
+        QCOMPARE(desk.program.errorOutput(), QByteArray());
+    }
+
+    void isDarkWhereTheUserWantsAllProgramsToBe()
+    {
+        Desk desk;
+        SettingsDesk::write(desk.program.configHome() + u"/gtk-3.0/settings.ini"_s,
+                            "[Settings]\ngtk-application-prefer-dark-theme=true\n");
+        const SettingsManager manager("Adwaita");
+        desk.open();
+        QTRY_VERIFY(desk.isDark());
+    }
+
+    void takesTheWordOfThePortalOverTheTheme()
+    {
+        const Portal portal(saying(light));
+        Desk desk;
+        desk.addThemes();
+        const SettingsManager manager("Night");
+        desk.open();
+        QTRY_VERIFY(desk.isLight());
+        portal.change(noPreference);
+        QTRY_VERIFY(desk.isDark());
+    }
+
+    void followsTheColoursInAFile_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("light");
+        QTest::addColumn<QByteArray>("dark");
+        QTest::newRow("of Plasma")
+            << u"KDE"_s << u"/kdeglobals"_s << plasmaColors("239,240,241", "35,38,41")
+            << plasmaColors("42,46,50", "252,252,252");
+        QTest::newRow("of LXQt") << u"LXQt"_s << u"/lxqt/lxqt.conf"_s
+                                 << lxqtColors("#eff0f1", "#232629")
+                                 << lxqtColors("#232323", "#e1e6e6");
+    }
+    void followsTheColoursInAFile()
+    {
+        QFETCH(const QString, desktop);
+        QFETCH(const QString, path);
+        QFETCH(const QByteArray, light);
+        QFETCH(const QByteArray, dark);
+        Desk desk;
+        const QString file = desk.program.configHome() + path;
+        SettingsDesk::write(file, light);
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        desk.program.environment.insert(u"KDE_SESSION_VERSION"_s, u"5"_s);
+        desk.open();
+        desk.press(u"Add"_s);
+        const QString sheet = u"New shortcut"_s;
+        desk.sheet(sheet);
+        QTRY_VERIFY(desk.isLight() && desk.isLight(sheet));
+        replace(file, dark);
+        QTRY_VERIFY(desk.isDark() && desk.isDark(sheet));
+        // Written in place, by a user with an editor.
+        SettingsDesk::write(file, light);
+        QTRY_VERIFY(desk.isLight() && desk.isLight(sheet));
+        replace(file, dark);
+        QTRY_VERIFY(desk.isDark() && desk.isDark(sheet));
+    }
+
+    void findsTheColoursInAFileThatIsMadeLater()
+    {
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+        desk.program.environment.insert(u"KDE_SESSION_VERSION"_s, u"5"_s);
+        desk.open();
+        QTRY_VERIFY(desk.isLight());
+        replace(desk.program.configHome() + u"/kdeglobals"_s,
+                plasmaColors("42,46,50", "252,252,252"));
+        QTRY_VERIFY(desk.isDark());
     }
 
     void leavesTheDesktopsOwnColoursAlone()

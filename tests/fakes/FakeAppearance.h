@@ -4,11 +4,13 @@
 #include "platform/Appearance.h"
 
 #include <QFont>
+#include <QPalette>
 
 class FakeAppearance : public Appearance
 {
 public:
     bool prefersDark() const override { return m_prefersDark; }
+    std::optional<QPalette> palette() const override { return ownPalette; }
     std::optional<QFont> font() const override { return ownFont; }
     QString iconTheme() const override { return ownIconTheme; }
 
@@ -18,6 +20,7 @@ public:
         Q_EMIT changed();
     }
 
+    std::optional<QPalette> ownPalette;
     std::optional<QFont> ownFont;
     QString ownIconTheme;
 

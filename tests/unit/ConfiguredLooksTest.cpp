@@ -56,7 +56,7 @@ private Q_SLOTS:
         QFETCH(const QString, path);
         const Folders folders;
         folders.write(path, ofTheDistribution);
-        const ConfiguredLooks looks = readLxqtLooks();
+        const ConfiguredLooks looks = readLooks(LooksSource::lxqt);
         QCOMPARE(looks.iconTheme, u"breeze"_s);
         QVERIFY(looks.font);
         QCOMPARE(looks.font->family(), u"Sans"_s);
@@ -69,9 +69,57 @@ private Q_SLOTS:
         const Folders folders;
         folders.write(u"share/lxqt/lxqt.conf"_s, ofTheDistribution);
         folders.write(u"user/lxqt/lxqt.conf"_s, "[General]\nicon_theme=oxygen\n");
-        const ConfiguredLooks looks = readLxqtLooks();
+        const ConfiguredLooks looks = readLooks(LooksSource::lxqt);
         QCOMPARE(looks.iconTheme, u"oxygen"_s);
         QCOMPARE(looks.font->pointSize(), 11);
+    }
+
+    void readsTheColoursOfLxqt()
+    {
+        const Folders folders;
+        folders.write(u"user/lxqt/lxqt.conf"_s,
+                      "[Palette]\n"
+                      "base_color=#282828\n"
+                      "highlight_color=#640b0c\n"
+                      "highlighted_text_color=#ebfdff\n"
+                      "link_color=#8c9bff\n"
+                      "text_color=#b8b8b8\n"
+                      "window_color=#232323\n"
+                      "window_text_color=#e1e6e6\n");
+        const auto palette = readLooks(LooksSource::lxqt).palette;
+        QVERIFY(palette);
+        QCOMPARE(palette->color(QPalette::Window), QColor(0x23, 0x23, 0x23));
+        QCOMPARE(palette->color(QPalette::Button), QColor(0x23, 0x23, 0x23));
+        QCOMPARE(palette->color(QPalette::ButtonText), QColor(0xe1, 0xe6, 0xe6));
+        QCOMPARE(palette->color(QPalette::Text), QColor(0xb8, 0xb8, 0xb8));
+        QCOMPARE(palette->color(QPalette::Highlight), QColor(0x64, 0x0b, 0x0c));
+    }
+
+    void readsTheColoursOfPlasma()
+    {
+        const Folders folders;
+        folders.write(u"system/kdeglobals"_s,
+                      "[Colors:Window]\nBackgroundNormal=1,1,1\n"
+                      "[Colors:Button]\nBackgroundNormal=49,54,59\n");
+        folders.write(u"user/kdeglobals"_s,
+                      "[Colors:Window]\nBackgroundNormal=42,46,50\nForegroundNormal=#fcfcfc\n"
+                      "[Colors:Window][Inactive]\nBackgroundNormal=2,2,2\n"
+                      "[Colors:View]\nBackgroundNormal=27,30,32\nForegroundNormal=nonsense\n");
+        const auto palette = readLooks(LooksSource::plasma).palette;
+        QVERIFY(palette);
+        QCOMPARE(palette->color(QPalette::Window), QColor(42, 46, 50));
+        QCOMPARE(palette->color(QPalette::WindowText), QColor(252, 252, 252));
+        QCOMPARE(palette->color(QPalette::Button), QColor(49, 54, 59));
+        QCOMPARE(palette->color(QPalette::Base), QColor(27, 30, 32));
+        // Light on dark, though it is not told.
+        QVERIFY(palette->color(QPalette::Text).lightness() > 200);
+    }
+
+    void knowsNoColoursWithoutThatOfWindows()
+    {
+        const Folders folders;
+        folders.write(u"user/kdeglobals"_s, "[Colors:View]\nBackgroundNormal=27,30,32\n");
+        QVERIFY(!readLooks(LooksSource::plasma).palette);
     }
 
     void knowsNothingWithoutAUsefulFile_data()
@@ -89,7 +137,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, content);
         const Folders folders;
         folders.write(u"user/lxqt/lxqt.conf"_s, content);
-        const ConfiguredLooks looks = readLxqtLooks();
+        const ConfiguredLooks looks = readLooks(LooksSource::lxqt);
         QVERIFY(looks.iconTheme.isEmpty());
         QVERIFY(!looks.font);
     }

@@ -164,6 +164,16 @@ private Q_SLOTS:
         QVERIFY(isDarkNow());
     }
 
+    void isDarkThoughQtHasMixedThePalette()
+    {
+        PlainStyle style;
+        style.setDark(true);
+        QPalette mixed = style.standardPalette();
+        mixed.setColor(QPalette::Link, QColor(0x30, 0x8c, 0xc6));
+        style.polish(mixed);
+        QCOMPARE(mixed.color(QPalette::Window), darkPalette().color(QPalette::Window));
+    }
+
     void hasDarkToolTips()
     {
         FakeAppearance desktop;
@@ -228,6 +238,19 @@ private Q_SLOTS:
         desktop.ownIconTheme = u"Own"_s;
         Q_EMIT desktop.changed();
         QVERIFY(IconThemes::has(u"Own"_s));
+    }
+
+    void takesTheDesktopsColours()
+    {
+        FakeAppearance desktop;
+        const PlainLook look(desktop);
+        const QPalette before = QApplication::palette();
+        desktop.ownPalette = QPalette(QColor(0x23, 0x24, 0x25));
+        Q_EMIT desktop.changed();
+        QCOMPARE(windowColor(), QColor(0x23, 0x24, 0x25));
+        desktop.ownPalette.reset();
+        Q_EMIT desktop.changed();
+        QCOMPARE(QApplication::palette(), before);
     }
 
     void takesTheDesktopsFont()

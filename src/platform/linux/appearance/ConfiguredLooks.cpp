@@ -3,24 +3,75 @@
 #include "platform/linux/base/IniFile.h"
 
 #include <QStandardPaths>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The possible files in order of precedence.
-QStringList lxqtFiles()
-{
-    QStringList files = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)
-        + QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
-    for (QString &file : files)
-        file += u"/lxqt/lxqt.conf"_s;
-    return files;
-}
+struct ColorName {
+    QPalette::ColorRole role;
+    const char *setting;
+};
 
-QString text(const IniSettings &settings, const QByteArray &name)
+constexpr const char *lxqtWindow = "Palette/window_color";
+constexpr ColorName lxqtColors[] = {
+    {QPalette::WindowText, "Palette/window_text_color"},
+    {QPalette::ButtonText, "Palette/window_text_color"},
+    {QPalette::Base, "Palette/base_color"},
+    {QPalette::Text, "Palette/text_color"},
+    {QPalette::Highlight, "Palette/highlight_color"},
+    {QPalette::HighlightedText, "Palette/highlighted_text_color"},
+    {QPalette::Link, "Palette/link_color"},
+    {QPalette::LinkVisited, "Palette/link_visited_color"},
+};
+
+constexpr const char *plasmaWindow = "Colors:Window/BackgroundNormal";
+constexpr ColorName plasmaColors[] = {
+    {QPalette::WindowText, "Colors:Window/ForegroundNormal"},
+    {QPalette::Button, "Colors:Button/BackgroundNormal"},
+    {QPalette::ButtonText, "Colors:Button/ForegroundNormal"},
+    {QPalette::Base, "Colors:View/BackgroundNormal"},
+    {QPalette::AlternateBase, "Colors:View/BackgroundAlternate"},
+    {QPalette::Text, "Colors:View/ForegroundNormal"},
+    {QPalette::PlaceholderText, "Colors:View/ForegroundInactive"},
+    {QPalette::Link, "Colors:View/ForegroundLink"},
+    {QPalette::LinkVisited, "Colors:View/ForegroundVisited"},
+    {QPalette::Highlight, "Colors:Selection/BackgroundNormal"},
+    {QPalette::HighlightedText, "Colors:Selection/ForegroundNormal"},
+    {QPalette::ToolTipBase, "Colors:Tooltip/BackgroundNormal"},
+    {QPalette::ToolTipText, "Colors:Tooltip/ForegroundNormal"},
+};
+
+QString text(const IniSettings &settings, const char *name)
 {
     return QString::fromUtf8(settings[name]).remove(u'"');
+}
+
+/// From the forms #efefef and 239,239,239. Invalid if there is none.
+QColor color(const IniSettings &settings, const char *name)
+{
+    const QByteArray value = settings[name];
+    const QByteArrayList numbers = value.split(',');
+    if (numbers.size() < 3)
+        return QColor(QString::fromLatin1(value));
+    return QColor(numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt());
+}
+
+/// Nothing if not even the background of windows is there; Qt derives other missing colours from
+/// it.
+std::optional<QPalette> palette(const IniSettings &settings, const char *window,
+                                std::span<const ColorName> others)
+{
+    const QColor background = color(settings, window);
+    if (!background.isValid())
+        return {};
+    QPalette palette(background);
+    for (const auto &[role, setting] : others) {
+        if (const QColor found = color(settings, setting); found.isValid())
+            palette.setColor(role, found);
+    }
+    return palette;
 }
 
 std::optional<QFont> font(const QString &description)
@@ -31,11 +82,28 @@ std::optional<QFont> font(const QString &description)
 }
 } // namespace
 
-ConfiguredLooks readLxqtLooks()
+QStringList looksFiles(LooksSource source)
 {
-    const IniSettings settings = readIniFiles(lxqtFiles());
-    return {
-        .font = font(text(settings, "Qt/font")),
-        .iconTheme = text(settings, "General/icon_theme"),
-    };
+    QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    if (source == LooksSource::lxqt)
+        folders << QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    for (QString &folder : folders)
+        folder += source == LooksSource::lxqt ? u"/lxqt/lxqt.conf"_s : u"/kdeglobals"_s;
+    return folders;
+}
+
+ConfiguredLooks readLooks(LooksSource source)
+{
+    const IniSettings settings = readIniFiles(looksFiles(source));
+    switch (source) {
+    case LooksSource::lxqt:
+        return {
+            .palette = palette(settings, lxqtWindow, lxqtColors),
+            .font = font(text(settings, "Qt/font")),
+            .iconTheme = text(settings, "General/icon_theme"),
+        };
+    case LooksSource::plasma:
+        return {.palette = palette(settings, plasmaWindow, plasmaColors)};
+    }
+    Q_UNREACHABLE();
 }

@@ -1,14 +1,28 @@
-// What LXQt keeps in its configuration file for the plugin that tells Qt of its looks.
+// The looks that LXQt and Plasma keep in configuration files for their plugins, which tell Qt.
 #pragma once
 
 #include <QFont>
+#include <QPalette>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
+/// Without what Qt reads itself and need not read again.
 struct ConfiguredLooks {
+    std::optional<QPalette> palette;
     std::optional<QFont> font;
     QString iconTheme;
+
+    bool operator==(const ConfiguredLooks &) const = default;
 };
 
+enum class LooksSource {
+    lxqt,
+    plasma,
+};
+
+/// The possible files in order of precedence; the first one is the user's.
+QStringList looksFiles(LooksSource source);
+
 /// Reads the user's file and, for what that lacks, the system's.
-ConfiguredLooks readLxqtLooks();
+ConfiguredLooks readLooks(LooksSource source);

@@ -18,9 +18,18 @@ const QString portalInterface = u"org.freedesktop.portal.Settings"_s;
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString colorSchemeKey = u"color-scheme"_s;
 
-bool meansDark(const QVariant &value)
+std::optional<bool> meansDark(const QVariant &value)
 {
-    return value.metaType() == QMetaType::fromType<uint>() && value.toUInt() == 1;
+    if (value.metaType() != QMetaType::fromType<uint>())
+        return {};
+    switch (value.toUInt()) {
+    case 1:
+        return true;
+    case 2:
+        return false;
+    default:
+        return {};
+    }
 }
 } // namespace
 
@@ -69,7 +78,7 @@ void PortalColorScheme::take(QVariant value)
     // Read wraps the value twice, SettingChanged once.
     if (value.metaType() == QMetaType::fromType<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
-    const bool prefersDark = meansDark(value);
+    const auto prefersDark = meansDark(value);
     if (std::exchange(m_prefersDark, prefersDark) != prefersDark)
         Q_EMIT changed();
 }

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QVariant>
 #include <memory>
+#include <optional>
 
 /// Follows portals that appear, disappear and are replaced at any time; starts none. An answer
 /// stays valid until the next one; an error counts as no preference.
@@ -16,8 +17,8 @@ public:
     /// Asks the current portal, and from then on each new one.
     void start();
 
-    /// False until the portal has answered.
-    bool prefersDark() const { return m_prefersDark; }
+    /// Nothing until the portal has answered, and if the user has no preference.
+    std::optional<bool> prefersDark() const { return m_prefersDark; }
 
 Q_SIGNALS:
     void changed();
@@ -31,5 +32,5 @@ private:
 
     /// Receives the answer to the latest call; earlier ones are out of date.
     std::unique_ptr<QObject> m_reading;
-    bool m_prefersDark = false;
+    std::optional<bool> m_prefersDark;
 };
