@@ -44,6 +44,20 @@ struct Desk {
     ProgramUnderTest program;
 };
 
+/// A picture of that part of the screen, once nothing moves there any more.
+QImage stillPicture(const Screen &screen, const QRect &part)
+{
+    QImage picture;
+    int repetitions = 0;
+    const auto isStill = [&] {
+        const QImage former = std::exchange(picture, screen.picture(part));
+        repetitions = picture == former ? repetitions + 1 : 0;
+        return repetitions == 20;
+    };
+    [&] { QVERIFY(QTest::qWaitFor(isStill)); }();
+    return picture;
+}
+
 const QList<int> controlComma{KEY_LEFTCTRL, KEY_COMMA};
 const QList<int> controlQ{KEY_LEFTCTRL, KEY_Q};
 } // namespace
@@ -163,7 +177,7 @@ private Q_SLOTS:
         desk.program.addApp(desk.app.desktopFile(), controlOptionY);
         desk.program.start();
         const QRect menu = desk.user.openMenu();
-        const QImage withY = desk.user.screen.picture(menu);
+        const QImage withY = stillPicture(desk.user.screen, menu);
         desk.user.keyboard.setGroup(1);
         QTRY_VERIFY(desk.user.screen.picture(menu) != withY);
         desk.user.keyboard.setGroup(0);

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <ranges>
 
 namespace
 {
@@ -31,7 +30,7 @@ void addSettings(IniSettings &settings, const QString &path)
 IniSettings readIniFiles(const QStringList &paths)
 {
     IniSettings settings;
-    for (const QString &path : paths | std::views::reverse)
-        addSettings(settings, path);
+    for (auto path = paths.crbegin(); path != paths.crend(); ++path)
+        addSettings(settings, *path);
     return settings;
 }
