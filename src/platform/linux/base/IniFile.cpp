@@ -2,6 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -30,7 +32,9 @@ void addSettings(IniSettings &settings, const QString &path)
 IniSettings readIniFiles(const QStringList &paths)
 {
     IniSettings settings;
-    for (auto path = paths.crbegin(); path != paths.crend(); ++path)
-        addSettings(settings, *path);
+    QStringList leastImportantFirst = paths;
+    std::ranges::reverse(leastImportantFirst);
+    for (const QString &path : std::as_const(leastImportantFirst))
+        addSettings(settings, path);
     return settings;
 }
