@@ -1,5 +1,6 @@
 #include "platform/linux/appearance/ConfiguredLooks.h"
 
+#include "platform/linux/base/FileWatch.h"
 #include "platform/linux/base/IniFile.h"
 
 #include <QStandardPaths>
@@ -84,12 +85,10 @@ std::optional<QFont> font(const QString &description)
 
 QStringList looksFiles(LooksSource source)
 {
-    QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
-    if (source == LooksSource::lxqt)
-        folders << QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
-    for (QString &folder : folders)
-        folder += source == LooksSource::lxqt ? u"/lxqt/lxqt.conf"_s : u"/kdeglobals"_s;
-    return folders;
+    if (source == LooksSource::plasma)
+        return configFiles(u"kdeglobals"_s);
+    const QString file = u"lxqt/lxqt.conf"_s;
+    return configFiles(file) + QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, file);
 }
 
 ConfiguredLooks readLooks(LooksSource source)

@@ -21,7 +21,7 @@ enum class LooksSource {
     plasma,
 };
 
-/// The possible files in order of precedence; the first one is the user's.
+/// The files in order of precedence. The first one is the user's and may be missing.
 QStringList looksFiles(LooksSource source);
 
 /// Reads the user's file and, for what that lacks, the system's.

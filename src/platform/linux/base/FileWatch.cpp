@@ -1,9 +1,7 @@
 #include "platform/linux/base/FileWatch.h"
 
 #include <QFileInfo>
-#include <chrono>
-
-using namespace std::chrono_literals;
+#include <QStandardPaths>
 
 namespace
 {
@@ -16,16 +14,25 @@ QString watchable(QString path)
 }
 } // namespace
 
-FileWatch::FileWatch(const QStringList &paths)
+QStringList configFiles(const QString &path)
+{
+    constexpr auto location = QStandardPaths::GenericConfigLocation;
+    QStringList files = QStandardPaths::locateAll(location, path);
+    const QString own = QStandardPaths::writableLocation(location) + u'/' + path;
+    if (!files.contains(own))
+        files.prepend(own);
+    return files;
+}
+
+FileWatch::FileWatch(const QStringList &paths, std::chrono::milliseconds pause)
     : m_paths(paths)
 {
-    const auto settle = qOverload<>(&QTimer::start);
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_settling, settle);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_settling, settle);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_pause, qOverload<>(&QTimer::start));
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileWatch::awaitFiles);
     // Watchers report one change of a file several times.
-    m_settling.setInterval(50ms);
-    m_settling.setSingleShot(true);
-    connect(&m_settling, &QTimer::timeout, this, [this] {
+    m_pause.setInterval(pause);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, [this] {
         renew();
         Q_EMIT changed();
     });
@@ -35,11 +42,18 @@ FileWatch::FileWatch(const QStringList &paths)
 /// Renews all watches, because a file of the same name may have been replaced.
 void FileWatch::renew()
 {
-    if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
+    const QStringList watched = m_watcher.files() + m_watcher.directories();
+    if (!watched.isEmpty())
         m_watcher.removePaths(watched);
-    m_watcher.addPath(watchable(m_paths.first()));
-    for (const QString &path : m_paths.sliced(1)) {
-        if (QFileInfo::exists(path))
-            m_watcher.addPath(path);
-    }
+    for (const QString &path : m_paths)
+        m_watcher.addPath(watchable(path));
+}
+
+/// The folder of a missing file may change because of other files.
+void FileWatch::awaitFiles()
+{
+    const qsizetype found = m_watcher.files().size();
+    renew();
+    if (m_watcher.files().size() != found)
+        m_pause.start();
 }
