@@ -7,7 +7,10 @@ set(files
     applications/org.corvane.Corvane.desktop
     applications/org.corvane.Corvane.Shortcuts.desktop
     dbus-1/services/org.corvane.Corvane.service
+    icons/hicolor/22x22/apps/org.corvane.Corvane-paused-symbolic.svg
+    icons/hicolor/22x22/apps/org.corvane.Corvane-symbolic.svg
     icons/hicolor/scalable/apps/org.corvane.Corvane.svg
+    icons/hicolor/symbolic/apps/org.corvane.Corvane-paused-symbolic.svg
     icons/hicolor/symbolic/apps/org.corvane.Corvane-symbolic.svg
     metainfo/org.corvane.Corvane.metainfo.xml
 )

@@ -1,11 +1,13 @@
 // The program is dark where the desktop is, as the desktop's portal, its settings or its files
 // tell.
 
+#include "support/Panel.h"
 #include "support/PrivateBus.h"
 #include "support/RecordedService.h"
 #include "support/Screen.h"
 #include "support/SettingsDesk.h"
 #include "support/SettingsManager.h"
+#include "support/TrayUser.h"
 #include "support/Windows.h"
 
 #include <QDBusVariant>
@@ -98,22 +100,26 @@ struct Desk : SettingsDesk {
               "@define-color theme_bg_color " + background + ';');
     }
 
-    /// How light a window is on the whole, up to 255.
-    int lightness(const QString &title = u"Corvane"_s) const
+    /// How light a part of the screen is on the whole, up to 255.
+    int lightness(const QRect &place) const
     {
-        const auto window = windowOnScreen(title);
-        if (!window)
-            return -1;
-        return qGray(screen.picture(geometryOf(*window))
+        return qGray(screen.picture(place)
                          .scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                          .pixel(0, 0));
     }
+    bool isDark(const QRect &place) const { return lightness(place) < 80; }
+    bool isLight(const QRect &place) const { return lightness(place) > 200; }
+
     bool isDark(const QString &title = u"Corvane"_s) const
     {
-        const int found = lightness(title);
-        return found >= 0 && found < 80;
+        const auto window = windowOnScreen(title);
+        return window && isDark(geometryOf(*window));
     }
-    bool isLight(const QString &title = u"Corvane"_s) const { return lightness(title) > 200; }
+    bool isLight(const QString &title = u"Corvane"_s) const
+    {
+        const auto window = windowOnScreen(title);
+        return window && isLight(geometryOf(*window));
+    }
 
     Screen screen;
 };
@@ -342,6 +348,27 @@ private Q_SLOTS:
         QTRY_VERIFY(desk.isLight() && desk.isLight(sheet));
         replace(file, dark);
         QTRY_VERIFY(desk.isDark() && desk.isDark(sheet));
+    }
+
+    void hasTheDesktopsColoursInTheMenuOfTheTray()
+    {
+        const Panel panel(Panel::Kind::Trayer);
+        TrayUser user;
+        Desk desk;
+        const QString file = desk.program.configHome() + u"/lxqt/lxqt.conf"_s;
+        SettingsDesk::write(file, lxqtColors("#232323", "#e1e6e6"));
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"LXQt"_s);
+        desk.program.start();
+        const QRect menu = user.openMenu();
+        QTRY_VERIFY(desk.isDark(menu));
+        // A change while it is open.
+        replace(file, lxqtColors("#eff0f1", "#232629"));
+        QTRY_VERIFY(desk.isLight(menu));
+        desk.keyboard.type({KEY_ESC});
+        QTRY_VERIFY(!user.menu());
+        replace(file, lxqtColors("#232323", "#e1e6e6"));
+        const QRect again = user.openMenu();
+        QTRY_VERIFY(desk.isDark(again));
     }
 
     void findsTheColoursInAFileThatIsMadeLater()

@@ -6,6 +6,7 @@
 #include "support/Panel.h"
 #include "support/RecordedService.h"
 #include "support/TrayUser.h"
+#include "support/WriteFile.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -81,6 +82,24 @@ public:
     int clicks = 0;
 };
 
+/// Sets a variable of the environment, until it is destroyed.
+class Variable
+{
+public:
+    Variable(const char *name, const QByteArray &value)
+        : m_name(name)
+        , m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    ~Variable() { qputenv(m_name, m_before); }
+    Q_DISABLE_COPY_MOVE(Variable)
+
+private:
+    const char *m_name;
+    QByteArray m_before;
+};
+
 struct Tray {
     FakeDelegate delegate;
     UserActivation activation;
@@ -146,6 +165,61 @@ private Q_SLOTS:
         const QString images = tray.property(u"IconPixmap"_s);
         for (const int size : {16, 22, 24, 32, 48, 64, 96})
             QVERIFY(images.contains(u"(%1, %1, "_s.arg(size)));
+    }
+
+    void namesAnIconThatThePanelColours_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("nameWhenPaused");
+        const QString normal = u"org.corvane.Corvane-symbolic"_s;
+        const QString paused = u"org.corvane.Corvane-paused-symbolic"_s;
+        QTest::newRow("on Plasma")
+            << QByteArray("KDE") << QStringList{normal, paused} << normal << paused;
+        QTest::newRow("only if it is installed")
+            << QByteArray("KDE") << QStringList() << QString() << QString();
+        QTest::newRow("only while it is shown")
+            << QByteArray("KDE") << QStringList{normal} << normal << QString();
+        QTest::newRow("not where the panel could be as dark")
+            << QByteArray("LXQt") << QStringList{normal, paused} << QString() << QString();
+    }
+    void namesAnIconThatThePanelColours()
+    {
+        QFETCH(const QByteArray, desktop);
+        QFETCH(const QStringList, installed);
+        const QTemporaryDir data;
+        for (const QString &name : installed)
+            writeFile(data.filePath(u"icons/hicolor/symbolic/apps/%1.svg"_s.arg(name)), "<svg/>");
+        const Variable dataHome("XDG_DATA_HOME", QFile::encodeName(data.path()));
+        const Variable session("XDG_CURRENT_DESKTOP", desktop);
+        Tray tray;
+        QTEST(tray.property(u"IconName"_s), "name");
+        QVERIFY(tray.property(u"IconPixmap"_s).contains(u"(22, 22, "));
+        tray.delegate.button.isDimmed = true;
+        tray.item.update();
+        QTEST(tray.property(u"IconName"_s), "nameWhenPaused");
+        QTRY_VERIFY(tray.desktop.signalsSoFar().contains(u"NewIcon | "));
+    }
+
+    void letsThePanelColourTheIconAgain_data()
+    {
+        QTest::addColumn<QString>("changed");
+        QTest::newRow("in other colours") << u"kdeglobals"_s;
+        QTest::newRow("in another theme of the panel") << u"plasmarc"_s;
+    }
+    void letsThePanelColourTheIconAgain()
+    {
+        QFETCH(const QString, changed);
+        const QTemporaryDir config;
+        writeFile(config.filePath(u"kdeglobals"_s), "[General]\n");
+
+        const Variable configHome("XDG_CONFIG_HOME", QFile::encodeName(config.path()));
+        const Variable session("XDG_CURRENT_DESKTOP", "KDE");
+        Tray tray;
+        QCOMPARE(tray.desktop.signalsSoFar(), QStringList());
+        writeFile(config.filePath(changed), "[Theme]\nname=breeze-dark\n");
+        QTRY_COMPARE(tray.desktop.signalsSoFar(), QStringList(u"NewIcon | "_s));
     }
 
     void tellsDesktopsOfAnotherButtonOnly()

@@ -70,8 +70,10 @@ StatusNotifierItem::StatusNotifierItem(const QString &id)
     QDBusConnection::sessionBus().registerObject(u"/StatusNotifierItem"_s, this);
 }
 
-void StatusNotifierItem::setButton(const QIcon &icon, const QString &description)
+void StatusNotifierItem::setButton(const QIcon &icon, const QString &iconName,
+                                   const QString &description)
 {
+    setProperty("IconName", iconName);
     m_icon = icon;
     m_pixmaps.clear();
     setProperty("ToolTip", QVariant::fromValue(ToolTip{{}, {}, description, {}}));

@@ -31,8 +31,9 @@ public:
     /// Registers the item on the bus until it is destroyed.
     explicit StatusNotifierItem(const QString &id);
 
-    /// Sets what desktops show; the text is the tooltip and for screen readers.
-    void setButton(const QIcon &icon, const QString &description);
+    /// Sets what desktops show: the icon with that name or, if it is empty, the other icon. The
+    /// text is the tooltip and for screen readers.
+    void setButton(const QIcon &icon, const QString &iconName, const QString &description);
 
     // The generated adaptor calls these methods and passes these signals on, by their names on the
     // bus.

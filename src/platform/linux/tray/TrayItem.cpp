@@ -2,10 +2,12 @@
 
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/base/ApplicationId.h"
+#include "platform/linux/base/Session.h"
 #include "symbols/SystemSymbol.h"
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +16,27 @@ namespace
 bool isX11()
 {
     return qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+}
+
+/// Plasma's panel takes up to half a second to change its colours.
+constexpr std::chrono::seconds panelColoringTime(1);
+
+bool isPlasma()
+{
+    return currentDesktop(QProcessEnvironment::systemEnvironment()) == Desktop::plasma;
+}
+
+/// The icon that Plasma shows in the colours of its panel; empty if it is not installed. Also empty
+/// on other desktops, where it could be dark on a dark panel.
+QString panelIconName(bool isDimmed)
+{
+    if (!isPlasma())
+        return {};
+    const QString name = applicationId + (isDimmed ? u"-paused-symbolic"_s : u"-symbolic"_s);
+    const QString file = u"icons/hicolor/symbolic/apps/%1.svg"_s.arg(name);
+    const bool isInstalled =
+        !QStandardPaths::locate(QStandardPaths::GenericDataLocation, file).isEmpty();
+    return isInstalled ? name : QString();
 }
 } // namespace
 
@@ -33,6 +56,11 @@ TrayItem::TrayItem(StatusItemDelegate &delegate, UserActivation &activation,
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     connect(&m_patience, &QTimer::timeout, this, [this] { setX11IconVisible(true); });
+    if (isPlasma()) {
+        m_panelColors.emplace(configFiles(u"kdeglobals"_s) + configFiles(u"plasmarc"_s),
+                              panelColoringTime);
+        connect(&*m_panelColors, &FileWatch::changed, &m_item, &StatusNotifierItem::NewIcon);
+    }
     // The item must be complete before any desktop reads it.
     update();
     m_watcher.start();
@@ -47,7 +75,7 @@ void TrayItem::update()
     if (button == m_button)
         return;
     m_button = button;
-    m_item.setButton(image(), m_button.accessibilityDescription);
+    m_item.setButton(image(), panelIconName(m_button.isDimmed), m_button.accessibilityDescription);
     showButton();
 }
 

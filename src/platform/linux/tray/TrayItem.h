@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
+#include "platform/linux/base/FileWatch.h"
 #include "platform/linux/tray/DBusMenu.h"
 #include "platform/linux/tray/PopupMenu.h"
 #include "platform/linux/tray/StatusNotifierItem.h"
@@ -47,6 +48,8 @@ private:
     /// The token for the user's next action; empty where desktops give none.
     QByteArray m_activationToken;
     QTimer m_patience;
+    /// Plasma's panel colours an icon only when it loads it.
+    std::optional<FileWatch> m_panelColors;
     /// Created only where no desktop shows StatusNotifierItems: if any did, Qt would use them
     /// instead, and would not reconsider later.
     std::optional<QSystemTrayIcon> m_x11Icon;
