@@ -8,6 +8,24 @@ namespace viewkit
 
 namespace
 {
+/// Queued, because the window manager must have heard before of what has happened.
+void activateSoon(QWidget &window)
+{
+    QMetaObject::invokeMethod(
+        &window, [&window] { window.activateWindow(); }, Qt::QueuedConnection);
+}
+
+/// The dialog that locks the window; null if there is none.
+QWidget *dialogAbove(const QWidget &window)
+{
+    QWidget *const dialog = QApplication::activeModalWidget();
+    for (const QWidget *below = dialog; below; below = below->parentWidget()) {
+        if (below->parentWidget() == &window)
+            return dialog;
+    }
+    return nullptr;
+}
+
 /// Whether the user was in the dialog, and not in another program. Only the user can have closed a
 /// panel of the desktop, of whose focus Qt knows nothing.
 bool hadFocus(const QDialog &dialog)
@@ -24,18 +42,30 @@ FocusReturn::FocusReturn()
 
 bool FocusReturn::eventFilter(QObject *watched, QEvent *event)
 {
+    auto *const widget = qobject_cast<QWidget *>(watched);
+    if (!widget)
+        return false;
+    if (event->type() == QEvent::WindowActivate)
+        leaveLocked(*widget);
     // A spontaneous event only tells that the desktop has hidden the dialog, such as with a
     // minimized window.
-    if (event->type() != QEvent::Hide || event->spontaneous())
-        return false;
-    const auto *const dialog = qobject_cast<QDialog *>(watched);
-    QWidget *const below = dialog ? dialog->parentWidget() : nullptr;
-    if (!below || !below->isVisible() || !hadFocus(*dialog))
-        return false;
-    // Queued, because the window manager must have heard of the end of the dialog before.
-    QMetaObject::invokeMethod(
-        below, [below] { below->activateWindow(); }, Qt::QueuedConnection);
+    else if (event->type() == QEvent::Hide && !event->spontaneous())
+        leaveHidden(*widget);
     return false;
+}
+
+void FocusReturn::leaveLocked(const QWidget &window)
+{
+    if (QWidget *const dialog = dialogAbove(window))
+        activateSoon(*dialog);
+}
+
+void FocusReturn::leaveHidden(const QWidget &widget)
+{
+    const auto *const dialog = qobject_cast<const QDialog *>(&widget);
+    QWidget *const below = dialog ? dialog->parentWidget() : nullptr;
+    if (below && below->isVisible() && hadFocus(*dialog))
+        activateSoon(*below);
 }
 
 } // namespace viewkit

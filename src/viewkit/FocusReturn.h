@@ -1,4 +1,4 @@
-// Gives the focus back to the window below when a dialog closes.
+// Gives the focus to the window that accepts input when a dialog closes.
 #pragma once
 
 #include <QObject>
@@ -6,8 +6,8 @@
 namespace viewkit
 {
 
-/// Some window managers give the focus to the lowest window instead, which ignores all input while
-/// another dialog is open above it.
+/// Some window managers give the focus to the lowest window instead, sometimes a little later, and
+/// that window ignores all input while another dialog is open above it.
 class FocusReturn : public QObject
 {
     Q_OBJECT
@@ -18,6 +18,10 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    static void leaveLocked(const QWidget &window);
+    static void leaveHidden(const QWidget &widget);
 };
 
 } // namespace viewkit
