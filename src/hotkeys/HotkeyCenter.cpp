@@ -37,9 +37,9 @@ void HotkeyCenter::sync(const Name &name)
         return;
     installHandlerIfNeeded();
     const HotkeyId id = hotkeyId(name.rawValue);
-    auto registration =
-        m_service.registerHotkey(unsignedOrDie(shortcut->carbonKeyCode, name),
-                                 unsignedOrDie(shortcut->carbonModifiers, name), id);
+    auto registration = m_service.registerHotkey(unsignedOrDie(shortcut->carbonKeyCode, name),
+                                                 unsignedOrDie(shortcut->carbonModifiers, name), id,
+                                                 {name.rawValue, titles.value(name.rawValue)});
     if (registration)
         m_refs.emplace(name.rawValue, std::move(*registration));
 }

@@ -30,6 +30,9 @@ public:
     /// The action of each name. A name without an action is never registered.
     QHash<QString, std::function<void()>> handlers;
 
+    /// What the user calls each name. A change takes effect with the next sync().
+    QHash<QString, QString> titles;
+
     /// Names that are not registered and do not fire.
     QSet<QString> disabled;
 

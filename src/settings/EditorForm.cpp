@@ -3,6 +3,7 @@
 #include "actions/ActionRunner.h"
 #include "foundation/Text.h"
 #include "platform/InstalledApplications.h"
+#include "platform/SharedApplication.h"
 #include "platform/ShortcutLibrary.h"
 #include "platform/Wording.h"
 #include "settings/ApplicationPanel.h"
@@ -11,8 +12,10 @@
 #include "settings/WarningLines.h"
 #include "store/ShortcutStore.h"
 
+#include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
 using namespace viewkit;
@@ -51,11 +54,12 @@ QString nameOfFile(const QString &path)
 
 EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                        InstalledApplications &applications, ShortcutLibrary &shortcuts,
-                       const Wording &wording, const LaunchEntry &entry,
-                       std::function<void()> onClose)
+                       const SharedApplication &application, const Wording &wording,
+                       const LaunchEntry &entry, std::function<void()> onClose)
     : m_store(store)
     , m_applications(applications)
     , m_shortcuts(shortcuts)
+    , m_application(application)
     , m_wording(wording)
     , m_original(entry)
     , m_onClose(std::move(onClose))
@@ -77,16 +81,13 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                    .set = [this](int index) { setKind(ActionKinds::allCases.at(index)); },
                }),
         targetField(),
-        Row{
-            spacing(8),
-            text(TextStyle::body, u"Keys"_s),
-            stretched(widget(
-                new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
-                                                [this](const auto &keys) { keysChanged(keys); }))),
-        },
+        keysRow(eventMonitor),
         announcedWarningLines(
             TextStyle::callout,
             [this] { return m_store.warnings(m_draft.shortcutName(), m_draft.id); }),
+        shownWhen([this] { return !otherKeys().isEmpty(); },
+                  announced(tinted(TextColor::secondary,
+                                   paragraph(TextStyle::callout, [this] { return otherKeys(); })))),
         tinted(TextColor::secondary, paragraph(TextStyle::caption, [this] { return tip(); })),
         shownWhen([this] { return m_message.has_value(); },
                   announced(tinted(TextColor::error,
@@ -141,6 +142,24 @@ Item EditorForm::targetField()
     };
 }
 
+Item EditorForm::keysRow(EventMonitor &eventMonitor)
+{
+    return Row{
+        spacing(8),
+        text(TextStyle::body, u"Keys"_s),
+        shownWhen([this] { return !m_store.canRegisterKeys(); },
+                  button(u"Copy Command"_s, [this] { copyCommand(); })),
+        stretched(widget(
+            new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
+                                            [this](const auto &keys) { keysChanged(keys); }))),
+    };
+}
+
+QString EditorForm::otherKeys() const
+{
+    return m_store.otherKeys(m_draft.shortcutName());
+}
+
 QString EditorForm::tip() const
 {
     return u"Tip: include %1 so the combination does not clash with typing."_s.arg(
@@ -187,6 +206,11 @@ QString EditorForm::displayName(const QString &path) const
     return nameOfFile(path);
 }
 
+void EditorForm::copyCommand() const
+{
+    QGuiApplication::clipboard()->setText(m_application.fireCommand(m_draft.id));
+}
+
 void EditorForm::keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys)
 {
     // On some desktops Return presses the focused button, which would start another recording.
@@ -209,7 +233,8 @@ std::optional<QString> EditorForm::validate() const
         return u"The website must start with http:// or https://"_s;
     if (isKind(ActionKind::shortcut) && target.isEmpty())
         return u"Enter the name of the Shortcut to run."_s;
-    if (!m_store.getShortcut(m_draft.shortcutName()))
+    // Where no keys can be registered, the desktop's own keys run the entry.
+    if (m_store.canRegisterKeys() && !m_store.getShortcut(m_draft.shortcutName()))
         return u"Click the key box and press a key combination."_s;
     return std::nullopt;
 }

@@ -9,6 +9,7 @@
 
 class EventMonitor;
 class InstalledApplications;
+class SharedApplication;
 class ShortcutLibrary;
 class ShortcutStore;
 class Wording;
@@ -22,7 +23,8 @@ public:
     /// form. The store and the services must outlive the form.
     EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                InstalledApplications &applications, ShortcutLibrary &shortcuts,
-               const Wording &wording, const LaunchEntry &entry, std::function<void()> onClose);
+               const SharedApplication &application, const Wording &wording,
+               const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
 
@@ -32,6 +34,8 @@ public:
 private:
     viewkit::Binding<QString> draft(QString LaunchEntry::*field);
     viewkit::Item targetField();
+    viewkit::Item keysRow(EventMonitor &eventMonitor);
+    QString otherKeys() const;
     QString tip() const;
     bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
     bool opensFile() const { return isKind(ActionKind::app) || isKind(ActionKind::path); }
@@ -40,6 +44,7 @@ private:
     void choose();
     void chosen(const QString &path);
     QString displayName(const QString &path) const;
+    void copyCommand() const;
     void keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys);
     std::optional<QString> validate() const;
     void save();
@@ -48,6 +53,7 @@ private:
     ShortcutStore &m_store;
     InstalledApplications &m_applications;
     ShortcutLibrary &m_shortcuts;
+    const SharedApplication &m_application;
     const Wording &m_wording;
     const LaunchEntry m_original;
     const std::function<void()> m_onClose;

@@ -81,8 +81,9 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
         stretched(
             onFirstLine([] { return QFontMetrics(viewkit::font(TextStyle::headline)).height(); },
                         description())),
-        badge([this] { return m_store.shortcutText(m_entry); },
-              [this] { return m_store.spokenKeys(m_entry.shortcutName()); }),
+        enabledWhen([this] { return m_store.canRegisterKeys(); },
+                    badge([this] { return m_store.shortcutText(m_entry); },
+                          [this] { return m_store.spokenKeys(m_entry.shortcutName()); })),
         alignTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
         alignTop(destructiveButton(u"trash"_s, u"Delete"_s,
                                    [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),
@@ -106,7 +107,15 @@ Item EntryRow::description()
                shortenedText(TextStyle::caption, [this] { return m_entry.targetDescription(); })),
         warningLines(TextStyle::caption,
                      [this] { return m_store.warnings(m_entry.shortcutName(), m_entry.id); }),
+        shownWhen([this] { return !otherKeys().isEmpty(); },
+                  tinted(TextColor::secondary,
+                         paragraph(TextStyle::caption, [this] { return otherKeys(); }))),
     };
+}
+
+QString EntryRow::otherKeys() const
+{
+    return m_store.otherKeys(m_entry.shortcutName());
 }
 
 void EntryRow::setEntry(const LaunchEntry &entry)

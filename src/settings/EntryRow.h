@@ -28,6 +28,7 @@ public:
 
 private:
     viewkit::Item description();
+    QString otherKeys() const;
 
     ShortcutStore &m_store;
     LaunchEntry m_entry;

@@ -2,6 +2,7 @@
 
 #include "foundation/Files.h"
 #include "model/DefaultsKeys.h"
+#include "platform/HotkeyService.h"
 #include "platform/LoginItem.h"
 #include "platform/Platform.h"
 #include "platform/SystemSettings.h"
@@ -120,7 +121,27 @@ Item SettingsView::footer()
                 [this] { return hasEntries(); },
                 button(u"Reset all shortcuts…"_s, [this] { openSheet(ResetConfirmation()); })),
         },
+        shownWhen([this] { return !reachOfKeys().isEmpty(); },
+                  tinted(TextColor::secondary,
+                         paragraph(TextStyle::caption, [this] { return reachOfKeys(); }))),
     };
+}
+
+/// How keys are registered, if that is out of the ordinary.
+QString SettingsView::reachOfKeys() const
+{
+    switch (m_platform.hotkeys.reach()) {
+    case HotkeyReach::nowhere:
+        return u"This desktop does not let apps register key combinations. Bind its own keys to an "
+               "entry instead."_s;
+    case HotkeyReach::inDesktopSettings:
+        return u"Key combinations are kept in this desktop's own keyboard settings."_s;
+    case HotkeyReach::registered:
+    case HotkeyReach::notAllowed:
+    case HotkeyReach::unknown:
+        return {};
+    }
+    Q_UNREACHABLE();
 }
 
 Item SettingsView::approvalRow()
@@ -147,9 +168,10 @@ Item SettingsView::sheet()
 
 QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 {
-    auto *const form = new EditorForm(m_store, m_platform.eventMonitor,
-                                      m_platform.installedApplications, m_platform.shortcutLibrary,
-                                      m_platform.wording, entry, [this] { closeSheet(); });
+    auto *const form =
+        new EditorForm(m_store, m_platform.eventMonitor, m_platform.installedApplications,
+                       m_platform.shortcutLibrary, m_platform.application, m_platform.wording,
+                       entry, [this] { closeSheet(); });
     return new Sheet(
         form->title(), form, [form] { form->cancel(); }, owner);
 }

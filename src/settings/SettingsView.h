@@ -31,6 +31,7 @@ private:
     viewkit::Item emptyState();
     viewkit::Item footer();
     viewkit::Item approvalRow();
+    QString reachOfKeys() const;
 
     struct About {
         bool operator==(const About &) const = default;

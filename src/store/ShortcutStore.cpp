@@ -8,6 +8,7 @@
 #include "model/DefaultsKeys.h"
 #include "model/ExportFile.h"
 #include "platform/AlertSound.h"
+#include "platform/HotkeyService.h"
 #include "platform/Platform.h"
 #include "platform/SymbolicHotkeys.h"
 #include "platform/UserDefaults.h"
@@ -49,6 +50,7 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     , m_file(platform.applicationSupport)
     , m_paused(platform.userDefaults.boolean(pauseAll).value_or(false))
 {
+    connect(&platform.hotkeys, &HotkeyService::changed, this, &ShortcutStore::willChange);
     connect(&platform.symbolicHotkeys, &SymbolicHotkeys::changed, this, &ShortcutStore::willChange);
     connect(&platform.wording, &Wording::changed, this, &ShortcutStore::willChange);
     connect(&platform.userDefaults, &UserDefaults::changed, this, [this] {
@@ -114,6 +116,7 @@ void ShortcutStore::deleteEntry(const LaunchEntry &entry)
     const QUuid id = entry.id;
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
+    m_center.titles.remove(name.rawValue);
     m_center.sync(name);
     Q_EMIT willChange();
     m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
@@ -229,6 +232,22 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
     return messages;
 }
 
+QString ShortcutStore::otherKeys(const KeyboardShortcuts::Name &name) const
+{
+    const auto asked = getShortcut(name);
+    if (!asked)
+        return {};
+    const auto used = m_platform.hotkeys.otherKeys(quint32(asked->carbonKeyCode),
+                                                   quint32(asked->carbonModifiers));
+    return used ? u"Your desktop uses %1 for this."_s.arg(keyText({used->keyCode, used->modifiers}))
+                : QString();
+}
+
+bool ShortcutStore::canRegisterKeys() const
+{
+    return m_platform.hotkeys.reach() != HotkeyReach::nowhere;
+}
+
 const ShortcutStore::EntriesByKeys &ShortcutStore::enabledByKeys() const
 {
     if (!m_enabledByKeys) {
@@ -310,6 +329,7 @@ void ShortcutStore::add(const ExportItem &item)
 void ShortcutStore::registerHandler(const LaunchEntry &entry)
 {
     const KeyboardShortcuts::Name name = entry.shortcutName();
+    m_center.titles.insert(name.rawValue, entry.name);
     m_center.handlers.remove(name.rawValue);
     m_center.sync(name);
     // Capture the id, not a copy: a press runs the entry in its current state.

@@ -87,6 +87,12 @@ public:
     QStringList warnings(const KeyboardShortcuts::Name &name,
                          const std::optional<QUuid> &excluding = std::nullopt) const;
 
+    /// Says which keys the desktop uses in place of those stored under the name; empty as a rule.
+    QString otherKeys(const KeyboardShortcuts::Name &name) const;
+
+    /// Whether this session offers a way to register keys, as far as is known.
+    bool canRegisterKeys() const;
+
     /// The entry's stored combination, or "No keys".
     QString shortcutText(const LaunchEntry &entry) const;
 

@@ -114,7 +114,7 @@ struct Desk {
     /// Makes Control+K a hot key of ours.
     void registerControlK()
     {
-        hotkey = hotkeys.registerHotkey(keyK, controlKey, someId);
+        hotkey = hotkeys.registerHotkey(keyK, controlKey, someId, {});
         hotkeys.flush();
         QVERIFY(keyboard.isGrabbed(KEY_K, XCB_MOD_MASK_CONTROL));
     }

@@ -54,7 +54,7 @@ struct Desk {
 
     std::optional<Registration> registerKey(VirtualKey key, HotkeyId id = someId)
     {
-        return service.registerHotkey(quint32(key), control, id);
+        return service.registerHotkey(quint32(key), control, id, {});
     }
 };
 } // namespace

@@ -4,11 +4,17 @@
 #include "platform/SharedApplication.h"
 
 #include <QList>
+#include <QString>
+#include <QUuid>
 
 class FakeSharedApplication : public SharedApplication
 {
 public:
     void activate(QWidget &window) override { activated.append(&window); }
+    QString fireCommand(const QUuid &entry) const override
+    {
+        return QStringLiteral("fire ") + entry.toString();
+    }
     void terminate() override { ++terminations; }
 
     QList<QWidget *> activated;

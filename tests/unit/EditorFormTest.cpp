@@ -6,6 +6,7 @@
 #include "viewkit/Sheet.h"
 
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QComboBox>
 #include <QCompleter>
 #include <QFileDialog>
@@ -43,8 +44,8 @@ struct Editor {
             store.upsert(other);
         store.setShortcut(keys, entry.shortcutName());
         form = new EditorForm(store, platform.eventMonitor, platform.installedApplications,
-                              platform.shortcutLibrary, platform.wording, entry,
-                              [this] { ++closings; });
+                              platform.shortcutLibrary, platform.application, platform.wording,
+                              entry, [this] { ++closings; });
         sheet = new Sheet(
             form->title(), form, [this] { form->cancel(); }, &window);
         window.show();
@@ -745,6 +746,37 @@ private Q_SLOTS:
         QTest::keyClick(search, Qt::Key_Return);
         QTRY_VERIFY(editor.shows(path));
         QCOMPARE(editor.field(u"Name"_s)->text(), name);
+    }
+
+    void offersTheCommandWhereNoKeysCanBeRegistered()
+    {
+        Editor editor(website());
+        QVERIFY(!editor.button(u"Copy Command"_s));
+        editor.platform.hotkeys.setReach(HotkeyReach::nowhere);
+        QTRY_VERIFY(editor.button(u"Copy Command"_s));
+        const auto leftOf = [&editor](const QString &label) {
+            return editor.button(label)->mapTo(editor.form, QPoint()).x();
+        };
+        QVERIFY(leftOf(u"Copy Command"_s) < leftOf(u"Record Shortcut"_s));
+        editor.button(u"Copy Command"_s)->click();
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 editor.platform.application.fireCommand(editor.entry.id));
+    }
+
+    void needsNoKeysWhereNoneCanBeRegistered()
+    {
+        Editor editor(website());
+        editor.platform.hotkeys.setReach(HotkeyReach::nowhere);
+        editor.confirm();
+        QCOMPARE(editor.message(), QString());
+        QVERIFY(editor.store.contains(editor.entry.id));
+    }
+
+    void tellsWhichKeysTheDesktopUsesInstead()
+    {
+        Editor editor(website(), commandK);
+        editor.platform.hotkeys.setOtherKeys(40, {41, 256});
+        QTRY_VERIFY(editor.shows(u"Your desktop uses ⌘; for this."_s));
     }
 
 private:

@@ -483,6 +483,28 @@ private Q_SLOTS:
         window.show();
         QCOMPARE(window.image(), before);
     }
+
+    void dimsTheKeysWhereTheyCannotBeRegistered()
+    {
+        Window window(website());
+        window.setKeys(window.store->entries().first(), commandK);
+        window.show();
+        QVERIFY(window.text(u"⌘K"_s)->isEnabled());
+        const QImage before = window.image();
+        window.platform.hotkeys.setReach(HotkeyReach::nowhere);
+        window.show();
+        QVERIFY(!window.text(u"⌘K"_s)->isEnabled());
+        QVERIFY(window.image() != before);
+    }
+
+    void tellsWhichKeysTheDesktopUsesInstead()
+    {
+        Window window(website());
+        window.setKeys(window.store->entries().first(), commandK);
+        window.platform.hotkeys.setOtherKeys(40, {41, 256});
+        window.show();
+        QVERIFY(window.text(u"Your desktop uses ⌘; for this."_s));
+    }
 };
 
 QTEST_MAIN(EntryRowTest)

@@ -15,6 +15,9 @@ const QString notify = u"Show a small notification when a shortcut runs"_s;
 const QString approval = u"macOS needs your approval in Login Items."_s;
 const QString openItems = u"Open Login Items"_s;
 const QString notifyKey = u"showRunNotification"_s;
+const QString nowhere = u"This desktop does not let apps register key combinations. Bind its own "
+                        "keys to an entry instead."_s;
+const QString inSettings = u"Key combinations are kept in this desktop's own keyboard settings."_s;
 const QString signs = u"Show keys with Mac signs (⌃⌥⇧⌘)"_s;
 
 /// The window over a desktop with that login item.
@@ -204,6 +207,27 @@ private Q_SLOTS:
         Footer window(LoginItemStatus::notRegistered);
         window.platform.userDefaults.setBoolean(notifyKey, false);
         QTRY_VERIFY(!window.isChecked(notify));
+    }
+
+    void tellsHowKeysAreRegisteredIfThatIsUnusual_data()
+    {
+        QTest::addColumn<int>("reach");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("nowhere") << int(HotkeyReach::nowhere) << nowhere;
+        QTest::newRow("in the desktop's settings")
+            << int(HotkeyReach::inDesktopSettings) << inSettings;
+        QTest::newRow("registered") << int(HotkeyReach::registered) << QString();
+        QTest::newRow("not yet known") << int(HotkeyReach::unknown) << QString();
+    }
+    void tellsHowKeysAreRegisteredIfThatIsUnusual()
+    {
+        QFETCH(const int, reach);
+        QFETCH(const QString, line);
+        Footer window(LoginItemStatus::notRegistered);
+        window.platform.hotkeys.setReach(HotkeyReach(reach));
+        settle();
+        QCOMPARE(window.shows(nowhere), line == nowhere);
+        QCOMPARE(window.shows(inSettings), line == inSettings);
     }
 };
 

@@ -863,6 +863,28 @@ private Q_SLOTS:
         home.store->clearError(*home.store->error());
         QCOMPARE(home.store->error(), std::nullopt);
     }
+
+    void registersKeysUnderTheNamesThatTheUserKnows()
+    {
+        FullStore home;
+        LaunchEntry entry = home.store->entries().first();
+        const QString name = entry.shortcutName().rawValue;
+        home.storeKeys(entry, 40);
+        home.store->upsert(entry);
+        QCOMPARE(home.platform.hotkeys.titles.value(name), entry.name);
+        entry.name = u"Renamed"_s;
+        home.store->upsert(entry);
+        QCOMPARE(home.platform.hotkeys.titles.value(name), u"Renamed"_s);
+    }
+
+    void announcesThatTheDesktopHasAnswered()
+    {
+        FullStore home;
+        home.notices = 0;
+        home.platform.hotkeys.setReach(HotkeyReach::nowhere);
+        QCOMPARE(home.notices, 1);
+        QVERIFY(!home.store->canRegisterKeys());
+    }
 };
 
 QTEST_GUILESS_MAIN(ShortcutStoreTest)

@@ -1,14 +1,18 @@
 #include "platform/linux/activation/LinuxApplication.h"
 
 #include "platform/linux/activation/UserActivation.h"
+#include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/x11/Atom.h"
 
 #include <QApplication>
+#include <QUuid>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
 #include <array>
 #include <optional>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -142,6 +146,12 @@ void LinuxApplication::activate(QWidget &window)
         qputenv("XDG_ACTIVATION_TOKEN", token);
     front.raise();
     front.activateWindow();
+}
+
+QString LinuxApplication::fireCommand(const QUuid &entry) const
+{
+    return u"gapplication action %1 fire \"'%2'\""_s.arg(
+        applicationId, entry.toString(QUuid::WithoutBraces).toUpper());
 }
 
 void LinuxApplication::terminate()

@@ -73,7 +73,7 @@ void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
 }
 
 std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
-                                                             HotkeyId id)
+                                                             HotkeyId id, const HotkeyPurpose &)
 {
     const VirtualKey key{keyCode};
     if (KeyCodes::physicalKeys(key).isEmpty())

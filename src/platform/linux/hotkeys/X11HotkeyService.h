@@ -30,7 +30,7 @@ struct KeyCombination {
 /// turn, so a combination that is given up and taken again stays grabbed throughout. If the same
 /// combination is registered several times, the earliest registration is live and the others wait;
 /// one that is made again for the same id in the same turn keeps its place.
-class X11HotkeyService : public QObject, public HotkeyService
+class X11HotkeyService : public HotkeyService
 {
     Q_OBJECT
 
@@ -40,8 +40,10 @@ public:
     X11HotkeyService(const X11Connection &connection, UserActivation &activation);
 
     void installHandler(std::function<void(HotkeyId)> handler) override;
-    std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers,
-                                               HotkeyId id) override;
+    std::optional<Registration> registerHotkey(quint32 keyCode, quint32 modifiers, HotkeyId id,
+                                               const HotkeyPurpose &purpose) override;
+    HotkeyReach reach() const override { return HotkeyReach::registered; }
+    std::optional<HotkeyKeys> otherKeys(quint32, quint32) const override { return std::nullopt; }
 
     /// Applies the registrations to the grabs now. Combinations that another program holds are
     /// given up until the keyboard changes or retryRefused() is called.
