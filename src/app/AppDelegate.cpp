@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <algorithm>
@@ -27,17 +28,22 @@ namespace
 /// Chosen by eye: the welcome and a few rows without scrolling.
 constexpr QSize comfortableSize(620, 560);
 
-/// Centres the window on the screen with the pointer, no larger than that screen if its minimum
-/// size permits.
+/// Centres the window on the screen with the pointer, as high as its content needs if the screen
+/// is.
 void place(QWidget &window)
 {
     const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
-    const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
-    window.resize(comfortableSize.boundedTo(room.size()).expandedTo(window.minimumSizeHint()));
-    QRect frame(QPoint(), window.size());
-    frame.moveCenter(room.center());
-    // Keep the title bar visible, even if the window is larger than the screen.
-    window.move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
+    const QRect whole = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QRect room = whole.adjusted(0, titleBar, 0, 0);
+    // Let the layouts of all levels settle, on which the height depends.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    const int width = std::max(comfortableSize.width(), window.minimumSizeHint().width());
+    const int height = std::max(comfortableSize.height(), window.heightForWidth(width));
+    QRect content(QPoint(), QSize(width, height).boundedTo(room.size()));
+    content.moveCenter(whole.center());
+    content.moveTop(std::max(content.top(), room.top()));
+    window.setGeometry(content);
 }
 
 std::unique_ptr<QWidget> makeSettingsWindow(const Platform &platform, ShortcutStore &store)

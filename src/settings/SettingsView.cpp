@@ -20,6 +20,8 @@
 
 #include <QEvent>
 #include <QLayout>
+#include <QScreen>
+#include <QStyle>
 
 using namespace Qt::StringLiterals;
 using namespace viewkit;
@@ -40,9 +42,11 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     setBody(Column{
         toolbar(),
         divider(),
-        welcomeCard(platform.userDefaults, platform.wording),
-        shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
-        shownWhen([this] { return hasEntries(); }, stretched(entryList())),
+        stretched(scrolled(Column{
+            welcomeCard(platform.userDefaults, platform.wording),
+            shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
+            shownWhen([this] { return hasEntries(); }, stretched(entryList())),
+        })),
         divider(),
         footer(),
         sheet(),
@@ -78,6 +82,7 @@ Item SettingsView::entryList()
 Item SettingsView::emptyState()
 {
     return Column{
+        padding(12),
         spacing(10),
         Spacer{},
         centred(tinted(TextColor::secondary, symbol(u"keyboard"_s, 40))),
@@ -362,12 +367,15 @@ Binding<bool> SettingsView::macKeySigns()
     };
 }
 
-/// Lets the user shrink the window only as far as its whole content remains visible.
+/// Lets the user shrink the window only as far as its whole content remains visible, if the screen
+/// has room for that.
 void SettingsView::fitToContent()
 {
     const int width = std::max(minViewSize.width(), layout()->totalMinimumSize().width());
     const int height = layout()->totalMinimumHeightForWidth(std::max(width, this->width()));
-    setMinimumSize(width, std::max(minViewSize.height(), height));
+    const int room =
+        screen()->availableGeometry().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    setMinimumSize(width, std::min(std::max(minViewSize.height(), height), room));
 }
 
 bool SettingsView::event(QEvent *event)

@@ -2,6 +2,7 @@
 
 #include "viewkit/AccessibleRole.h"
 #include "viewkit/Card.h"
+#include "viewkit/ScrolledContent.h"
 #include "viewkit/Tint.h"
 
 #include <QAbstractButton>
@@ -87,6 +88,12 @@ Item announcedChanges(Item item)
 Item card(Item item)
 {
     item.widget = new Card(item.widget);
+    return item;
+}
+
+Item scrolled(Item item)
+{
+    item.widget = new ScrolledContent(item.widget);
     return item;
 }
 

@@ -2,8 +2,11 @@
 #include "fakes/FakePlatform.h"
 #include "hotkeys/HotkeyCenter.h"
 #include "store/ShortcutStore.h"
+#include "viewkit/ScrolledContent.h"
 
+#include <QLabel>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTest>
 #include <QWidget>
 
@@ -234,6 +237,39 @@ private Q_SLOTS:
         window.move(7, 8);
         program.appDelegate.openSettings();
         QCOMPARE(window.pos(), QPoint(7, 8));
+    }
+
+    void makesTheFirstWindowAsHighAsItsContentNeedsAndTheScreenPermits_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("hasRoom");
+        QTest::newRow("usual font") << 10 << true;
+        QTest::newRow("larger font") << 13 << true;
+        QTest::newRow("font for which the screen is too low") << 18 << false;
+    }
+    void makesTheFirstWindowAsHighAsItsContentNeedsAndTheScreenPermits()
+    {
+        QFETCH(const int, points);
+        QFETCH(const bool, hasRoom);
+        const auto restored =
+            qScopeGuard([before = QApplication::font()] { QApplication::setFont(before); });
+        QFont font = QApplication::font();
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        Program program{false};
+        QWidget *const window = program.platform.application.activated.constFirst();
+        const QRect placed = window->geometry();
+        QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(placed));
+        window->show();
+        QCoreApplication::processEvents();
+        QCOMPARE(window->geometry(), placed);
+        auto *const scrolled = window->findChild<viewkit::ScrolledContent *>();
+        QCOMPARE(scrolled->verticalScrollBar()->maximum() == 0, hasRoom);
+        for (QLabel *const label : window->findChildren<QLabel *>()) {
+            if (label->isVisible())
+                QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                         qPrintable(label->text()));
+        }
     }
 
     void opensTheSettingsAtItsStartUntilTheWelcomeIsSeen_data()
