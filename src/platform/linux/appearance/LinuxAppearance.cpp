@@ -37,6 +37,7 @@ void LinuxAppearance::start()
     m_settings.start();
     readTheme();
     m_portal.start();
+    m_gtkPanels.start();
 }
 
 void LinuxAppearance::followLooks(LooksSource source)

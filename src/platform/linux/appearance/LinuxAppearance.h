@@ -3,6 +3,7 @@
 
 #include "platform/Appearance.h"
 #include "platform/linux/appearance/ConfiguredLooks.h"
+#include "platform/linux/appearance/GtkPanels.h"
 #include "platform/linux/appearance/PortalColorScheme.h"
 #include "platform/linux/appearance/XSettings.h"
 #include "platform/linux/base/FileWatch.h"
@@ -33,5 +34,6 @@ private:
     std::optional<FileWatch> m_files;
     PortalColorScheme m_portal;
     XSettings m_settings;
+    GtkPanels m_gtkPanels;
     bool m_isThemeDark = false;
 };
