@@ -61,7 +61,8 @@ private:
     CanberraAlertSound m_alertSound;
     LinuxStatusBar m_statusBar{m_activation};
     LinuxApplication m_application{m_activation};
-    LinuxEventMonitor m_eventMonitor{m_x11Hotkeys.get()};
+    LinuxEventMonitor m_eventMonitor{m_x11 ? SessionType::x11 : SessionType::wayland,
+                                     m_x11Hotkeys.get()};
     GioApplications m_installedApplications;
     LinuxShortcutLibrary m_shortcutLibrary;
     AutostartLoginItem m_loginItem;

@@ -70,22 +70,14 @@ void Keyboard::fake(quint8 eventType, int key)
     xcb_flush(m_connection);
 }
 
-void Keyboard::press(const QList<int> &keys)
+void Keyboard::down(int key)
 {
-    for (const int key : keys)
-        fake(XCB_KEY_PRESS, key);
+    fake(XCB_KEY_PRESS, key);
 }
 
-void Keyboard::release(const QList<int> &keys)
+void Keyboard::up(int key)
 {
-    for (auto key = keys.crbegin(); key != keys.crend(); ++key)
-        fake(XCB_KEY_RELEASE, *key);
-}
-
-void Keyboard::type(const QList<int> &keys)
-{
-    press(keys);
-    release(keys);
+    fake(XCB_KEY_RELEASE, key);
 }
 
 void Keyboard::write(const QString &text)

@@ -1,24 +1,17 @@
 // A keyboard that presses real keys on the X server.
 #pragma once
 
-#include <QList>
+#include "support/KeyPresser.h"
+
 #include <QString>
 #include <QtGlobal>
-#include <linux/input-event-codes.h>
 #include <xcb/xcb.h>
 
-class Keyboard
+class Keyboard : public KeyPresser
 {
 public:
     Keyboard();
-    ~Keyboard();
-    Q_DISABLE_COPY_MOVE(Keyboard)
-
-    /// Keys by evdev code, as they are counted on Linux: pressed in their order, let go in the
-    /// opposite one.
-    void press(const QList<int> &keys);
-    void release(const QList<int> &keys);
-    void type(const QList<int> &keys);
+    ~Keyboard() override;
 
     /// Types letters, digits and signs of ASCII, as they are on a keyboard of the United States.
     void write(const QString &text);
@@ -41,10 +34,11 @@ public:
 
     bool isDown(int key) const;
 
-    /// Awaits that the server has processed what was done with the keys so far.
-    void sync() const;
+    void sync() const override;
 
 private:
+    void down(int key) override;
+    void up(int key) override;
     void fake(quint8 eventType, int key);
 
     xcb_connection_t *m_connection;

@@ -63,7 +63,7 @@ bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
         return true;
     }
     // If the key was held, its release went elsewhere, such as to another program in front.
-    m_keys.remove(keycode(event));
+    forget(keycode(event));
     if (m_keys.isEmpty())
         QCoreApplication::instance()->removeEventFilter(this);
     return false;
@@ -79,7 +79,13 @@ bool HeldKeyRepeatFilter::isMisjudgedRepeat(const QKeyEvent &press) const
 
 void HeldKeyRepeatFilter::letGo(const QKeyEvent &event)
 {
-    m_keys.remove(keycode(event));
+    forget(keycode(event));
     m_releasedKey = keycode(event);
     m_releaseTime = event.timestamp();
+}
+
+void HeldKeyRepeatFilter::forget(XKeycode key)
+{
+    if (m_keys.remove(key) && m_keys.isEmpty())
+        Q_EMIT allKeysUp();
 }

@@ -21,12 +21,19 @@ public:
     /// presses pass.
     void swallowRepeats();
 
+    bool hasHeldKeys() const { return !m_keys.isEmpty(); }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// Emitted when the last of the keys that were followed is up.
+    void allKeysUp();
 
 private:
     bool isRest(const QKeyEvent &event);
     bool isMisjudgedRepeat(const QKeyEvent &press) const;
     void letGo(const QKeyEvent &event);
+    void forget(XKeycode key);
 
     /// The Qt key that each key that is down stands for.
     QHash<XKeycode, int> m_keys;

@@ -4,6 +4,7 @@
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/recording/HeldKeyRepeatFilter.h"
+#include "platform/linux/recording/ShortcutsInhibitor.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -61,11 +62,12 @@ std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyb
 } // namespace
 
 KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
-                       X11HotkeyService *hotkeys)
+                       X11HotkeyService *hotkeys, ShortcutsInhibitor *inhibitor)
     : m_widget(&widget)
     , m_handler(std::move(handler))
     , m_repeatFilter(repeatFilter)
     , m_hotkeys(hotkeys)
+    , m_inhibitor(inhibitor)
 {
     connect(&widget, &QObject::destroyed, this, &KeyCapture::end);
     qApp->installEventFilter(this);
@@ -74,6 +76,7 @@ KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &re
 
 KeyCapture::~KeyCapture()
 {
+    uninhibitShortcuts();
     end();
 }
 
@@ -102,6 +105,7 @@ void KeyCapture::begin()
 {
     if (std::exchange(m_isOn, true))
         return;
+    inhibitShortcuts();
     grabKeyboard();
     // Input methods get the keys before any event filter, unless the focused object disables them.
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
@@ -116,10 +120,29 @@ void KeyCapture::end()
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
+void KeyCapture::inhibitShortcuts()
+{
+    QWindow *const window = m_widget->window()->windowHandle();
+    if (m_inhibitor && window)
+        m_inhibitor->hold(*window);
+}
+
+/// A compositor acts on the next repeat of keys that are held when the inhibitor ends.
+void KeyCapture::uninhibitShortcuts()
+{
+    if (!m_inhibitor)
+        return;
+    if (m_repeatFilter.hasHeldKeys())
+        m_inhibitor->letGoWhenKeysAreUp();
+    else
+        m_inhibitor->letGo();
+}
+
 void KeyCapture::grabKeyboard()
 {
-    // On other platforms windows cannot grab the keyboard, and print a warning.
-    if (QGuiApplication::platformName() != u"xcb")
+    // On other platforms windows cannot grab the keyboard, and print a warning. In a Wayland
+    // session the X server is that of XWayland, and a grab there would outlive the window's focus.
+    if (m_inhibitor || QGuiApplication::platformName() != u"xcb")
         return;
     QWindow *const window = m_widget->window()->windowHandle();
     if (window && window->setKeyboardGrabEnabled(true))

@@ -10,6 +10,7 @@
 #include <QWindow>
 
 class HeldKeyRepeatFilter;
+class ShortcutsInhibitor;
 class X11HotkeyService;
 
 class KeyCapture final : public QObject
@@ -21,8 +22,9 @@ public:
 
     /// The window is that of the widget; the widget may be destroyed first. The handler may delete
     /// the capture. Pass the hot keys, if there are any, so that the grab on X11 suspends them.
+    /// Pass the inhibitor in Wayland sessions, where nothing is grabbed.
     KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
-               X11HotkeyService *hotkeys);
+               X11HotkeyService *hotkeys, ShortcutsInhibitor *inhibitor);
     ~KeyCapture() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,6 +33,8 @@ private:
     void followWindow();
     void begin();
     void end();
+    void inhibitShortcuts();
+    void uninhibitShortcuts();
     void grabKeyboard();
     void releaseKeyboard();
     bool swallow(QEvent &event);
@@ -40,6 +44,7 @@ private:
     const Handler m_handler;
     HeldKeyRepeatFilter &m_repeatFilter;
     X11HotkeyService *const m_hotkeys;
+    ShortcutsInhibitor *const m_inhibitor;
     bool m_isOn = false;
     QPointer<QWindow> m_grabbedWindow;
 };

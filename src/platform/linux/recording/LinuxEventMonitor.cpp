@@ -4,16 +4,21 @@
 
 #include <memory>
 
-LinuxEventMonitor::LinuxEventMonitor(X11HotkeyService *hotkeys)
+LinuxEventMonitor::LinuxEventMonitor(SessionType session, X11HotkeyService *hotkeys)
     : m_hotkeys(hotkeys)
 {
+    if (session != SessionType::wayland)
+        return;
+    m_inhibitor.emplace();
+    QObject::connect(&m_repeatFilter, &HeldKeyRepeatFilter::allKeysUp, &*m_inhibitor,
+                     &ShortcutsInhibitor::keysAreUp);
 }
 
 std::optional<Registration>
 LinuxEventMonitor::addLocalMonitorForEvents(QWidget &widget,
                                             std::function<void(const KeyEvent &)> handler)
 {
-    auto capture =
-        std::make_shared<KeyCapture>(widget, std::move(handler), m_repeatFilter, m_hotkeys);
+    auto capture = std::make_shared<KeyCapture>(widget, std::move(handler), m_repeatFilter,
+                                                m_hotkeys, m_inhibitor ? &*m_inhibitor : nullptr);
     return Registration([capture = std::move(capture)]() mutable { capture.reset(); });
 }

@@ -2,7 +2,11 @@
 #pragma once
 
 #include "platform/EventMonitor.h"
+#include "platform/linux/base/Session.h"
 #include "platform/linux/recording/HeldKeyRepeatFilter.h"
+#include "platform/linux/recording/ShortcutsInhibitor.h"
+
+#include <optional>
 
 class X11HotkeyService;
 
@@ -11,7 +15,7 @@ class LinuxEventMonitor : public EventMonitor
 public:
     /// The session's hot keys know the keyboard; null if there are none on X11. They must outlive
     /// the monitor.
-    explicit LinuxEventMonitor(X11HotkeyService *hotkeys);
+    LinuxEventMonitor(SessionType session, X11HotkeyService *hotkeys);
 
     std::optional<Registration>
     addLocalMonitorForEvents(QWidget &widget,
@@ -20,4 +24,6 @@ public:
 private:
     X11HotkeyService *const m_hotkeys;
     HeldKeyRepeatFilter m_repeatFilter;
+    /// In Wayland sessions only.
+    std::optional<ShortcutsInhibitor> m_inhibitor;
 };

@@ -1,0 +1,76 @@
+#include "support/DesktopBinding.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int controlAltJ = int(Qt::ControlModifier) | int(Qt::AltModifier) | Qt::Key_J;
+const QStringList actionId{u"binding"_s, u"act"_s, u"Binding"_s, u"Act"_s};
+
+bool isKWin()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP") == u"KDE";
+}
+
+void tellKWin(const QString &method, const QVariantList &arguments)
+{
+    auto call = QDBusMessage::createMethodCall(u"org.kde.kglobalaccel"_s, u"/kglobalaccel"_s,
+                                               u"org.kde.KGlobalAccel"_s, method);
+    call.setArguments(arguments);
+    QCOMPARE(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
+}
+
+/// The folder with sway's sockets, where it may write.
+QDir swayFolder()
+{
+    return QFileInfo(qEnvironmentVariable("WAYLAND_DISPLAY")).dir();
+}
+
+void tellSway(const QString &command)
+{
+    const QString socket = swayFolder().entryList({u"sway-ipc.*"_s}, QDir::System).value(0);
+    QCOMPARE(
+        QProcess::execute(u"swaymsg"_s, {u"-q"_s, u"-s"_s, swayFolder().filePath(socket), command}),
+        0);
+}
+} // namespace
+
+DesktopBinding::DesktopBinding()
+{
+    if (isKWin()) {
+        constexpr uint presentAndNotAutoloaded = 6;
+        QDBusConnection::sessionBus().connect(QString(), u"/component/binding"_s,
+                                              u"org.kde.kglobalaccel.Component"_s,
+                                              u"globalShortcutPressed"_s, this, SLOT(act()));
+        tellKWin(u"doRegister"_s, {actionId});
+        tellKWin(u"setShortcut"_s,
+                 {actionId, QVariant::fromValue(QList<int>{controlAltJ}), presentAndNotAutoloaded});
+    } else {
+        m_file = swayFolder().filePath(u"acts"_s);
+        QFile::remove(m_file);
+        tellSway(u"bindsym Ctrl+Mod1+j exec echo >> "_s + m_file);
+    }
+}
+
+DesktopBinding::~DesktopBinding()
+{
+    if (isKWin())
+        tellKWin(u"unregister"_s, {actionId.at(0), actionId.at(1)});
+    else
+        tellSway(u"unbindsym Ctrl+Mod1+j"_s);
+}
+
+int DesktopBinding::acts() const
+{
+    if (m_file.isEmpty())
+        return m_signals;
+    QFile file(m_file);
+    return file.open(QIODevice::ReadOnly) ? int(file.readAll().size()) : 0;
+}

@@ -1,0 +1,38 @@
+// What presses real keys, whatever the desktop's display is.
+#pragma once
+
+#include <QList>
+#include <linux/input-event-codes.h>
+
+/// Keys are named by evdev code, as they are counted on Linux.
+class KeyPresser
+{
+public:
+    KeyPresser() = default;
+    virtual ~KeyPresser() = default;
+    Q_DISABLE_COPY_MOVE(KeyPresser)
+
+    /// Pressed in their order, let go in the opposite one.
+    void press(const QList<int> &keys)
+    {
+        for (const int key : keys)
+            down(key);
+    }
+    void release(const QList<int> &keys)
+    {
+        for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+            up(*key);
+    }
+    void type(const QList<int> &keys)
+    {
+        press(keys);
+        release(keys);
+    }
+
+    /// Awaits that the display has processed what was done with the keys so far.
+    virtual void sync() const = 0;
+
+private:
+    virtual void down(int key) = 0;
+    virtual void up(int key) = 0;
+};
