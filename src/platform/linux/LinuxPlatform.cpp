@@ -44,7 +44,9 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout(bool isOnX11)
 {
     if (isOnX11)
         return std::make_unique<X11KeyboardLayout>();
-    return std::make_unique<WaylandKeyboardLayout>();
+    const auto desktop = currentDesktop(QProcessEnvironment::systemEnvironment());
+    return std::make_unique<WaylandKeyboardLayout>(
+        desktop == Desktop::plasma ? std::make_unique<PlasmaLayout>() : nullptr);
 }
 
 /// Refreshes when the user returns from another program, where keys may have been reassigned.

@@ -30,5 +30,22 @@ std::optional<Accelerator> gtkAccelerator(const QString &text);
 /// Parses Qt's form, with modifiers and key in one number. Nothing as for gtkAccelerator().
 std::optional<Accelerator> qtAccelerator(int code);
 
+/// Qt's key for a keysym, as Plasma's compositor finds it; 0 if Qt has none.
+int qtKey(quint32 keysym);
+
+/// What a key gives while some modifiers are held.
+struct KeySymbol {
+    /// 0 if the key gives nothing, or nothing on its own, as dead keys do.
+    quint32 keysym = 0;
+    /// Those of the held modifiers that made the keysym, as a mask of KeyModifier bits.
+    quint32 consumedModifiers = 0;
+
+    bool operator==(const KeySymbol &) const = default;
+};
+
+/// Qt's form of a press, with these KeyModifier bits held, as Plasma's compositor sees it. Nothing
+/// if there is none.
+std::optional<int> qtCode(const KeySymbol &symbol, quint32 modifiers);
+
 /// Parses LXQt's form, such as "Control+Alt+T". Nothing as for gtkAccelerator().
 std::optional<Accelerator> lxqtAccelerator(const QString &text);

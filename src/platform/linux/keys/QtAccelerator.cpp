@@ -17,7 +17,8 @@ struct NamedKey {
     xkb_keysym_t keypadKeysym = 0;
 };
 
-/// All keys with a name instead of a character, except the function keys.
+/// All keys with a name instead of a character, except the function keys. Where a key or a keysym
+/// stands twice, the first line counts.
 constexpr NamedKey namedKeys[] = {
     {Qt::Key_Escape, XKB_KEY_Escape},
     {Qt::Key_Tab, XKB_KEY_Tab},
@@ -46,6 +47,14 @@ constexpr NamedKey namedKeys[] = {
     {Qt::Key_VolumeDown, XKB_KEY_XF86AudioLowerVolume},
     {Qt::Key_VolumeMute, XKB_KEY_XF86AudioMute},
     {Qt::Key_VolumeUp, XKB_KEY_XF86AudioRaiseVolume},
+    // What Tab gives with Shift, and Print with Alt.
+    {Qt::Key_Backtab, XKB_KEY_ISO_Left_Tab},
+    {Qt::Key_SysReq, XKB_KEY_Sys_Req},
+    // Keys of Japanese and Korean keyboards.
+    {Qt::Key_Hangul, XKB_KEY_Hangul},
+    {Qt::Key_Hangul_Hanja, XKB_KEY_Hangul_Hanja},
+    {Qt::Key_Eisu_toggle, XKB_KEY_Eisu_toggle},
+    {Qt::Key_Hiragana_Katakana, XKB_KEY_Hiragana_Katakana},
 };
 
 xkb_keysym_t keypadCharacter(int key)
@@ -69,6 +78,12 @@ xkb_keysym_t keypadCharacter(int key)
         return key >= Qt::Key_0 && key <= Qt::Key_9 ? XKB_KEY_KP_0 + quint32(key - Qt::Key_0) : 0;
     }
 }
+
+constexpr int keypadCharacters[] = {
+    Qt::Key_Asterisk, Qt::Key_Plus, Qt::Key_Comma, Qt::Key_Minus, Qt::Key_Period, Qt::Key_Slash,
+    Qt::Key_Equal,    Qt::Key_0,    Qt::Key_1,     Qt::Key_2,     Qt::Key_3,      Qt::Key_4,
+    Qt::Key_5,        Qt::Key_6,    Qt::Key_7,     Qt::Key_8,     Qt::Key_9,
+};
 
 bool isCharacter(int key)
 {
@@ -105,4 +120,35 @@ std::optional<Accelerator> qtAccelerator(int code)
         .keysym = keysym,
         .impliesShift = isCharacter(key) && !isOnKeypad && !QChar::isLetter(uint(key)),
     };
+}
+
+int qtKey(quint32 keysym)
+{
+    constexpr quint32 lastLatin1 = 0xff;
+    if (keysym >= XKB_KEY_F1 && keysym <= XKB_KEY_F35)
+        return Qt::Key_F1 + int(keysym - XKB_KEY_F1);
+    if (keysym > 0 && keysym <= lastLatin1) {
+        const quint32 upper = QChar::toUpper(keysym);
+        return int(upper <= lastLatin1 ? upper : keysym);
+    }
+    for (const NamedKey &named : namedKeys) {
+        if (keysym != 0 && (named.keysym == keysym || named.keypadKeysym == keysym))
+            return named.key;
+    }
+    const auto *const onKeypad = std::ranges::find(keypadCharacters, keysym, keypadCharacter);
+    if (onKeypad != std::end(keypadCharacters))
+        return *onKeypad;
+    const quint32 character = xkb_keysym_to_utf32(keysym);
+    return isCharacter(int(character)) ? int(QChar::toUpper(character)) : 0;
+}
+
+std::optional<int> qtCode(const KeySymbol &symbol, quint32 modifiers)
+{
+    const int key = qtKey(symbol.keysym);
+    if (!key)
+        return std::nullopt;
+    // A letter keeps Shift. A sign that Shift made does not.
+    const bool keepsShift = symbol.consumedModifiers == shiftKey && QChar::isLetter(uint(key));
+    const quint32 left = keepsShift ? modifiers : modifiers & ~symbol.consumedModifiers;
+    return key | int(converted(left, &ModifierForms::mask, &ModifierForms::qt));
 }

@@ -17,14 +17,17 @@ void returnFreeMemory()
 }
 } // namespace
 
-void KeyboardLayout::setLayout(XkbKeymap keymap, quint32 layout)
+void KeyboardLayout::setLayout(XkbKeymap keymap, quint32 layout, WithSymbols withSymbols)
 {
     const LayoutKeys keys(keymap.get(), layout);
     const KeyLabels labels(keymap.get(), layout);
+    const KeySymbols symbols =
+        withSymbols == WithSymbols::yes ? KeySymbols(keymap.get(), layout) : KeySymbols();
     keymap.reset();
     returnFreeMemory();
     setKeys(keys);
     setLabels(labels);
+    setSymbols(symbols);
 }
 
 void KeyboardLayout::setKeys(const LayoutKeys &keys)
@@ -41,4 +44,12 @@ void KeyboardLayout::setLabels(const KeyLabels &labels)
         return;
     m_labels = labels;
     Q_EMIT labelsChanged();
+}
+
+void KeyboardLayout::setSymbols(const KeySymbols &symbols)
+{
+    if (symbols == m_symbols)
+        return;
+    m_symbols = symbols;
+    Q_EMIT symbolsChanged();
 }

@@ -2,6 +2,7 @@
 
 #include "platform/linux/layout/Xkbcommon.h"
 
+#include <algorithm>
 #include <cstring>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -10,8 +11,8 @@
 
 namespace
 {
-/// Version 1 of the interfaces suffices here.
-constexpr quint32 seatVersion = 1;
+/// The first version whose keyboards tell how keys repeat.
+constexpr quint32 seatVersion = 4;
 /// Compositors list the layouts in the user's order.
 constexpr quint32 firstLayout = 0;
 
@@ -29,9 +30,10 @@ struct WaylandKeyboardLayout::Listeners {
 
     static constexpr wl_registry_listener registry{
         .global =
-            [](void *data, wl_registry *registry, quint32 name, const char *interface, quint32) {
+            [](void *data, wl_registry *registry, quint32 name, const char *interface,
+               quint32 version) {
                 if (std::strcmp(interface, wl_seat_interface.name) == 0)
-                    layout(data).useSeat(registry, name);
+                    layout(data).useSeat(registry, name, version);
             },
         .global_remove = ignore,
     };
@@ -46,21 +48,29 @@ struct WaylandKeyboardLayout::Listeners {
         .keymap =
             [](void *data, wl_keyboard *, quint32 format, int file, quint32 size) {
                 if (format == WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1)
-                    layout(data).read(file, size);
-                close(file);
+                    layout(data).takeKeymap(file, size);
+                else
+                    close(file);
             },
         .enter = ignore,
         .leave = ignore,
         .key = ignore,
         .modifiers = ignore,
-        .repeat_info = ignore,
+        .repeat_info = [](void *data, wl_keyboard *, qint32 rate,
+                          qint32 delay) { layout(data).takeRepeat(rate, delay); },
     };
 };
+
+WaylandKeyboardLayout::WaylandKeyboardLayout(std::unique_ptr<PlasmaLayout> plasmaLayout)
+    : m_plasmaLayout(std::move(plasmaLayout))
+{
+}
 
 WaylandKeyboardLayout::~WaylandKeyboardLayout()
 {
     if (m_display)
         wl_display_disconnect(m_display);
+    forgetKeymap();
 }
 
 void WaylandKeyboardLayout::start()
@@ -72,6 +82,10 @@ void WaylandKeyboardLayout::start()
     m_notifier.emplace(wl_display_get_fd(m_display), QSocketNotifier::Read);
     connect(&*m_notifier, &QSocketNotifier::activated, this, &WaylandKeyboardLayout::communicate);
     wl_display_flush(m_display);
+    if (m_plasmaLayout) {
+        connect(m_plasmaLayout.get(), &PlasmaLayout::changed, this, &WaylandKeyboardLayout::read);
+        m_plasmaLayout->start();
+    }
 }
 
 /// Reads pending events and sends the requests that they caused.
@@ -84,13 +98,13 @@ void WaylandKeyboardLayout::communicate()
     m_notifier->setEnabled(isAlive);
 }
 
-void WaylandKeyboardLayout::useSeat(wl_registry *registry, quint32 name)
+void WaylandKeyboardLayout::useSeat(wl_registry *registry, quint32 name, quint32 version)
 {
     // Other seats belong to other people.
     if (m_seat)
         return;
-    m_seat =
-        static_cast<wl_seat *>(wl_registry_bind(registry, name, &wl_seat_interface, seatVersion));
+    m_seat = static_cast<wl_seat *>(
+        wl_registry_bind(registry, name, &wl_seat_interface, std::min(version, seatVersion)));
     wl_seat_add_listener(m_seat, &Listeners::seat, this);
 }
 
@@ -105,16 +119,45 @@ void WaylandKeyboardLayout::useKeyboard(bool isThere)
     }
 }
 
-void WaylandKeyboardLayout::read(int file, quint32 size)
+void WaylandKeyboardLayout::takeRepeat(int rate, int delay)
 {
-    void *const text = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+    // A rate of 0 means that keys do not repeat.
+    if (rate > 0 && delay > 0)
+        setKeyRepeat({std::chrono::milliseconds(delay), std::chrono::milliseconds(1000 / rate)});
+}
+
+void WaylandKeyboardLayout::takeKeymap(int file, quint32 size)
+{
+    forgetKeymap();
+    m_keymapFile = file;
+    m_keymapSize = size;
+    read();
+    if (!m_plasmaLayout)
+        forgetKeymap();
+}
+
+void WaylandKeyboardLayout::forgetKeymap()
+{
+    if (m_keymapFile >= 0)
+        close(std::exchange(m_keymapFile, -1));
+}
+
+void WaylandKeyboardLayout::read()
+{
+    if (m_keymapFile < 0)
+        return;
+    void *const text = mmap(nullptr, m_keymapSize, PROT_READ, MAP_PRIVATE, m_keymapFile, 0);
     if (text == MAP_FAILED)
         return;
     XkbKeymap keymap(
         xkb_keymap_new_from_buffer(makeXkbContext().get(), static_cast<const char *>(text),
-                                   strnlen(static_cast<const char *>(text), size),
+                                   strnlen(static_cast<const char *>(text), m_keymapSize),
                                    XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS));
-    munmap(text, size);
-    if (keymap)
+    munmap(text, m_keymapSize);
+    if (!keymap)
+        return;
+    if (!m_plasmaLayout)
         setLayout(std::move(keymap), firstLayout);
+    else
+        setLayout(std::move(keymap), m_plasmaLayout->index(), WithSymbols::yes);
 }

@@ -1,0 +1,118 @@
+// The layout that is in use on a running KWin, which has one layout at first.
+
+#include "platform/KeyModifier.h"
+#include "platform/linux/layout/PlasmaCodes.h"
+#include "platform/linux/layout/WaylandKeyboardLayout.h"
+#include "support/WriteFile.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr VirtualKey keyY{16};
+constexpr int controlY = int(Qt::ControlModifier) | Qt::Key_Y;
+constexpr int controlZ = int(Qt::ControlModifier) | Qt::Key_Z;
+
+/// As the desktop's settings do.
+void setLayouts(const QByteArray &names)
+{
+    writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/kxkbrc"_s,
+              "[Layout]\nUse=true\nLayoutList=" + names + '\n');
+    QDBusConnection::sessionBus().send(
+        QDBusMessage::createSignal(u"/Layouts"_s, u"org.kde.keyboard"_s, u"reloadConfig"_s));
+}
+
+void awaitService(bool isThere)
+{
+    auto *const bus = QDBusConnection::sessionBus().interface();
+    QTRY_COMPARE(bus->isServiceRegistered(u"org.kde.keyboard"_s).value(), isThere);
+}
+
+void switchTo(uint layout)
+{
+    auto call = QDBusMessage::createMethodCall(u"org.kde.keyboard"_s, u"/Layouts"_s,
+                                               u"org.kde.KeyboardLayouts"_s, u"setLayout"_s);
+    call << layout;
+    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList{true});
+}
+
+struct Layout : WaylandKeyboardLayout {
+    Layout()
+        : WaylandKeyboardLayout(std::make_unique<PlasmaLayout>())
+    {
+        start();
+    }
+    QList<int> controlAndY() const
+    {
+        return plasmaCodes(symbols(), keyY, controlKey, PlasmaVersion::five);
+    }
+};
+} // namespace
+
+class PlasmaLayoutTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isTheOnlyOne()
+    {
+        Layout layout;
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
+    }
+
+    void isFollowed()
+    {
+        Layout layout;
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
+        setLayouts("us,de,ru");
+        awaitService(true);
+        const QSignalSpy changes(&layout, &KeyboardLayout::symbolsChanged);
+        switchTo(1);
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
+        QCOMPARE(layout.labels().label(qint64(keyY)), u"Z"_s);
+        switchTo(2);
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
+        QCOMPARE(changes.size(), 2);
+    }
+
+    void isKnownToALateStart()
+    {
+        setLayouts("us,de");
+        awaitService(true);
+        switchTo(1);
+        Layout layout;
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
+    }
+
+    void isFollowedWhenTheListChanges()
+    {
+        setLayouts("us,de");
+        awaitService(true);
+        switchTo(0);
+        Layout layout;
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
+        setLayouts("de,us");
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
+        setLayouts("us");
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
+        setLayouts("de");
+        QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
+    }
+
+    void knowsHowKeysRepeat()
+    {
+        Layout layout;
+        // What KWin has by default; the usual delay is shorter.
+        QTRY_COMPARE(layout.keyRepeat().delay.count(), 660);
+        QCOMPARE(layout.keyRepeat().interval.count(), 40);
+    }
+};
+
+QTEST_GUILESS_MAIN(PlasmaLayoutTest)
+#include "PlasmaLayoutTest.moc"
