@@ -10,3 +10,5 @@ enum KeyModifier : quint32 {
     optionKey = 0x800,
     controlKey = 0x1000,
 };
+
+constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;

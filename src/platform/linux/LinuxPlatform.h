@@ -6,6 +6,7 @@
 #include "platform/linux/appearance/LinuxAppearance.h"
 #include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
 #include "platform/linux/hotkeys/AbsentHotkeyService.h"
+#include "platform/linux/hotkeys/GrabProbe.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 #include "platform/linux/launch/GioApplications.h"
 #include "platform/linux/launch/LinuxWorkspace.h"

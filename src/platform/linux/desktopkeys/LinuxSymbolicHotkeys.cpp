@@ -32,10 +32,10 @@ QList<SymbolicHotkey> hotkeys(const DesktopKey &desktopKey, const LayoutKeys &ke
 } // namespace
 
 LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys,
-                                           const KeyboardLayout &layout, GrabProbe *grabProbe)
+                                           const KeyboardLayout &layout, TakenKeys *takenKeys)
     : m_desktopKeys(std::move(desktopKeys))
     , m_layout(layout)
-    , m_grabProbe(grabProbe)
+    , m_takenKeys(takenKeys)
 {
     if (m_desktopKeys) {
         connect(m_desktopKeys.get(), &DesktopKeys::changed, this, &LinuxSymbolicHotkeys::resolve);
@@ -43,9 +43,9 @@ LinuxSymbolicHotkeys::LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopK
     }
     m_settling.setInterval(desktopSettlingTime);
     m_settling.setSingleShot(true);
-    if (m_grabProbe) {
-        connect(m_grabProbe, &GrabProbe::changed, this, &SymbolicHotkeys::changed);
-        connect(&m_settling, &QTimer::timeout, m_grabProbe, &GrabProbe::invalidate);
+    if (m_takenKeys) {
+        connect(m_takenKeys, &TakenKeys::changed, this, &SymbolicHotkeys::changed);
+        connect(&m_settling, &QTimer::timeout, m_takenKeys, &TakenKeys::invalidate);
     }
 }
 
@@ -63,13 +63,13 @@ bool LinuxSymbolicHotkeys::keepsSuperKey()
 
 bool LinuxSymbolicHotkeys::isHeldElsewhere(quint32 keyCode, quint32 modifiers)
 {
-    return m_grabProbe && m_grabProbe->isHeldElsewhere(VirtualKey(keyCode), modifiers);
+    return m_takenKeys && m_takenKeys->isHeldElsewhere(VirtualKey(keyCode), modifiers);
 }
 
 void LinuxSymbolicHotkeys::refresh()
 {
-    if (m_grabProbe)
-        m_grabProbe->invalidate();
+    if (m_takenKeys)
+        m_takenKeys->invalidate();
     if (m_isStarted)
         m_desktopKeys->refresh();
 }

@@ -1,9 +1,9 @@
-// The keys that the current desktop and, on X11, other programs use.
+// The keys that the current desktop and other programs use.
 #pragma once
 
 #include "platform/SymbolicHotkeys.h"
 #include "platform/linux/desktopkeys/DesktopKeys.h"
-#include "platform/linux/hotkeys/GrabProbe.h"
+#include "platform/linux/hotkeys/TakenKeys.h"
 #include "platform/linux/layout/KeyboardLayout.h"
 
 #include <QTimer>
@@ -15,10 +15,10 @@ class LinuxSymbolicHotkeys : public SymbolicHotkeys
     Q_OBJECT
 
 public:
-    /// The desktop keys are null if the desktop is unknown, the grab probe if the session is not on
-    /// X11. The layout and the probe must outlive it.
+    /// The desktop keys are null if the desktop is unknown, the taken keys if nobody knows them.
+    /// The layout and the taken keys must outlive it.
     LinuxSymbolicHotkeys(std::unique_ptr<DesktopKeys> desktopKeys, const KeyboardLayout &layout,
-                         GrabProbe *grabProbe);
+                         TakenKeys *takenKeys);
 
     std::optional<QList<SymbolicHotkey>> copySymbolicHotkeys() override;
     bool keepsSuperKey() override;
@@ -32,7 +32,7 @@ private:
 
     std::unique_ptr<DesktopKeys> m_desktopKeys;
     const KeyboardLayout &m_layout;
-    GrabProbe *m_grabProbe;
+    TakenKeys *m_takenKeys;
     QTimer m_settling;
     bool m_isStarted = false;
     std::optional<QList<SymbolicHotkey>> m_hotkeys;

@@ -1,16 +1,16 @@
 // Finds out on demand which key combinations other programs have grabbed at the X server.
 #pragma once
 
+#include "platform/linux/hotkeys/TakenKeys.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 
-#include <QObject>
 #include <map>
 #include <set>
 
 /// For registered combinations the hot key service knows the answer. Others are probed together in
 /// the next turn of the event loop, and then not again until invalidate(): a probe might intercept
 /// a press.
-class GrabProbe : public QObject
+class GrabProbe : public TakenKeys
 {
     Q_OBJECT
 
@@ -18,16 +18,10 @@ public:
     /// The service must outlive it.
     explicit GrabProbe(X11HotkeyService &service);
 
-    /// Answers at once from what is known so far.
-    bool isHeldElsewhere(VirtualKey key, quint32 modifiers);
+    bool isHeldElsewhere(VirtualKey key, quint32 modifiers) override;
 
-    /// Marks all answers as out of date: retries the refused registrations, and probes combinations
-    /// again when they are next asked for.
-    void invalidate();
-
-Q_SIGNALS:
-    /// Emitted when some answers differ, or may differ, from those given before.
-    void changed();
+    /// Probes combinations again when they are next asked for.
+    void invalidate() override;
 
 private:
     struct Answer {

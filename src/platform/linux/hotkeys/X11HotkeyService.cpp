@@ -20,8 +20,6 @@ constexpr auto keyboardSettlingTime = 50ms;
 /// holds, and the fastest usual auto-repeat is slower.
 constexpr auto heldKeysInterval = 15ms;
 
-constexpr quint32 allModifiers = commandKey | shiftKey | optionKey | controlKey;
-
 bool containsAny(const std::set<KeyGrab> &set, const std::set<KeyGrab> &grabs)
 {
     return std::ranges::any_of(grabs, [&](const KeyGrab &grab) { return set.contains(grab); });
@@ -85,29 +83,21 @@ std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, qu
     registered.isRefused = false;
 
     const quint64 token = ++m_lastToken;
-    const auto isEndedOfSameId = [id](const Claim &claim) {
-        return claim.id == id && !claim.token;
-    };
-    const auto former = std::ranges::find_if(registered.claims, isEndedOfSameId);
-    if (former != registered.claims.end())
-        former->token = token;
-    else
-        registered.claims.append({id, token});
+    registered.claims.add(id, token);
     scheduleFlush();
     return Registration([this, combination, token] { unregister(combination, token); });
 }
 
 void X11HotkeyService::unregister(const KeyCombination &combination, quint64 token)
 {
-    QList<Claim> &claims = m_registered.at(combination).claims;
-    std::ranges::find(claims, token, &Claim::token)->token.reset();
+    m_registered.at(combination).claims.end(token);
     scheduleFlush();
 }
 
 void X11HotkeyService::dropEndedClaims()
 {
     for (auto &[combination, registered] : m_registered)
-        registered.claims.removeIf([](const Claim &claim) { return !claim.token; });
+        registered.claims.dropEnded();
     std::erase_if(m_registered, [](const auto &item) { return item.second.claims.isEmpty(); });
 }
 
@@ -151,9 +141,7 @@ std::optional<bool> X11HotkeyService::isRefused(VirtualKey key, quint32 modifier
 {
     const KeyCombination combination{key, modifiers & allModifiers};
     const auto found = m_registered.find(combination);
-    if (found == m_registered.cend()
-        || std::ranges::none_of(found->second.claims,
-                                [](const Claim &claim) { return claim.token.has_value(); }))
+    if (found == m_registered.cend() || !found->second.claims.isLasting())
         return std::nullopt;
     // A combination that was released and registered again in this turn has not been requested
     // anew; the last flush still holds.
@@ -241,7 +229,7 @@ void X11HotkeyService::updateTargets()
     for (const auto &[combination, registered] : m_registered) {
         if (const auto modifiers = m_keyboard.modifiers(combination.modifiers)) {
             for (const XKeycode key : registered.keys)
-                m_targets.insert({{key, *modifiers}, registered.claims.constFirst().id});
+                m_targets.insert({{key, *modifiers}, registered.claims.live()});
         }
     }
 }

@@ -4,6 +4,8 @@
 #include "platform/HotkeyService.h"
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/hotkeys/AutoRepeatFilter.h"
+#include "platform/linux/hotkeys/HotkeyClaims.h"
+#include "platform/linux/hotkeys/KeyCombination.h"
 #include "platform/linux/hotkeys/KeyGrabs.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
@@ -17,14 +19,6 @@
 
 class X11Connection;
 struct X11KeyEvent;
-
-/// A key with a mask of KeyModifier bits.
-struct KeyCombination {
-    VirtualKey key;
-    quint32 modifiers;
-
-    auto operator<=>(const KeyCombination &) const = default;
-};
 
 /// Registrations are only recorded; the grabs follow in one batch at the end of the event loop's
 /// turn, so a combination that is given up and taken again stays grabbed throughout. If the same
@@ -77,14 +71,9 @@ Q_SIGNALS:
     void refusalsChanged();
 
 private:
-    struct Claim {
-        HotkeyId id;
-        /// The token of the Registration; nothing from its end until the next flush.
-        std::optional<quint64> token;
-    };
     struct Registered {
-        /// Never empty. The first is live.
-        QList<Claim> claims;
+        /// Never empty.
+        HotkeyClaims claims;
         /// The key's codes on the current keyboard, without those that another program holds.
         QList<XKeycode> keys;
         /// True if another program holds all of them.
