@@ -88,6 +88,7 @@ int main(int argc, char *argv[])
     // If no window has appeared, nothing else tells the desktop that the start is complete.
     StartupNotification::finish(tokens.startupId);
     const int status = CorvaneApp::exec();
+    session.end();
     // Skip the destructors: nothing needs closing, and a thread may still be playing an alert
     // sound.
     std::_Exit(status);

@@ -72,7 +72,7 @@ struct Desk {
     X11Connection connection;
     UserActivation activation;
     X11HotkeyService hotkeys{connection, activation};
-    LinuxEventMonitor monitor{SessionType::x11, &hotkeys};
+    LinuxEventMonitor monitor{SessionType::x11, &hotkeys, nullptr};
     Keyboard keyboard;
     std::unique_ptr<Window> window = std::make_unique<Window>(u"Recording"_s);
     QList<KeyEvent> heard;

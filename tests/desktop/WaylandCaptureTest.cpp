@@ -65,7 +65,7 @@ protected:
 /// A window with the focus, what is heard of its keys, and a desktop that acts on some.
 struct Desk {
     WaylandKeyboard keyboard;
-    LinuxEventMonitor monitor{SessionType::wayland, nullptr};
+    LinuxEventMonitor monitor{SessionType::wayland, nullptr, nullptr};
     DesktopBinding binding;
     std::unique_ptr<Window> window = std::make_unique<Window>(u"Recording"_s);
     QList<KeyEvent> heard;

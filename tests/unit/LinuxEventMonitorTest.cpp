@@ -121,7 +121,7 @@ void sendMenu(QWidget &receiver, QContextMenuEvent::Reason reason)
 
 /// An active window with a text field and a default button, and what is heard of its keys.
 struct Desk {
-    LinuxEventMonitor monitor{SessionType::x11, nullptr};
+    LinuxEventMonitor monitor{SessionType::x11, nullptr, nullptr};
     std::unique_ptr<QDialog> window = std::make_unique<QDialog>();
     Field *field = new Field;
     QPushButton *button = new QPushButton;

@@ -6,6 +6,8 @@
 #include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 #include "platform/linux/desktopkeys/LxqtKeys.h"
 #include "platform/linux/desktopkeys/XfconfKeys.h"
+#include "platform/linux/hotkeys/DBusKGlobalAccel.h"
+#include "platform/linux/hotkeys/KGlobalAccelRoute.h"
 #include "platform/linux/layout/WaylandKeyboardLayout.h"
 #include "platform/linux/layout/X11KeyboardLayout.h"
 
@@ -40,6 +42,13 @@ std::unique_ptr<DesktopKeys> makeDesktopKeys(const QProcessEnvironment &environm
     Q_UNREACHABLE();
 }
 
+/// KWin says it to the programs of its session; what does not is newer.
+PlasmaVersion plasmaVersion()
+{
+    return qEnvironmentVariable("KDE_SESSION_VERSION") == u"5" ? PlasmaVersion::five
+                                                               : PlasmaVersion::six;
+}
+
 std::unique_ptr<KeyboardLayout> makeKeyboardLayout(bool isOnX11)
 {
     if (isOnX11)
@@ -47,6 +56,23 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout(bool isOnX11)
     const auto desktop = currentDesktop(QProcessEnvironment::systemEnvironment());
     return std::make_unique<WaylandKeyboardLayout>(
         desktop == Desktop::plasma ? std::make_unique<PlasmaLayout>() : nullptr);
+}
+
+std::unique_ptr<WaylandHotkeyService>
+makeWaylandHotkeys(HotkeyWay way, const KeyboardLayout &layout, UserActivation &activation)
+{
+    if (way != HotkeyWay::plasma)
+        return nullptr;
+    auto route = std::make_unique<KGlobalAccelRoute>(std::make_unique<DBusKGlobalAccel>(), layout,
+                                                     plasmaVersion());
+    return std::make_unique<WaylandHotkeyService>(std::move(route), activation);
+}
+
+QString nameOf(HotkeyWay way, bool works)
+{
+    if (!works)
+        return u"none; use Copy Command"_s;
+    return way == HotkeyWay::x11 ? u"X11"_s : u"Plasma"_s;
 }
 
 /// Refreshes when the user returns from another program, where keys may have been reassigned.
@@ -63,19 +89,20 @@ void refreshWhenUserComesBack(LinuxSymbolicHotkeys &symbolicHotkeys)
 Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::make()
 {
     const auto environment = QProcessEnvironment::systemEnvironment();
+    const HotkeyWay way = chooseHotkeyWay(environment);
     switch (sessionType(environment)) {
     case SessionType::x11: {
         auto x11 = std::make_unique<X11Connection>();
         if (!x11->isOpen())
             return Error{
                 u"cannot connect to the X display %1"_s.arg(environment.value(u"DISPLAY"_s))};
-        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(std::move(x11)));
+        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(way, std::move(x11)));
     }
     case SessionType::wayland: {
         const QString socket = waylandSocketPath(environment);
         if (!acceptsConnections(socket))
             return Error{u"cannot connect to the Wayland compositor at %1"_s.arg(socket)};
-        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(nullptr));
+        return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(way, nullptr));
     }
     case SessionType::none:
         break;
@@ -83,15 +110,16 @@ Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::make()
     return Error{u"there is no display; start it in a desktop session"_s};
 }
 
-LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
+LinuxPlatform::LinuxPlatform(HotkeyWay hotkeyWay, std::unique_ptr<X11Connection> x11)
     : m_x11(std::move(x11))
     , m_x11Hotkeys(m_x11 && m_x11->hasXkb()
                        ? std::make_unique<X11HotkeyService>(*m_x11, m_activation)
                        : nullptr)
     , m_grabProbe(m_x11Hotkeys ? std::make_unique<GrabProbe>(*m_x11Hotkeys) : nullptr)
     , m_keyboardLayout(makeKeyboardLayout(m_x11 != nullptr))
+    , m_waylandHotkeys(makeWaylandHotkeys(hotkeyWay, *m_keyboardLayout, m_activation))
     , m_symbolicHotkeys(makeDesktopKeys(QProcessEnvironment::systemEnvironment()),
-                        *m_keyboardLayout, m_grabProbe.get())
+                        *m_keyboardLayout, takenKeys())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
     , m_notifications(applicationId, applicationId)
@@ -99,9 +127,9 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
                       + u"/autostart"_s,
                   runningProgram())
     , m_wording(QProcessEnvironment::systemEnvironment(), *m_keyboardLayout,
-                m_x11Hotkeys ? u"X11"_s : u"none"_s)
+                nameOf(hotkeyWay, m_x11Hotkeys || m_waylandHotkeys))
     , m_services{
-          .hotkeys = m_x11Hotkeys ? static_cast<HotkeyService &>(*m_x11Hotkeys) : m_absentHotkeys,
+          .hotkeys = hotkeys(),
           .symbolicHotkeys = m_symbolicHotkeys,
           .userDefaults = m_userDefaults,
           .workspace = m_workspace,
@@ -123,26 +151,52 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<X11Connection> x11)
 {
 }
 
-std::optional<QString> LinuxPlatform::hotkeysNotice() const
+HotkeyService &LinuxPlatform::hotkeys()
 {
     if (m_x11Hotkeys)
+        return *m_x11Hotkeys;
+    if (m_waylandHotkeys)
+        return *m_waylandHotkeys;
+    return m_absentHotkeys;
+}
+
+TakenKeys *LinuxPlatform::takenKeys()
+{
+    if (m_waylandHotkeys)
+        return &m_waylandHotkeys->route();
+    return m_grabProbe.get();
+}
+
+std::optional<QString> LinuxPlatform::hotkeysNotice() const
+{
+    if (m_x11Hotkeys || m_waylandHotkeys)
         return std::nullopt;
     return m_x11 ? u"key combinations do not work: the X server has no XKEYBOARD extension"_s
-                 : u"key combinations do not work in Wayland sessions yet"_s;
+                 : u"key combinations do not work: this desktop does not let apps register them"_s;
 }
 
 void LinuxPlatform::flushHotkeys()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->flush();
+    if (m_waylandHotkeys)
+        m_waylandHotkeys->flush();
 }
 
 void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
+    if (m_waylandHotkeys)
+        m_waylandHotkeys->route().start();
     refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
     // Queued, so that reading the layout does not delay the tray item.
     QMetaObject::invokeMethod(m_keyboardLayout.get(), &KeyboardLayout::start, Qt::QueuedConnection);
+}
+
+void LinuxPlatform::end()
+{
+    if (m_waylandHotkeys)
+        m_waylandHotkeys->route().letGo();
 }

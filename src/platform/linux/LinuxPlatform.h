@@ -7,6 +7,8 @@
 #include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
 #include "platform/linux/hotkeys/AbsentHotkeyService.h"
 #include "platform/linux/hotkeys/GrabProbe.h"
+#include "platform/linux/hotkeys/HotkeyWay.h"
+#include "platform/linux/hotkeys/WaylandHotkeyService.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 #include "platform/linux/launch/GioApplications.h"
 #include "platform/linux/launch/LinuxWorkspace.h"
@@ -45,9 +47,16 @@ public:
     /// To be called once, when QApplication exists.
     void attachToEventLoop();
 
+    /// Gives up what the desktop would keep for us. To be called before the program ends; waits for
+    /// 250 ms at most.
+    void end();
+
 private:
-    /// Hot keys are unavailable without a connection.
-    explicit LinuxPlatform(std::unique_ptr<X11Connection> x11);
+    /// Pass the connection in X11 sessions, else null.
+    LinuxPlatform(HotkeyWay hotkeyWay, std::unique_ptr<X11Connection> x11);
+
+    HotkeyService &hotkeys();
+    TakenKeys *takenKeys();
 
     UserActivation m_activation;
     std::unique_ptr<X11Connection> m_x11;
@@ -55,6 +64,7 @@ private:
     AbsentHotkeyService m_absentHotkeys;
     std::unique_ptr<GrabProbe> m_grabProbe;
     std::unique_ptr<KeyboardLayout> m_keyboardLayout;
+    std::unique_ptr<WaylandHotkeyService> m_waylandHotkeys;
     LinuxSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
     LinuxWorkspace m_workspace{m_activation};
@@ -63,7 +73,7 @@ private:
     LinuxStatusBar m_statusBar{m_activation};
     LinuxApplication m_application{m_activation};
     LinuxEventMonitor m_eventMonitor{m_x11 ? SessionType::x11 : SessionType::wayland,
-                                     m_x11Hotkeys.get()};
+                                     m_x11Hotkeys.get(), m_waylandHotkeys.get()};
     GioApplications m_installedApplications;
     LinuxShortcutLibrary m_shortcutLibrary;
     AutostartLoginItem m_loginItem;

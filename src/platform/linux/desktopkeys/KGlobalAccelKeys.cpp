@@ -1,5 +1,6 @@
 #include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 
+#include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/desktopkeys/ActionName.h"
 
 #include <QDBusArgument>
@@ -35,13 +36,17 @@ QList<DesktopKey> activeKeys(const QDBusMessage &shortcuts)
     while (!list.atEnd()) {
         QString id;
         QString title;
+        QString componentId;
         QString component;
         QString other;
         QList<int> codes;
         list.beginStructure();
         // The ids and titles of the shortcut, its component and its context.
-        list >> id >> title >> other >> component >> other >> other >> codes;
+        list >> id >> title >> componentId >> component >> other >> other >> codes;
         list.endStructure();
+        // Our own combinations are not used by others.
+        if (componentId == applicationId)
+            continue;
         const auto action = nameOf(component, id, title);
         for (const int code : codes) {
             if (const auto accelerator = qtAccelerator(code))

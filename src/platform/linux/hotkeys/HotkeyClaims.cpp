@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-void HotkeyClaims::add(HotkeyId id, quint64 token)
+void HotkeyClaims::add(HotkeyId id, const HotkeyPurpose &purpose, quint64 token)
 {
     const auto former = std::ranges::find_if(
         m_claims, [id](const Claim &claim) { return claim.id == id && !claim.token; });
     if (former != m_claims.end())
-        former->token = token;
+        *former = {id, purpose, token};
     else
-        m_claims.append({id, token});
+        m_claims.append({id, purpose, token});
 }
 
 void HotkeyClaims::end(quint64 token)

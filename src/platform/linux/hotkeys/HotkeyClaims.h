@@ -11,7 +11,7 @@ class HotkeyClaims
 {
 public:
     /// The token identifies the claim when it ends.
-    void add(HotkeyId id, quint64 token);
+    void add(HotkeyId id, const HotkeyPurpose &purpose, quint64 token);
     void end(quint64 token);
     void dropEnded();
 
@@ -20,12 +20,14 @@ public:
     /// Whether any claim has not ended.
     bool isLasting() const;
 
-    /// The id of the first. There must be one.
+    /// Those of the first. There must be one.
     HotkeyId live() const { return m_claims.constFirst().id; }
+    const HotkeyPurpose &purpose() const { return m_claims.constFirst().purpose; }
 
 private:
     struct Claim {
         HotkeyId id;
+        HotkeyPurpose purpose;
         /// Nothing once the claim has ended.
         std::optional<quint64> token;
     };

@@ -71,7 +71,8 @@ void X11HotkeyService::installHandler(std::function<void(HotkeyId)> handler)
 }
 
 std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, quint32 modifiers,
-                                                             HotkeyId id, const HotkeyPurpose &)
+                                                             HotkeyId id,
+                                                             const HotkeyPurpose &purpose)
 {
     const VirtualKey key{keyCode};
     if (KeyCodes::physicalKeys(key).isEmpty())
@@ -83,7 +84,7 @@ std::optional<Registration> X11HotkeyService::registerHotkey(quint32 keyCode, qu
     registered.isRefused = false;
 
     const quint64 token = ++m_lastToken;
-    registered.claims.add(id, token);
+    registered.claims.add(id, purpose, token);
     scheduleFlush();
     return Registration([this, combination, token] { unregister(combination, token); });
 }

@@ -19,6 +19,8 @@ public:
     /// Reads a key map, given the index of the layout that is in use; keeps no reference to it.
     KeySymbols(xkb_keymap *keymap, quint32 layout);
 
+    bool isEmpty() const { return m_rows.empty(); }
+
     struct Symbols {
         KeySymbol symbol;
         /// While Num Lock is on.

@@ -1,6 +1,7 @@
 #include "platform/linux/recording/KeyCapture.h"
 
 #include "platform/ModifierForms.h"
+#include "platform/linux/hotkeys/WaylandHotkeyService.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/recording/HeldKeyRepeatFilter.h"
@@ -62,12 +63,11 @@ std::optional<KeyEvent> keyEvent(const QKeyEvent &press, const X11Keyboard *keyb
 } // namespace
 
 KeyCapture::KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
-                       X11HotkeyService *hotkeys, ShortcutsInhibitor *inhibitor)
+                       const Services &services)
     : m_widget(&widget)
     , m_handler(std::move(handler))
     , m_repeatFilter(repeatFilter)
-    , m_hotkeys(hotkeys)
-    , m_inhibitor(inhibitor)
+    , m_services(services)
 {
     connect(&widget, &QObject::destroyed, this, &KeyCapture::end);
     qApp->installEventFilter(this);
@@ -106,6 +106,7 @@ void KeyCapture::begin()
     if (std::exchange(m_isOn, true))
         return;
     inhibitShortcuts();
+    divertHotkeys();
     grabKeyboard();
     // Input methods get the keys before any event filter, unless the focused object disables them.
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
@@ -116,6 +117,8 @@ void KeyCapture::end()
     if (!std::exchange(m_isOn, false))
         return;
     releaseKeyboard();
+    if (m_services.waylandHotkeys)
+        m_services.waylandHotkeys->divertPresses(nullptr);
     m_repeatFilter.swallowRepeats();
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -123,26 +126,38 @@ void KeyCapture::end()
 void KeyCapture::inhibitShortcuts()
 {
     QWindow *const window = m_widget->window()->windowHandle();
-    if (m_inhibitor && window)
-        m_inhibitor->hold(*window);
+    if (m_services.inhibitor && window)
+        m_services.inhibitor->hold(*window);
+}
+
+/// A desktop that does not leave the keys to the window tells of our own combinations only as their
+/// presses.
+void KeyCapture::divertHotkeys()
+{
+    if (!m_services.waylandHotkeys)
+        return;
+    m_services.waylandHotkeys->divertPresses([this](const KeyCombination &combination) {
+        hear({quint16(combination.key),
+              converted(combination.modifiers, &ModifierForms::mask, &ModifierForms::eventFlag)});
+    });
 }
 
 /// A compositor acts on the next repeat of keys that are held when the inhibitor ends.
 void KeyCapture::uninhibitShortcuts()
 {
-    if (!m_inhibitor)
+    if (!m_services.inhibitor)
         return;
     if (m_repeatFilter.hasHeldKeys())
-        m_inhibitor->letGoWhenKeysAreUp();
+        m_services.inhibitor->letGoWhenKeysAreUp();
     else
-        m_inhibitor->letGo();
+        m_services.inhibitor->letGo();
 }
 
 void KeyCapture::grabKeyboard()
 {
     // On other platforms windows cannot grab the keyboard, and print a warning. In a Wayland
     // session the X server is that of XWayland, and a grab there would outlive the window's focus.
-    if (m_inhibitor || QGuiApplication::platformName() != u"xcb")
+    if (m_services.inhibitor || QGuiApplication::platformName() != u"xcb")
         return;
     QWindow *const window = m_widget->window()->windowHandle();
     if (window && window->setKeyboardGrabEnabled(true))
@@ -153,8 +168,8 @@ void KeyCapture::releaseKeyboard()
 {
     if (!m_grabbedWindow)
         return;
-    if (m_hotkeys)
-        m_hotkeys->ignoreKeysThatAreDown();
+    if (m_services.x11Hotkeys)
+        m_services.x11Hotkeys->ignoreKeysThatAreDown();
     m_grabbedWindow->setKeyboardGrabEnabled(false);
     m_grabbedWindow = nullptr;
     // Flush now instead of when the event loop is idle, so that no press of a hot key is lost.
@@ -193,10 +208,15 @@ bool KeyCapture::swallowKey(QKeyEvent &event)
     // Grab again with each press, because the grab may have been refused, or a menu may have ended
     // it since. The modifiers of a combination arrive before the press that needs the grab.
     grabKeyboard();
-    if (const auto press = keyEvent(event, m_hotkeys ? &m_hotkeys->keyboard() : nullptr)) {
-        // Copy the handler: it may delete itself.
-        const Handler handler = m_handler;
-        handler(*press);
-    }
+    if (const auto press =
+            keyEvent(event, m_services.x11Hotkeys ? &m_services.x11Hotkeys->keyboard() : nullptr))
+        hear(*press);
     return true;
+}
+
+void KeyCapture::hear(const KeyEvent &event)
+{
+    // Copy the handler: it may delete itself.
+    const Handler handler = m_handler;
+    handler(event);
 }

@@ -11,7 +11,9 @@
 
 class HeldKeyRepeatFilter;
 class ShortcutsInhibitor;
+class WaylandHotkeyService;
 class X11HotkeyService;
+struct KeyCombination;
 
 class KeyCapture final : public QObject
 {
@@ -20,11 +22,20 @@ class KeyCapture final : public QObject
 public:
     using Handler = std::function<void(const KeyEvent &)>;
 
+    /// Those that the session has; the others are null.
+    struct Services {
+        /// The grab on X11 suspends them.
+        X11HotkeyService *x11Hotkeys = nullptr;
+        /// Their presses go to the handler too.
+        WaylandHotkeyService *waylandHotkeys = nullptr;
+        /// In all Wayland sessions, where nothing is grabbed.
+        ShortcutsInhibitor *inhibitor = nullptr;
+    };
+
     /// The window is that of the widget; the widget may be destroyed first. The handler may delete
-    /// the capture. Pass the hot keys, if there are any, so that the grab on X11 suspends them.
-    /// Pass the inhibitor in Wayland sessions, where nothing is grabbed.
+    /// the capture.
     KeyCapture(QWidget &widget, Handler handler, HeldKeyRepeatFilter &repeatFilter,
-               X11HotkeyService *hotkeys, ShortcutsInhibitor *inhibitor);
+               const Services &services);
     ~KeyCapture() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -37,14 +48,15 @@ private:
     void uninhibitShortcuts();
     void grabKeyboard();
     void releaseKeyboard();
+    void divertHotkeys();
+    void hear(const KeyEvent &event);
     bool swallow(QEvent &event);
     bool swallowKey(QKeyEvent &event);
 
     const QPointer<QWidget> m_widget;
     const Handler m_handler;
     HeldKeyRepeatFilter &m_repeatFilter;
-    X11HotkeyService *const m_hotkeys;
-    ShortcutsInhibitor *const m_inhibitor;
+    const Services m_services;
     bool m_isOn = false;
     QPointer<QWindow> m_grabbedWindow;
 };

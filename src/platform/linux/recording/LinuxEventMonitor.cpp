@@ -4,8 +4,10 @@
 
 #include <memory>
 
-LinuxEventMonitor::LinuxEventMonitor(SessionType session, X11HotkeyService *hotkeys)
-    : m_hotkeys(hotkeys)
+LinuxEventMonitor::LinuxEventMonitor(SessionType session, X11HotkeyService *x11Hotkeys,
+                                     WaylandHotkeyService *waylandHotkeys)
+    : m_x11Hotkeys(x11Hotkeys)
+    , m_waylandHotkeys(waylandHotkeys)
 {
     if (session != SessionType::wayland)
         return;
@@ -18,7 +20,10 @@ std::optional<Registration>
 LinuxEventMonitor::addLocalMonitorForEvents(QWidget &widget,
                                             std::function<void(const KeyEvent &)> handler)
 {
-    auto capture = std::make_shared<KeyCapture>(widget, std::move(handler), m_repeatFilter,
-                                                m_hotkeys, m_inhibitor ? &*m_inhibitor : nullptr);
+    auto capture = std::make_shared<KeyCapture>(
+        widget, std::move(handler), m_repeatFilter,
+        KeyCapture::Services{.x11Hotkeys = m_x11Hotkeys,
+                             .waylandHotkeys = m_waylandHotkeys,
+                             .inhibitor = m_inhibitor ? &*m_inhibitor : nullptr});
     return Registration([capture = std::move(capture)]() mutable { capture.reset(); });
 }

@@ -8,21 +8,24 @@
 
 #include <optional>
 
+class WaylandHotkeyService;
 class X11HotkeyService;
 
 class LinuxEventMonitor : public EventMonitor
 {
 public:
-    /// The session's hot keys know the keyboard; null if there are none on X11. They must outlive
-    /// the monitor.
-    LinuxEventMonitor(SessionType session, X11HotkeyService *hotkeys);
+    /// The session's hot keys, null if there are none: those on X11 know the keyboard. They must
+    /// outlive the monitor.
+    LinuxEventMonitor(SessionType session, X11HotkeyService *x11Hotkeys,
+                      WaylandHotkeyService *waylandHotkeys);
 
     std::optional<Registration>
     addLocalMonitorForEvents(QWidget &widget,
                              std::function<void(const KeyEvent &)> handler) override;
 
 private:
-    X11HotkeyService *const m_hotkeys;
+    X11HotkeyService *const m_x11Hotkeys;
+    WaylandHotkeyService *const m_waylandHotkeys;
     HeldKeyRepeatFilter m_repeatFilter;
     /// In Wayland sessions only.
     std::optional<ShortcutsInhibitor> m_inhibitor;
