@@ -11,6 +11,9 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
 #include <QTest>
 #include <algorithm>
 #include <csignal>
@@ -21,6 +24,7 @@ namespace
 {
 const QString service = u"org.kde.kglobalaccel"_s;
 const QString component = u"org.corvane.Corvane"_s;
+const QString corvanePath = u"/component/org_corvane_Corvane"_s;
 
 constexpr StoredKeys storedControlAltK{40, 0x1800};
 constexpr StoredKeys storedControlAltJ{38, 0x1800};
@@ -77,7 +81,7 @@ QList<Shortcut> shortcutsOf(const QString &path)
 QList<int> heldCodes()
 {
     QList<int> codes;
-    for (const Shortcut &shortcut : shortcutsOf(u"/component/org_corvane_Corvane"_s))
+    for (const Shortcut &shortcut : shortcutsOf(corvanePath))
         codes += shortcut.codes;
     std::ranges::sort(codes);
     return codes;
@@ -100,6 +104,31 @@ public:
 private:
     const QStringList m_id{u"rival"_s, u"act"_s, u"Rival"_s, u"Act"_s};
 };
+
+QString warningOf(const QString &keys, const QString &action)
+{
+    return u"%1 is already used by Plasma (%2). It may not work."_s.arg(keys, action);
+}
+
+pid_t compositor()
+{
+    return pid_t(QDBusConnection::sessionBus().interface()->servicePid(service).value());
+}
+
+/// Presses the button of that name once it shows.
+void press(const Accessible &all, const QString &name)
+{
+    const Accessible button = all.await(u"push button"_s, name);
+    QTRY_VERIFY(button.press());
+}
+
+/// Awaits that the program records, and has heard a key that it does not take.
+void awaitRecording(const Accessible &all, WaylandKeyboard &keyboard)
+{
+    const Accessible hint = all.await(u"label"_s, u"Esc cancels"_s);
+    keyboard.type({KEY_F7});
+    QTRY_VERIFY(hint.name() != u"Esc cancels"_s);
+}
 
 /// As the desktop's settings do.
 void setLayouts(const QByteArray &names)
@@ -227,7 +256,7 @@ private Q_SLOTS:
         desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
         desk.start({controlAltCode | Qt::Key_J});
-        QTRY_COMPARE(shortcutsOf(u"/component/org_corvane_Corvane"_s).size(), 1);
+        QTRY_COMPARE(shortcutsOf(corvanePath).size(), 1);
         desk.keyboard.type(controlAltK);
         desk.keyboard.type(controlAltJ);
         desk.claimRuns(1);
@@ -236,6 +265,119 @@ private Q_SLOTS:
         askForSettings();
         QTRY_COMPARE(heldCodes(),
                      QList<int>({controlAltCode | Qt::Key_J, controlAltCode | Qt::Key_K}));
+    }
+
+    void areReportedAsTakenByOthers()
+    {
+        const Rival rival(controlAltCode | Qt::Key_K);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start({});
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        QVERIFY(all.await(u"label"_s, warningOf(u"Ctrl+Alt+K"_s, u"Rival: Act"_s)).isThere());
+    }
+
+    void haveTheNameOfTheirEntry()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        QCOMPARE(shortcutsOf(corvanePath).constFirst().title, u"App"_s);
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        press(all, u"Edit"_s);
+        QVERIFY(all.await(u"text"_s, u"Name"_s).setText(u"Editor"_s));
+        press(all, u"Save"_s);
+        QTRY_COMPARE(shortcutsOf(corvanePath).constFirst().title, u"Editor"_s);
+        QCOMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
+    }
+
+    void areNotWarnedOf()
+    {
+        const Rival rival(controlAltCode | Qt::Key_J);
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
+        desk.start();
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        // The warning of other keys shows that the program has read those of the desktop.
+        QVERIFY(all.await(u"label"_s, warningOf(u"Ctrl+Alt+J"_s, u"Rival: Act"_s)).isThere());
+        for (const Accessible &label : all.findAll(u"label"_s))
+            QVERIFY2(!label.name().startsWith(u"Ctrl+Alt+K is"), qPrintable(label.name()));
+    }
+
+    void areRecordedWithoutARun()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        press(all, u"Edit"_s);
+        press(all, u"Ctrl+Alt+K"_s);
+        awaitRecording(all, desk.keyboard);
+        desk.keyboard.type(controlAltK);
+        QVERIFY(all.await(u"push button"_s, u"Ctrl+Alt+K"_s).isThere());
+        // A press after it runs, so nothing else is to come.
+        desk.typeUntilItRuns(controlAltK);
+        QCOMPARE(desk.app.starts().size(), 1);
+    }
+
+    void runNothingThatIsRecordedAndHeldOn()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        press(all, u"Edit"_s);
+        for (const auto &[former, keys] :
+             {std::pair(u"Ctrl+Alt+K"_s, controlAltJ), std::pair(u"Ctrl+Alt+J"_s, controlAltK),
+              std::pair(u"Ctrl+Alt+K"_s, controlAltK)}) {
+            press(all, former);
+            awaitRecording(all, desk.keyboard);
+            desk.keyboard.press(keys);
+            const bool isK = keys == controlAltK;
+            QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | (isK ? Qt::Key_K : Qt::Key_J)});
+            QTest::qWait(longHold);
+            desk.keyboard.release(keys);
+            QVERIFY(desk.app.starts().isEmpty());
+        }
+        // The release has reached the program, and its end of the recording the compositor.
+        desk.typeUntilItRuns(controlAltK);
+    }
+
+    void areGivenUpWhilePaused()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        chooseInTray(u"Pause all shortcuts"_s);
+        QTRY_COMPARE(heldCodes(), QList<int>());
+        chooseInTray(u"Pause all shortcuts"_s);
+        QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
+        desk.keyboard.type(controlAltK);
+        desk.claimRuns(1);
+    }
+
+    void runWithTheKeysOfTheDesktopsSettings()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        askForSettings();
+        const Accessible all = Accessible::program(desk.program.processId());
+        QVERIFY(all.await(u"label"_s, u"Ctrl+Alt+K"_s).isThere());
+        const QStringList id{component, shortcutsOf(corvanePath).constFirst().name, u"Corvane"_s,
+                             u"App"_s};
+        ask(u"setForeignShortcut"_s,
+            {id, QVariant::fromValue(QList<int>{controlAltCode | Qt::Key_J})});
+        QVERIFY(all.await(u"label"_s, u"Your desktop uses Ctrl+Alt+J for this."_s).isThere());
+        desk.keyboard.type(controlAltK);
+        desk.keyboard.type(controlAltJ);
+        desk.claimRuns(1);
     }
 
     void followTheLayout()
@@ -253,6 +395,58 @@ private Q_SLOTS:
             desk.typeUntilItRuns({KEY_LEFTCTRL, KEY_Y});
         }
         setLayouts("us");
+    }
+
+    void keepNobodyWaitingAtTheEnd()
+    {
+        Desk desk;
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        desk.start();
+        const pid_t kwin = compositor();
+        kill(kwin, SIGSTOP);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(desk.program.end(), 0);
+        const qint64 elapsed = timer.elapsed();
+        kill(kwin, SIGCONT);
+        // 250 ms, and what the end takes otherwise.
+        QVERIFY2(elapsed < 500, qPrintable(QString::number(elapsed)));
+        QTRY_COMPARE(heldCodes(), QList<int>());
+    }
+
+    // The last, because the keyboard ends with its compositor.
+    void comeBackAfterACrashOfTheCompositor()
+    {
+        auto desk = std::make_unique<Desk>();
+        desk->program.addApp(desk->app.desktopFile(), storedControlAltK);
+        desk->start();
+        QFile commandLine(u"/proc/%1/cmdline"_s.arg(compositor()));
+        QVERIFY(commandLine.open(QIODevice::ReadOnly));
+        QByteArrayList arguments = commandLine.readAll().split('\0');
+        kill(compositor(), SIGKILL);
+        // Qt ends its programs with the compositor.
+        QCOMPARE(desk->program.exitStatus(), 1);
+        QFile saved(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/kglobalshortcutsrc"_s);
+        QVERIFY(!saved.open(QIODevice::ReadOnly) || !saved.readAll().contains("corvane"));
+
+        QProcess kwin;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"KWIN_WAYLAND_NO_PERMISSION_CHECKS"_s, u"1"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        kwin.setProcessEnvironment(environment);
+        kwin.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        QStringList texts;
+        for (const QByteArray &argument : arguments)
+            texts << QString::fromLocal8Bit(argument);
+        kwin.start(texts.constFirst(), texts.mid(1, texts.size() - 2));
+        QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
+        desk->program.startAgain();
+        QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
+        WaylandKeyboard().type(controlAltK);
+        desk->claimRuns(1);
+        desk->program.stop();
+        kwin.terminate();
+        kwin.waitForFinished();
     }
 };
 
