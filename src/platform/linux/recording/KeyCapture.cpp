@@ -160,20 +160,19 @@ void KeyCapture::grabKeyboard()
     if (m_services.inhibitor || QGuiApplication::platformName() != u"xcb")
         return;
     QWindow *const window = m_widget->window()->windowHandle();
-    if (window && window->setKeyboardGrabEnabled(true))
-        m_grabbedWindow = window;
+    if (window && !m_keyboardGrab)
+        m_keyboardGrab.emplace(xcb_window_t(window->winId()));
+    if (m_keyboardGrab)
+        m_keyboardGrab->renew();
 }
 
 void KeyCapture::releaseKeyboard()
 {
-    if (!m_grabbedWindow)
+    if (!m_keyboardGrab)
         return;
     if (m_services.x11Hotkeys)
         m_services.x11Hotkeys->ignoreKeysThatAreDown();
-    m_grabbedWindow->setKeyboardGrabEnabled(false);
-    m_grabbedWindow = nullptr;
-    // Flush now instead of when the event loop is idle, so that no press of a hot key is lost.
-    xcb_flush(qApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
+    m_keyboardGrab.reset();
 }
 
 bool KeyCapture::swallow(QEvent &event)

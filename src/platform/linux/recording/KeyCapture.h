@@ -3,11 +3,13 @@
 #pragma once
 
 #include "platform/EventMonitor.h"
+#include "platform/linux/recording/KeyboardGrab.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
+#include <optional>
 
 class HeldKeyRepeatFilter;
 class ShortcutsInhibitor;
@@ -58,5 +60,5 @@ private:
     HeldKeyRepeatFilter &m_repeatFilter;
     const Services m_services;
     bool m_isOn = false;
-    QPointer<QWindow> m_grabbedWindow;
+    std::optional<KeyboardGrab> m_keyboardGrab;
 };
