@@ -94,6 +94,8 @@ private Q_SLOTS:
         add("a function key and Alt", us, keyF5, optionKey, u"Alt+F5"_s);
         add("a key of the consoles", us, keyF5, controlAlt, {});
         add("a key of the consoles and Super", us, keyF5, controlAlt | commandKey, {});
+        add("a key of the consoles and Shift", us, keyF5, controlAlt | shiftKey,
+            u"Ctrl+Alt+Shift+F5"_s);
         add("Print", us, keyF13, control, u"Ctrl+Print"_s);
         add("Print and Alt, which is SysReq", us, keyF13, optionKey, u"SysReq"_s);
         add("Scroll Lock", us, keyF14, control, u"Ctrl+ScrollLock"_s);

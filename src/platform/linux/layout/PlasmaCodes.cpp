@@ -6,12 +6,14 @@
 
 namespace
 {
-/// Control, Alt and F1 to F12 switch consoles. The keysyms of most key maps say so, not all.
+/// Control, Alt and F1 to F12 switch consoles, but not with Shift. The keysyms of most key maps say
+/// so, not all.
 bool isOfConsoles(const KeySymbol &symbol, quint32 modifiers)
 {
     constexpr quint32 controlAlt = controlKey | optionKey;
     const int key = qtKey(symbol.keysym);
-    return (modifiers & controlAlt) == controlAlt && key >= Qt::Key_F1 && key <= Qt::Key_F12;
+    return (modifiers & ~quint32(commandKey)) == controlAlt && key >= Qt::Key_F1
+        && key <= Qt::Key_F12;
 }
 } // namespace
 
