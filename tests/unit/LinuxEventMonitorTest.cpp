@@ -1,8 +1,11 @@
 // Who hears of which keys while a window's keys are monitored, and afterwards.
 
 #include "platform/linux/recording/LinuxEventMonitor.h"
+#include "fakes/FakeHotkeyRoute.h"
 #include "fakes/KeyEventText.h"
 #include "platform/EventFlag.h"
+#include "platform/KeyModifier.h"
+#include "platform/linux/hotkeys/WaylandHotkeyService.h"
 
 #include <QContextMenuEvent>
 #include <QDialog>
@@ -121,7 +124,10 @@ void sendMenu(QWidget &receiver, QContextMenuEvent::Reason reason)
 
 /// An active window with a text field and a default button, and what is heard of its keys.
 struct Desk {
-    LinuxEventMonitor monitor{SessionType::x11, nullptr, nullptr};
+    FakeHotkeyRoute *route = new FakeHotkeyRoute;
+    UserActivation activation;
+    WaylandHotkeyService hotkeys{std::unique_ptr<HotkeyRoute>(route), activation};
+    LinuxEventMonitor monitor{SessionType::wayland, nullptr, &hotkeys};
     std::unique_ptr<QDialog> window = std::make_unique<QDialog>();
     Field *field = new Field;
     QPushButton *button = new QPushButton;
@@ -170,6 +176,37 @@ class LinuxEventMonitorTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void hearsHotKeysThatTheDesktopKeepsFromTheWindow()
+    {
+        Desk desk;
+        const auto hotkey = desk.hotkeys.registerHotkey(keyK, controlKey | optionKey, {0, 1}, {});
+        int presses = 0;
+        desk.hotkeys.installHandler([&presses](HotkeyId) { ++presses; });
+        const auto press = [&desk] {
+            Q_EMIT desk.route->pressed({VirtualKey(keyK), controlKey | optionKey}, {});
+        };
+        desk.startForOnePress();
+        press();
+        QCOMPARE(desk.heard, QList<KeyEvent>({{keyK, controlEventFlag | optionEventFlag}}));
+        QCOMPARE(presses, 0);
+        press();
+        QCOMPARE(presses, 1);
+    }
+
+    void leavesHotKeysAloneWhileTheWindowIsInactive()
+    {
+        Desk desk;
+        const auto hotkey = desk.hotkeys.registerHotkey(keyK, controlKey, {0, 1}, {});
+        int presses = 0;
+        desk.hotkeys.installHandler([&presses](HotkeyId) { ++presses; });
+        desk.start();
+        QDialog other;
+        Desk::activate(other);
+        Q_EMIT desk.route->pressed({VirtualKey(keyK), controlKey}, {});
+        QCOMPARE(presses, 1);
+        QVERIFY(desk.heard.isEmpty());
+    }
+
     void tellsThePhysicalKey_data()
     {
         QTest::addColumn<Key>("key");

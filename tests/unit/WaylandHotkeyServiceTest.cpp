@@ -1,6 +1,7 @@
 // Who gets the presses of a route, and what the route is asked to hold.
 
 #include "platform/linux/hotkeys/WaylandHotkeyService.h"
+#include "fakes/FakeHotkeyRoute.h"
 #include "platform/KeyModifier.h"
 
 #include <QSignalSpy>
@@ -16,23 +17,8 @@ constexpr KeyCombination controlJ{VirtualKey(38), controlKey};
 constexpr HotkeyId first{0, 1};
 constexpr HotkeyId second{0, 2};
 
-class FakeRoute : public HotkeyRoute
-{
-public:
-    void start() override { }
-    void hold(const WantedHotkeys &wanted) override { holds << wanted; }
-    void letGo() override { }
-    HotkeyReach reach() const override { return HotkeyReach::registered; }
-    std::optional<KeyCombination> otherKeys(const KeyCombination &) const override { return used; }
-    bool isHeldElsewhere(VirtualKey, quint32) override { return false; }
-    void invalidate() override { }
-
-    QList<WantedHotkeys> holds;
-    std::optional<KeyCombination> used;
-};
-
 struct Desk {
-    FakeRoute *route = new FakeRoute;
+    FakeHotkeyRoute *route = new FakeHotkeyRoute;
     UserActivation activation;
     WaylandHotkeyService service{std::unique_ptr<HotkeyRoute>(route), activation};
     QList<HotkeyId> fired;
