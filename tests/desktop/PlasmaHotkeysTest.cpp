@@ -115,6 +115,25 @@ pid_t compositor()
     return pid_t(QDBusConnection::sessionBus().interface()->servicePid(service).value());
 }
 
+QStringList commandOf(pid_t process)
+{
+    QFile file(u"/proc/%1/cmdline"_s.arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromLocal8Bit(file.readAll()).split(u'\0', Qt::SkipEmptyParts);
+}
+
+/// Starts the compositor as script/desktop does.
+void startAgain(QProcess &kwin, const QStringList &command)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"KWIN_WAYLAND_NO_PERMISSION_CHECKS"_s, u"1"_s);
+    environment.remove(u"WAYLAND_DISPLAY"_s);
+    kwin.setProcessEnvironment(environment);
+    kwin.start(command.constFirst(), command.sliced(1));
+    QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
+}
+
 /// Presses the button of that name once it shows.
 void press(const Accessible &all, const QString &name)
 {
@@ -497,9 +516,7 @@ private Q_SLOTS:
         auto desk = std::make_unique<Desk>();
         desk->program.addApp(desk->app.desktopFile(), storedControlAltK);
         desk->start();
-        QFile commandLine(u"/proc/%1/cmdline"_s.arg(compositor()));
-        QVERIFY(commandLine.open(QIODevice::ReadOnly));
-        QByteArrayList arguments = commandLine.readAll().split('\0');
+        const QStringList command = commandOf(compositor());
         kill(compositor(), SIGKILL);
         // Qt ends its programs with the compositor.
         QCOMPARE(desk->program.exitStatus(), 1);
@@ -507,16 +524,7 @@ private Q_SLOTS:
         QVERIFY(!saved.open(QIODevice::ReadOnly) || !saved.readAll().contains("corvane"));
 
         QProcess kwin;
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"KWIN_WAYLAND_NO_PERMISSION_CHECKS"_s, u"1"_s);
-        environment.remove(u"WAYLAND_DISPLAY"_s);
-        kwin.setProcessEnvironment(environment);
-        kwin.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        QStringList texts;
-        for (const QByteArray &argument : arguments)
-            texts << QString::fromLocal8Bit(argument);
-        kwin.start(texts.constFirst(), texts.mid(1, texts.size() - 2));
-        QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
+        startAgain(kwin, command);
         desk->program.startAgain();
         QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
         WaylandKeyboard().type(controlAltK);

@@ -369,6 +369,16 @@ private Q_SLOTS:
         QCOMPARE(desk.service->actions, Actions({{nameY, {codeZ}}}));
     }
 
+    void forgetsTheUsersOtherKeysWithTheService()
+    {
+        Desk desk;
+        desk.startWith({{controlK, {{}, u"Editor"_s}}});
+        Q_EMIT desk.service->codesChanged(nameK, {codeJ});
+        Q_EMIT desk.service->gone();
+        QVERIFY(!desk.route.otherKeys(controlK));
+        QCOMPARE(desk.outcomes.size(), 2);
+    }
+
     void givesEverythingUpAtTheEnd()
     {
         Desk desk;

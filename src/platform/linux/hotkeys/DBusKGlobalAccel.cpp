@@ -36,9 +36,9 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, PlasmaKeySequence
     return argument;
 }
 
-const QString service = u"org.kde.kglobalaccel"_s;
-const QString path = u"/kglobalaccel"_s;
-const QString interface = u"org.kde.KGlobalAccel"_s;
+const QString shortcutsService = u"org.kde.kglobalaccel"_s;
+const QString shortcutsPath = u"/kglobalaccel"_s;
+const QString shortcutsInterface = u"org.kde.KGlobalAccel"_s;
 const QString componentInterface = u"org.kde.kglobalaccel.Component"_s;
 /// What users read in System Settings.
 const QString componentTitle = u"Corvane"_s;
@@ -75,7 +75,8 @@ QList<int> codesOf(const QVariant &argument)
 
 QDBusMessage methodCall(const QString &method, const QVariantList &arguments)
 {
-    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    auto message =
+        QDBusMessage::createMethodCall(shortcutsService, shortcutsPath, shortcutsInterface, method);
     message.setAutoStartService(false);
     message.setArguments(arguments);
     return message;
@@ -116,8 +117,8 @@ void DBusKGlobalAccel::start()
     connect(&m_settling, &QTimer::timeout, this, &KGlobalAccel::appeared);
 
     auto bus = QDBusConnection::sessionBus();
-    auto *const owner =
-        new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto *const owner = new QDBusServiceWatcher(shortcutsService, bus,
+                                                QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &newOwner) {
                 m_settling.stop();
@@ -132,7 +133,7 @@ void DBusKGlobalAccel::start()
                 SLOT(takePress(QString, QString)));
     bus.connect(QString(), componentPath(), componentInterface, u"globalShortcutReleased"_s, this,
                 SLOT(takeRelease(QString, QString)));
-    bus.connect(QString(), path, interface, u"yourShortcutsChanged"_s, this,
+    bus.connect(QString(), shortcutsPath, shortcutsInterface, u"yourShortcutsChanged"_s, this,
                 SLOT(takeChange(QDBusMessage)));
     Q_EMIT appeared();
 }
@@ -166,8 +167,8 @@ void DBusKGlobalAccel::call(const QString &method, const QVariantList &arguments
 
 void DBusKGlobalAccel::readActions(NamesHandler handler)
 {
-    auto question = QDBusMessage::createMethodCall(service, componentPath(), componentInterface,
-                                                   u"allShortcutInfos"_s);
+    auto question = QDBusMessage::createMethodCall(shortcutsService, componentPath(),
+                                                   componentInterface, u"allShortcutInfos"_s);
     question.setAutoStartService(false);
     callAsynchronously(question, this, [handler = std::move(handler)](const QDBusMessage &answer) {
         // Other errors mean that the service does not know the component.

@@ -81,8 +81,10 @@ void KGlobalAccelRoute::forgetService()
     m_isReady = false;
     m_retry.stop();
     m_retriesLeft = retries;
-    for (auto &[combination, action] : m_actions)
+    for (auto &[combination, action] : m_actions) {
+        forgetUsersCodes(action);
         action = Action{.isTaken = action.isTaken};
+    }
 }
 
 void KGlobalAccelRoute::restart()
@@ -179,7 +181,7 @@ void KGlobalAccelRoute::release(const KeyCombination &combination, Action &actio
                               Action &released = m_actions.at(combination);
                               released.isCalling = false;
                               const auto held = std::exchange(released.held, std::nullopt);
-                              released.usersCodes.reset();
+                              forgetUsersCodes(released);
                               update(combination, released);
                               if (held)
                                   retryRefused(held->codes);
@@ -294,6 +296,12 @@ std::optional<KeyCombination> KGlobalAccelRoute::otherKeys(const KeyCombination 
                 | (needsShift ? quint32(shiftKey) : 0u)};
     }
     return std::nullopt;
+}
+
+void KGlobalAccelRoute::forgetUsersCodes(Action &action)
+{
+    if (std::exchange(action.usersCodes, std::nullopt))
+        Q_EMIT outcomesChanged();
 }
 
 KGlobalAccelRoute::Action *KGlobalAccelRoute::actionNamed(const QString &name)

@@ -69,6 +69,7 @@ private:
     void takePress(const QString &name);
     void takeRelease(const QString &name);
     void takeUsersCodes(const QString &name, const QList<int> &codes);
+    void forgetUsersCodes(Action &action);
     Action *actionNamed(const QString &name);
 
     /// A call's answer, unless the service has been replaced meanwhile.

@@ -10,9 +10,9 @@
 namespace
 {
 /// The modifiers of key maps, in the order of modifierForms. All compositors use these.
-constexpr const char *modifierNames[] = {XKB_MOD_NAME_SHIFT, XKB_MOD_NAME_CTRL, XKB_MOD_NAME_ALT,
-                                         XKB_MOD_NAME_LOGO};
-constexpr quint32 subsets = 1 << modifierForms.size();
+constexpr const char *xkbModifierNames[] = {XKB_MOD_NAME_SHIFT, XKB_MOD_NAME_CTRL, XKB_MOD_NAME_ALT,
+                                            XKB_MOD_NAME_LOGO};
+constexpr quint32 modifierSubsets = 1 << modifierForms.size();
 
 bool isLatin(xkb_keysym_t keysym)
 {
@@ -44,7 +44,7 @@ public:
         xkb_mod_mask_t held = 0;
         for (quint32 i = 0; i < modifierForms.size(); ++i) {
             if (subset & (1U << i))
-                held |= maskOf(modifierNames[i]);
+                held |= maskOf(xkbModifierNames[i]);
         }
         const xkb_mod_mask_t locked = hasNumLock ? maskOf(XKB_MOD_NAME_NUM) : 0;
         xkb_state_update_mask(m_state.get(), held, 0, locked, 0, 0, m_layout);
@@ -73,7 +73,7 @@ private:
     {
         quint32 consumed = 0;
         for (quint32 i = 0; i < modifierForms.size(); ++i) {
-            const auto index = xkb_keymap_mod_get_index(m_keymap, modifierNames[i]);
+            const auto index = xkb_keymap_mod_get_index(m_keymap, xkbModifierNames[i]);
             if (index != XKB_MOD_INVALID
                 && xkb_state_mod_index_is_consumed2(m_state.get(), key, index,
                                                     XKB_CONSUMED_MODE_GTK)
@@ -150,7 +150,7 @@ KeySymbols::KeySymbols(xkb_keymap *keymap, quint32 layout)
         for (Symbols &symbols : m_rows.back().symbols)
             symbols.isOnKeypad = isOnKeypad;
     }
-    for (quint32 subset = 0; subset < subsets; ++subset) {
+    for (quint32 subset = 0; subset < modifierSubsets; ++subset) {
         reader.hold(subset, false);
         for (std::size_t i = 0; i < keycodes.size(); ++i)
             m_rows[i].symbols[subset].symbol = reader.symbol(keycodes[i]);
