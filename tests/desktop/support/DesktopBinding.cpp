@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int controlAltJ = int(Qt::ControlModifier) | int(Qt::AltModifier) | Qt::Key_J;
+constexpr int boundCode = int(Qt::ControlModifier) | int(Qt::AltModifier) | Qt::Key_J;
 const QStringList actionId{u"binding"_s, u"act"_s, u"Binding"_s, u"Act"_s};
 
 bool isKWin()
@@ -51,7 +51,7 @@ DesktopBinding::DesktopBinding()
                                               u"globalShortcutPressed"_s, this, SLOT(act()));
         tellKWin(u"doRegister"_s, {actionId});
         tellKWin(u"setShortcut"_s,
-                 {actionId, QVariant::fromValue(QList<int>{controlAltJ}), presentAndNotAutoloaded});
+                 {actionId, QVariant::fromValue(QList<int>{boundCode}), presentAndNotAutoloaded});
     } else {
         m_file = swayFolder().filePath(u"acts"_s);
         QFile::remove(m_file);
