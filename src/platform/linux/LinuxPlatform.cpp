@@ -42,7 +42,7 @@ std::unique_ptr<DesktopKeys> makeDesktopKeys(const QProcessEnvironment &environm
     Q_UNREACHABLE();
 }
 
-/// KWin says it to the programs of its session; what does not is newer.
+/// Plasma 5 and 6 name their version in the session's environment (not tried on 6).
 PlasmaVersion plasmaVersion()
 {
     return qEnvironmentVariable("KDE_SESSION_VERSION") == u"5" ? PlasmaVersion::five
