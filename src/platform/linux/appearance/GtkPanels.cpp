@@ -41,12 +41,9 @@ public:
                                               &size.rheight());
         return size;
     }
-    /// Window managers have placed a window as soon as it is shown.
-    void showAgain(GtkWindow *window, const QSize &size) const
+    void resize(GtkWindow *window, const QSize &size) const
     {
-        call<void(GtkWindow *)>("gtk_widget_hide", window);
         call<void(GtkWindow *, int, int)>("gtk_window_resize", window, size.width(), size.height());
-        call<void(GtkWindow *)>("gtk_widget_show", window);
     }
 
 private:
@@ -71,7 +68,7 @@ void fitPanels(const QSize &room)
         auto *const window = static_cast<GtkWindow *>(item->data);
         const QSize size = gtk.size(window).boundedTo(room);
         if (gtk.isVisible(window) && size != gtk.size(window))
-            gtk.showAgain(window, size);
+            gtk.resize(window, size);
     }
     g_list_free(windows);
 }
