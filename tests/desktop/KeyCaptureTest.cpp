@@ -498,6 +498,36 @@ private Q_SLOTS:
         QTRY_VERIFY(desk.isKeyboardFree());
     }
 
+    // KWin takes a window that hears of the end of its own grab for one that has lost the focus.
+    void tellsTheWindowManagerNothingOfALostFocus()
+    {
+        Desk desk;
+        const X11Connection watcher;
+        const uint32_t events = XCB_EVENT_MASK_FOCUS_CHANGE;
+        xcb_change_window_attributes(watcher.get(), xcb_window_t(desk.window->winId()),
+                                     XCB_CW_EVENT_MASK, &events);
+        xcb_flush(watcher.get());
+        desk.start();
+        desk.keyboard.type(controlK);
+        QTRY_COMPARE(desk.heard.size(), 1);
+        desk.registration.reset();
+        QList<int> lost;
+        QList<int> gained;
+        const auto isBack = [&] {
+            while (const auto event = owned(xcb_poll_for_event(watcher.get()))) {
+                const auto &focus = reinterpret_cast<const xcb_focus_in_event_t &>(*event);
+                if (event->response_type == XCB_FOCUS_OUT)
+                    lost << focus.mode;
+                else if (event->response_type == XCB_FOCUS_IN)
+                    gained << focus.mode;
+            }
+            return gained == QList<int>{XCB_NOTIFY_MODE_UNGRAB};
+        };
+        QTRY_VERIFY(isBack());
+        QCOMPARE(lost, QList<int>{XCB_NOTIFY_MODE_GRAB});
+        QVERIFY(desk.window->isActiveWindow());
+    }
+
     void keepsDeadKeysFromATextField()
     {
         run(u"setxkbmap de"_s);
