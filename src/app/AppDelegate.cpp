@@ -36,11 +36,13 @@ void place(QWidget &window)
     const QRect whole = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
     const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
     const QRect room = whole.adjusted(0, titleBar, 0, 0);
+    window.resize(std::max(comfortableSize.width(), window.minimumSizeHint().width()),
+                  comfortableSize.height());
     // Let the layouts of all levels settle, on which the height depends.
+    window.layout()->activate();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    const int width = std::max(comfortableSize.width(), window.minimumSizeHint().width());
-    const int height = std::max(comfortableSize.height(), window.heightForWidth(width));
-    QRect content(QPoint(), QSize(width, height).boundedTo(room.size()));
+    const QSize needed = window.size().expandedTo(window.minimumSizeHint());
+    QRect content(QPoint(), needed.boundedTo(room.size()));
     content.moveCenter(whole.center());
     content.moveTop(std::max(content.top(), room.top()));
     window.setGeometry(content);

@@ -16,6 +16,7 @@
 #include "settings/WelcomeCard.h"
 #include "store/ShortcutStore.h"
 #include "viewkit/Alert.h"
+#include "viewkit/ScrolledContent.h"
 #include "viewkit/Sheet.h"
 
 #include <QEvent>
@@ -30,6 +31,8 @@ namespace
 {
 /// The design's size.
 constexpr QSize minViewSize(580, 480);
+/// Chosen by eye: the part that scrolls can still be used.
+constexpr int minContentHeight = 100;
 /// More than an export of fifty thousand entries takes. Parsing JSON needs up to thirty times its
 /// size in memory.
 constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
@@ -42,11 +45,7 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     setBody(Column{
         toolbar(),
         divider(),
-        stretched(scrolled(Column{
-            welcomeCard(platform.userDefaults, platform.wording),
-            shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
-            shownWhen([this] { return hasEntries(); }, stretched(entryList())),
-        })),
+        content(),
         divider(),
         footer(),
         sheet(),
@@ -54,6 +53,18 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     fitToContent();
     connect(&platform.userDefaults, &UserDefaults::changed, this, &View::invalidate);
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
+}
+
+Item SettingsView::content()
+{
+    Item content = Column{
+        welcomeCard(m_platform.userDefaults, m_platform.wording),
+        shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
+        shownWhen([this] { return hasEntries(); }, stretched(entryList())),
+    };
+    m_content = new ScrolledContent(content.widget, minContentHeight);
+    content.widget = m_content;
+    return stretched(content);
 }
 
 Item SettingsView::toolbar()
@@ -367,15 +378,20 @@ Binding<bool> SettingsView::macKeySigns()
     };
 }
 
-/// Lets the user shrink the window only as far as its whole content remains visible, if the screen
-/// has room for that.
+/// Lets the user shrink the window only as far as its whole content remains visible. If the screen
+/// is too low for that, some of the content scrolls.
 void SettingsView::fitToContent()
 {
     const int width = std::max(minViewSize.width(), layout()->totalMinimumSize().width());
-    const int height = layout()->totalMinimumHeightForWidth(std::max(width, this->width()));
+    const int givenWidth = std::max(width, this->width());
+    // The first is -1 while no text is shown that could wrap.
+    const int least = std::max(layout()->totalMinimumHeightForWidth(givenWidth),
+                               layout()->totalMinimumSize().height());
+    const int whole = least - minContentHeight + m_content->neededHeight(givenWidth);
     const int room =
-        screen()->availableGeometry().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    setMinimumSize(width, std::min(std::max(minViewSize.height(), height), room));
+        screen()->availableSize().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int height = std::min(std::max(minViewSize.height(), whole), room);
+    setMinimumSize(width, std::max(height, least));
 }
 
 bool SettingsView::event(QEvent *event)

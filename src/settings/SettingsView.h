@@ -13,6 +13,11 @@
 class ShortcutStore;
 struct Platform;
 
+namespace viewkit
+{
+class ScrolledContent;
+}
+
 class SettingsView : public viewkit::View
 {
     Q_OBJECT
@@ -26,6 +31,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    viewkit::Item content();
     viewkit::Item toolbar();
     viewkit::Item entryList();
     viewkit::Item emptyState();
@@ -85,5 +91,6 @@ private:
     /// The result of the last successful import.
     std::optional<QString> m_importMessage;
     QPointer<FilePanel> m_panel;
+    viewkit::ScrolledContent *m_content = nullptr;
     QWidget *m_add = nullptr;
 };

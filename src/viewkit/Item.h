@@ -138,8 +138,6 @@ Item announced(Item item);
 Item announcedChanges(Item item);
 /// Puts the item on a rounded rectangle in a pale accent colour.
 Item card(Item item);
-/// Scrolls the item while the window is too low for it.
-Item scrolled(Item item);
 Item shownWhen(Predicate isShown, Item item);
 Item enabledWhen(Predicate isEnabled, Item item);
 /// Lets the item take up the remaining space.

@@ -2,7 +2,6 @@
 
 #include "viewkit/AccessibleRole.h"
 #include "viewkit/Card.h"
-#include "viewkit/ScrolledContent.h"
 #include "viewkit/Tint.h"
 
 #include <QAbstractButton>
@@ -88,12 +87,6 @@ Item announcedChanges(Item item)
 Item card(Item item)
 {
     item.widget = new Card(item.widget);
-    return item;
-}
-
-Item scrolled(Item item)
-{
-    item.widget = new ScrolledContent(item.widget);
     return item;
 }
 

@@ -6,7 +6,8 @@
 namespace viewkit
 {
 
-ScrolledContent::ScrolledContent(QWidget *content)
+ScrolledContent::ScrolledContent(QWidget *content, int minHeight)
+    : m_minHeight(minHeight)
 {
     setFrameShape(NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -18,15 +19,14 @@ ScrolledContent::ScrolledContent(QWidget *content)
     content->setAutoFillBackground(false);
 }
 
-int ScrolledContent::heightForWidth(int width) const
+int ScrolledContent::neededHeight(int width) const
 {
     return widget()->layout()->totalMinimumHeightForWidth(width);
 }
 
 QSize ScrolledContent::minimumSizeHint() const
 {
-    const QSize content = widget()->minimumSizeHint();
-    return {content.width(), heightForWidth(content.width())};
+    return {widget()->minimumSizeHint().width(), m_minHeight};
 }
 
 bool ScrolledContent::eventFilter(QObject *watched, QEvent *event)

@@ -6,21 +6,25 @@
 namespace viewkit
 {
 
-/// Needs the height of its content as a rule, so that nothing scrolls; a window may give it less.
 class ScrolledContent : public QScrollArea
 {
     Q_OBJECT
 
 public:
-    /// Takes ownership of the content.
-    explicit ScrolledContent(QWidget *content);
+    /// Takes ownership of the content. The area can be as low as that, in device-independent
+    /// pixels.
+    ScrolledContent(QWidget *content, int minHeight);
 
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
+    /// The height at which nothing scrolls.
+    int neededHeight(int width) const;
+
     QSize sizeHint() const override { return minimumSizeHint(); }
     QSize minimumSizeHint() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    const int m_minHeight;
 };
 
 } // namespace viewkit
