@@ -27,7 +27,7 @@ public:
     /// On Wayland only. Has no keys as long as the layout is unknown.
     const KeySymbols &symbols() const { return m_symbols; }
 
-    /// On Wayland only; elsewhere, and as long as it is unknown, the usual one.
+    /// The usual one as long as it is unknown.
     const KeyRepeat &keyRepeat() const { return m_keyRepeat; }
 
 Q_SIGNALS:

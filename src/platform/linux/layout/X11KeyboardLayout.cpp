@@ -52,6 +52,8 @@ void X11KeyboardLayout::start()
 
 void X11KeyboardLayout::selectEvents()
 {
+    constexpr uint16_t partialEvents =
+        XCB_XKB_EVENT_TYPE_STATE_NOTIFY | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY;
     constexpr uint16_t wholeEvents =
         XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr uint16_t mapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS;
@@ -59,9 +61,11 @@ void X11KeyboardLayout::selectEvents()
     xcb_xkb_select_events_details_t details = {};
     details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
     details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
+    details.affectCtrls = XCB_XKB_BOOL_CTRL_REPEAT_KEYS;
+    details.ctrlDetails = XCB_XKB_BOOL_CTRL_REPEAT_KEYS;
     xcb_xkb_select_events_aux(m_connection->get(), XCB_XKB_ID_USE_CORE_KBD,
-                              wholeEvents | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, wholeEvents,
-                              mapParts, mapParts, &details);
+                              wholeEvents | partialEvents, 0, wholeEvents, mapParts, mapParts,
+                              &details);
 }
 
 void X11KeyboardLayout::readEvents()
@@ -79,6 +83,17 @@ void X11KeyboardLayout::read()
     XkbKeymap keymap = keymapOf(connection, keyboard);
     if (const auto layout = layoutInUse(keymap.get(), connection, keyboard))
         setLayout(std::move(keymap), *layout);
+    readRepeat();
     // The round trips may have queued events for which the notifier does not wake.
     readEvents();
+}
+
+void X11KeyboardLayout::readRepeat()
+{
+    auto *const connection = m_connection->get();
+    const auto request = xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD);
+    const auto controls = owned(xcb_xkb_get_controls_reply(connection, request, nullptr));
+    if (controls)
+        setKeyRepeat({std::chrono::milliseconds(controls->repeatDelay),
+                      std::chrono::milliseconds(controls->repeatInterval)});
 }

@@ -18,6 +18,7 @@ private:
     void selectEvents();
     void readEvents();
     void read();
+    void readRepeat();
 
     std::optional<X11Connection> m_connection;
     std::optional<QSocketNotifier> m_notifier;
