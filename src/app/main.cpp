@@ -23,9 +23,18 @@ void say(const QString &line)
     std::fprintf(stderr, "corvane: %s\n", qUtf8Printable(line));
 }
 
-bool fire(const QUuid &id)
+InstanceHandlers instanceHandlers(LinuxPlatform &session, HotkeyCenter &center,
+                                  AppDelegate &appDelegate)
 {
-    return HotkeyCenter::shared().fire(LaunchEntry{.id = id}.shortcutName());
+    const auto nameOf = [](const QUuid &id) { return LaunchEntry{.id = id}.shortcutName(); };
+    return {
+        .activate = [&appDelegate] { appDelegate.openSettings(); },
+        .isKnown = [&center, nameOf](
+                       const QUuid &id) { return center.handlers.contains(nameOf(id).rawValue); },
+        .fire = [&center, nameOf](const QUuid &id) { center.fire(nameOf(id)); },
+        .keyRepeat = [&session] { return session.keyRepeat(); },
+        .isRecording = [&session] { return session.isRecording(); },
+    };
 }
 
 /// The exit status for the outcome of the claim; nothing if this instance is to run.
@@ -79,9 +88,8 @@ int main(int argc, char *argv[])
     CorvaneApp app(argc, argv, services, store);
     session.attachToEventLoop();
     signals.attachToEventLoop([&instance] { instance.handleSignal(); });
-    instance.attachToEventLoop(
-        session.userActivation(),
-        {.activate = [&app] { app.appDelegate.openSettings(); }, .fire = fire});
+    instance.attachToEventLoop(session.userActivation(),
+                               instanceHandlers(session, center, app.appDelegate));
     if (tokens != StartupTokens())
         session.userActivation().accept(tokens);
     app.appDelegate.applicationDidFinishLaunching();

@@ -8,6 +8,7 @@
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
+#include "support/Rhythm.h"
 #include "support/SettingsDesk.h"
 #include "support/StartupMessages.h"
 #include "support/Windows.h"
@@ -111,6 +112,22 @@ public:
         return call(u"ActivateAction"_s, {u"fire"_s, QVariant(parameters), platformData});
     }
 
+    /// Fires the entry after each of these pauses, in ms, without awaiting answers.
+    void fireInRhythm(const QString &id, const QList<int> &pauses) const
+    {
+        const QString caller = u"rhythm"_s;
+        auto connection = QDBusConnection::connectToBus(busAddress(), caller);
+        auto call = QDBusMessage::createMethodCall(
+            name, u"/org/corvane/Corvane"_s, u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+        call << u"fire"_s << QVariant(QVariantList{id}) << QVariantMap();
+        for (const int pause : pauses) {
+            QTest::qWait(pause);
+            connection.send(call);
+        }
+        connection.interface()->isServiceRegistered(name);
+        QDBusConnection::disconnectFromBus(caller);
+    }
+
 private:
     std::unique_ptr<PrivateBus> m_bus;
     QTemporaryDir m_folder;
@@ -172,6 +189,8 @@ class OneInstanceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { restoreKeyboard(); }
+
     void endsASecondStartAndKeepsTheFirst_data() { addRoads(); }
     void endsASecondStartAndKeepsTheFirst()
     {
@@ -225,7 +244,11 @@ private Q_SLOTS:
         UserActivation activation;
         int activations = 0;
         instance.attachToEventLoop(activation,
-                                   {.activate = [&activations] { ++activations; }, .fire = {}});
+                                   {.activate = [&activations] { ++activations; },
+                                    .isKnown = {},
+                                    .fire = {},
+                                    .keyRepeat = {},
+                                    .isRecording = {}});
         auto bus = QDBusConnection::sessionBus();
         QVERIFY(QMetaObject::invokeMethod(
             bus.objectRegisteredAt(u"/org/corvane/Corvane"_s), "Activate",
@@ -605,6 +628,36 @@ private Q_SLOTS:
         QTRY_COMPARE((first.*app).starts().size(), 1);
         QCOMPARE(session.fire({(first.*id).toLower()}).type(), QDBusMessage::ReplyMessage);
         QTRY_COMPARE((first.*app).starts().size(), 2);
+    }
+
+    void runsAnEntryOnceForEachPress_data()
+    {
+        QTest::addColumn<RepeatRate>("rate");
+        QTest::addColumn<QList<int>>("pauses");
+        QTest::addColumn<int>("runs");
+        const auto held = [](int delay) { return QList<int>{0, delay} + QList<int>(27, 30); };
+        const RepeatRate usual{500, 33};
+        QTest::newRow("held keys") << usual << held(500) << 1;
+        QTest::newRow("held keys that repeat late") << RepeatRate{1500, 33} << held(1500) << 1;
+        QTest::newRow("two presses") << usual << QList<int>{0, 120} << 2;
+    }
+    void runsAnEntryOnceForEachPress()
+    {
+        QFETCH(const RepeatRate, rate);
+        QFETCH(const QList<int>, pauses);
+        QFETCH(const int, runs);
+        const Session session;
+        Instance first;
+        first.startIn(session);
+        rate.set();
+        session.fireInRhythm(first.idOnK, pauses);
+        QTRY_COMPARE(first.onK.starts().size(), runs);
+        // A press after the end of the repeats runs last.
+        session.fireInRhythm(first.idOnK, {200});
+        QTRY_COMPARE(first.onK.starts().size(), runs + 1);
+        session.fireInRhythm(first.idWithoutKeys, {0});
+        QTRY_COMPARE(first.withoutKeys.starts().size(), 1);
+        QCOMPARE(first.onK.starts().size(), runs + 1);
     }
 
     void firesByTheDesktopsOwnTool()

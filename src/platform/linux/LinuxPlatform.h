@@ -38,6 +38,12 @@ public:
     /// The user's latest action. Whoever hears of user actions must update it.
     UserActivation &userActivation() { return m_activation; }
 
+    /// How held keys repeat in this session.
+    KeyRepeat keyRepeat() const { return m_keyboardLayout->keyRepeat(); }
+
+    /// Whether presses go to the recorder now.
+    bool isRecording() const { return m_eventMonitor.isCapturing(); }
+
     /// A message for standard error if hot keys do not work in this session.
     std::optional<QString> hotkeysNotice() const;
 

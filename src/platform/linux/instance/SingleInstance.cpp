@@ -52,11 +52,9 @@ void SingleInstance::attachToEventLoop(UserActivation &activation, const Instanc
         m_latestTokens = {};
     });
     m_bus.activate = [this](const StartupTokens &tokens) { queueActivation(tokens); };
-    m_bus.fire = [&activation, fire = handlers.fire](const QUuid &id, const StartupTokens &tokens) {
-        activation.accept(tokens);
-        const bool isKnown = fire(id);
-        StartupNotification::finish(tokens.startupId);
-        return isKnown;
+    m_fireCalls.emplace(activation, handlers);
+    m_bus.fire = [this](const QUuid &id, const StartupTokens &tokens) {
+        return m_fireCalls->take(id, tokens);
     };
 }
 

@@ -4,22 +4,15 @@
 
 #include "platform/linux/base/StartupTokens.h"
 #include "platform/linux/instance/DBusApplication.h"
+#include "platform/linux/instance/FireCalls.h"
+#include "platform/linux/instance/InstanceHandlers.h"
 #include "platform/linux/instance/InstanceLock.h"
 
 #include <QString>
 #include <QTimer>
-#include <QUuid>
-#include <functional>
+#include <optional>
 
 struct UserActivation;
-
-struct InstanceHandlers {
-    /// Called when the program is started again or activated, once for all requests that came
-    /// together.
-    std::function<void()> activate;
-    /// Runs the entry as its key press would; returns whether there is such an entry.
-    std::function<bool(const QUuid &)> fire;
-};
 
 /// Only one instance of the class may exist.
 class SingleInstance
@@ -48,4 +41,5 @@ private:
     StartupTokens m_latestTokens;
     /// Fires once all calls that came together have been received.
     QTimer m_activation;
+    std::optional<FireCalls> m_fireCalls;
 };

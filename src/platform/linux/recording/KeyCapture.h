@@ -40,6 +40,9 @@ public:
                const Services &services);
     ~KeyCapture() override;
 
+    /// Whether the window is active.
+    bool isOn() const { return m_isOn; }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

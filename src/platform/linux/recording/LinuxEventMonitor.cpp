@@ -2,8 +2,6 @@
 
 #include "platform/linux/recording/KeyCapture.h"
 
-#include <memory>
-
 LinuxEventMonitor::LinuxEventMonitor(SessionType session, X11HotkeyService *x11Hotkeys,
                                      WaylandHotkeyService *waylandHotkeys)
     : m_x11Hotkeys(x11Hotkeys)
@@ -25,5 +23,12 @@ LinuxEventMonitor::addLocalMonitorForEvents(QWidget &widget,
         KeyCapture::Services{.x11Hotkeys = m_x11Hotkeys,
                              .waylandHotkeys = m_waylandHotkeys,
                              .inhibitor = m_inhibitor ? &*m_inhibitor : nullptr});
+    m_latestCapture = capture;
     return Registration([capture = std::move(capture)]() mutable { capture.reset(); });
+}
+
+bool LinuxEventMonitor::isCapturing() const
+{
+    const auto capture = m_latestCapture.lock();
+    return capture && capture->isOn();
 }

@@ -6,8 +6,10 @@
 #include "platform/linux/recording/HeldKeyRepeatFilter.h"
 #include "platform/linux/recording/ShortcutsInhibitor.h"
 
+#include <memory>
 #include <optional>
 
+class KeyCapture;
 class WaylandHotkeyService;
 class X11HotkeyService;
 
@@ -23,10 +25,15 @@ public:
     addLocalMonitorForEvents(QWidget &widget,
                              std::function<void(const KeyEvent &)> handler) override;
 
+    /// Whether key presses go to a handler at the moment.
+    bool isCapturing() const;
+
 private:
     X11HotkeyService *const m_x11Hotkeys;
     WaylandHotkeyService *const m_waylandHotkeys;
     HeldKeyRepeatFilter m_repeatFilter;
     /// In Wayland sessions only.
     std::optional<ShortcutsInhibitor> m_inhibitor;
+    /// The only one that can be on: the window in front records one combination at a time.
+    std::weak_ptr<KeyCapture> m_latestCapture;
 };
