@@ -272,6 +272,23 @@ private Q_SLOTS:
         desk.awaitNoSheet();
     }
 
+    void firesNothingDuringARecording()
+    {
+        Desk desk;
+        const QString id = desk.addApp(storedControlAltK);
+        const RecordedApp laterApp;
+        const QString laterId = desk.program.addEntry("app", laterApp.desktopFile());
+        desk.open();
+        const Accessible sheet = desk.startRecording();
+        askToFire(id);
+        QVERIFY(sheet.find(button, u"Press the keys…"_s).isThere());
+        desk.keyboard.type({KEY_ESC});
+        QTRY_VERIFY(!sheet.find(button, u"Press the keys…"_s).isThere());
+        askToFire(laterId);
+        QTRY_COMPARE(laterApp.starts().size(), 1);
+        QVERIFY(desk.app.starts().isEmpty());
+    }
+
     void savesNothingByKeysThatAreStillHeldOnceTheyAreRecorded_data()
     {
         QTest::addColumn<int>("key");

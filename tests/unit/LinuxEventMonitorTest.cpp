@@ -193,6 +193,23 @@ private Q_SLOTS:
         QCOMPARE(presses, 1);
     }
 
+    void knowsWhenItHasTheKeys()
+    {
+        Desk desk;
+        QVERIFY(!desk.monitor.isCapturing());
+        desk.startForOnePress();
+        QVERIFY(desk.monitor.isCapturing());
+        {
+            QDialog other;
+            Desk::activate(other);
+            QVERIFY(!desk.monitor.isCapturing());
+        }
+        Desk::activate(*desk.window);
+        QVERIFY(desk.monitor.isCapturing());
+        press(*desk.field, k);
+        QVERIFY(!desk.monitor.isCapturing());
+    }
+
     void leavesHotKeysAloneWhileTheWindowIsInactive()
     {
         Desk desk;
