@@ -107,21 +107,17 @@ Item EntryRow::description()
                shortenedText(TextStyle::caption, [this] { return m_entry.targetDescription(); })),
         warningLines(TextStyle::caption,
                      [this] { return m_store.warnings(m_entry.shortcutName(), m_entry.id); }),
-        shownWhen([this] { return !otherKeys().isEmpty(); },
+        shownWhen([this] { return !m_otherKeys.isEmpty(); },
                   tinted(TextColor::secondary,
-                         paragraph(TextStyle::caption, [this] { return otherKeys(); }))),
+                         paragraph(TextStyle::caption, [this] { return m_otherKeys; }))),
     };
-}
-
-QString EntryRow::otherKeys() const
-{
-    return m_store.otherKeys(m_entry.shortcutName());
 }
 
 void EntryRow::setEntry(const LaunchEntry &entry)
 {
     m_entry = entry;
     m_missingReason = ActionRunner::missingReason(entry);
+    m_otherKeys = m_store.otherKeys(entry.shortcutName());
     m_dimming->setEnabled(!entry.isEnabled);
     setAccessibleName(entry.name);
     refresh();

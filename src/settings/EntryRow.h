@@ -28,11 +28,11 @@ public:
 
 private:
     viewkit::Item description();
-    QString otherKeys() const;
 
     ShortcutStore &m_store;
     LaunchEntry m_entry;
     /// Why the entry's target is missing, if it is; determined once by each setEntry().
     std::optional<QString> m_missingReason;
+    QString m_otherKeys;
     QGraphicsOpacityEffect *m_dimming;
 };

@@ -506,7 +506,9 @@ private Q_SLOTS:
         const uint32_t events = XCB_EVENT_MASK_FOCUS_CHANGE;
         xcb_change_window_attributes(watcher.get(), xcb_window_t(desk.window->winId()),
                                      XCB_CW_EVENT_MASK, &events);
-        xcb_flush(watcher.get());
+        // The answer tells that the server watches.
+        const auto watched = xcb_get_input_focus(watcher.get());
+        QVERIFY(owned(xcb_get_input_focus_reply(watcher.get(), watched, nullptr)));
         desk.start();
         desk.keyboard.type(controlK);
         QTRY_COMPARE(desk.heard.size(), 1);

@@ -209,6 +209,8 @@ private Q_SLOTS:
         desk.user.openMenu();
         desk.user.keyboard.type({KEY_ESC});
         QTRY_VERIFY(!desk.user.menu());
+        // The menu gives the keyboard back only when it has gone.
+        QTRY_VERIFY(Keyboard().grabAll());
         desk.user.keyboard.type(controlComma);
         desk.user.keyboard.type(controlQ);
         desk.user.openMenu();

@@ -24,9 +24,9 @@ KeyboardGrab::~KeyboardGrab()
 
 void KeyboardGrab::renew() const
 {
-    constexpr bool keysGoToTheFocusedWindow = true;
+    constexpr bool ownerGetsKeysAsUsual = false;
     const auto request =
-        xcb_grab_keyboard(m_connection, keysGoToTheFocusedWindow, m_child, XCB_CURRENT_TIME,
+        xcb_grab_keyboard(m_connection, ownerGetsKeysAsUsual, m_child, XCB_CURRENT_TIME,
                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     xcb_discard_reply(m_connection, request.sequence);
     xcb_flush(m_connection);
@@ -34,10 +34,20 @@ void KeyboardGrab::renew() const
 
 bool KeyboardGrab::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 {
-    const auto &event = *static_cast<const xcb_generic_event_t *>(message);
-    if ((event.response_type & ~0x80) != XCB_FOCUS_OUT)
+    auto &event = *static_cast<xcb_generic_event_t *>(message);
+    switch (event.response_type & ~0x80) {
+    case XCB_KEY_PRESS:
+    case XCB_KEY_RELEASE:
+        // Qt does not know the child.
+        if (auto &key = reinterpret_cast<xcb_key_press_event_t &>(event); key.event == m_child)
+            key.event = m_window;
         return false;
-    // Qt would take the window for inactive.
-    const auto &focusOut = reinterpret_cast<const xcb_focus_out_event_t &>(event);
-    return focusOut.event == m_window && focusOut.mode == XCB_NOTIFY_MODE_GRAB;
+    case XCB_FOCUS_OUT: {
+        // Qt would take the window for inactive.
+        const auto &focusOut = reinterpret_cast<const xcb_focus_out_event_t &>(event);
+        return focusOut.event == m_window && focusOut.mode == XCB_NOTIFY_MODE_GRAB;
+    }
+    default:
+        return false;
+    }
 }

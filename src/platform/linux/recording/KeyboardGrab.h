@@ -4,8 +4,8 @@
 #include <QAbstractNativeEventFilter>
 #include <xcb/xcb.h>
 
-/// All keys go to the program's focused window until the grab is destroyed. It is made on an
-/// invisible child of that window: KWin takes a window that ends a grab of its own for one that has
+/// All keys go to the window until the grab is destroyed. It is made on an invisible child of the
+/// window: KWin takes a window that ends a grab of its own for one that has
 /// lost the focus, and then no window is active. Uses Qt's own connection.
 class KeyboardGrab final : public QAbstractNativeEventFilter
 {
