@@ -1,11 +1,11 @@
 // Key combinations on a running KWin: who registers them there, and what presses do.
 
 #include "support/Accessible.h"
+#include "support/PlasmaSettings.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/WaylandKeyboard.h"
-#include "support/WriteFile.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -147,15 +147,6 @@ void awaitRecording(const Accessible &all, WaylandKeyboard &keyboard)
     const Accessible hint = all.await(u"label"_s, u"Esc cancels"_s);
     keyboard.type({KEY_F7});
     QTRY_VERIFY(hint.name() != u"Esc cancels"_s);
-}
-
-/// As the desktop's settings do.
-void setLayouts(const QByteArray &names)
-{
-    writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/kxkbrc"_s,
-              "[Layout]\nUse=true\nLayoutList=" + names + '\n');
-    QDBusConnection::sessionBus().send(
-        QDBusMessage::createSignal(u"/Layouts"_s, u"org.kde.keyboard"_s, u"reloadConfig"_s));
 }
 
 void switchTo(uint layout)

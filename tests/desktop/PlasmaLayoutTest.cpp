@@ -3,7 +3,7 @@
 #include "platform/KeyModifier.h"
 #include "platform/linux/layout/PlasmaCodes.h"
 #include "platform/linux/layout/WaylandKeyboardLayout.h"
-#include "support/WriteFile.h"
+#include "support/PlasmaSettings.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -18,15 +18,6 @@ namespace
 constexpr VirtualKey keyY{16};
 constexpr int controlY = int(Qt::ControlModifier) | Qt::Key_Y;
 constexpr int controlZ = int(Qt::ControlModifier) | Qt::Key_Z;
-
-/// As the desktop's settings do.
-void setLayouts(const QByteArray &names)
-{
-    writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/kxkbrc"_s,
-              "[Layout]\nUse=true\nLayoutList=" + names + '\n');
-    QDBusConnection::sessionBus().send(
-        QDBusMessage::createSignal(u"/Layouts"_s, u"org.kde.keyboard"_s, u"reloadConfig"_s));
-}
 
 void awaitService(bool isThere)
 {

@@ -1,8 +1,7 @@
 #include "platform/linux/appearance/ConfiguredLooks.h"
+#include "support/TemporaryFiles.h"
 
-#include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -10,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// The folders of a user's and of the system's configuration.
-struct Folders {
+struct Folders : TemporaryFiles {
     Folders()
     {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"user"_s)));
@@ -18,16 +17,6 @@ struct Folders {
         qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u"user-data"_s)));
         qputenv("XDG_DATA_DIRS", QFile::encodeName(folder.filePath(u"share"_s)));
     }
-
-    void write(const QString &path, const QByteArray &content) const
-    {
-        const QString file = folder.filePath(path);
-        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
-        QFile target(file);
-        QVERIFY(target.open(QIODevice::WriteOnly) && target.write(content) == content.size());
-    }
-
-    QTemporaryDir folder;
 };
 
 const QByteArray ofTheDistribution = "[General]\n"

@@ -1,8 +1,7 @@
 #include "platform/linux/appearance/GtkTheme.h"
+#include "support/TemporaryFiles.h"
 
-#include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -12,7 +11,7 @@ namespace
 using Files = QMap<QString, QByteArray>;
 
 /// A home folder and the system's folder of themes.
-struct Folders {
+struct Folders : TemporaryFiles {
     Folders()
     {
         qputenv("HOME", QFile::encodeName(folder.filePath(u"home"_s)));
@@ -22,20 +21,12 @@ struct Folders {
         qputenv("XDG_DATA_DIRS", QFile::encodeName(folder.filePath(u"share"_s)));
     }
 
-    void write(const QString &path, const QByteArray &content) const
-    {
-        const QString file = folder.filePath(path);
-        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
-        QFile target(file);
-        QVERIFY(target.open(QIODevice::WriteOnly) && target.write(content) == content.size());
-    }
+    using TemporaryFiles::write;
     void write(const Files &files) const
     {
         for (auto file = files.begin(); file != files.end(); ++file)
             write(file.key(), file.value());
     }
-
-    QTemporaryDir folder;
 };
 
 const QString own = u"share/themes/Own/"_s;
