@@ -42,27 +42,23 @@ FocusReturn::FocusReturn()
 
 bool FocusReturn::eventFilter(QObject *watched, QEvent *event)
 {
-    auto *const widget = qobject_cast<QWidget *>(watched);
-    if (!widget)
-        return false;
     if (event->type() == QEvent::WindowActivate)
-        leaveLocked(*widget);
+        leaveLocked(qobject_cast<QWidget *>(watched));
     // A spontaneous event only tells that the desktop has hidden the dialog, such as with a
     // minimized window.
     else if (event->type() == QEvent::Hide && !event->spontaneous())
-        leaveHidden(*widget);
+        leaveHidden(qobject_cast<QDialog *>(watched));
     return false;
 }
 
-void FocusReturn::leaveLocked(const QWidget &window)
+void FocusReturn::leaveLocked(const QWidget *window)
 {
-    if (QWidget *const dialog = dialogAbove(window))
+    if (QWidget *const dialog = window ? dialogAbove(*window) : nullptr)
         activateSoon(*dialog);
 }
 
-void FocusReturn::leaveHidden(const QWidget &widget)
+void FocusReturn::leaveHidden(const QDialog *dialog)
 {
-    const auto *const dialog = qobject_cast<const QDialog *>(&widget);
     QWidget *const below = dialog ? dialog->parentWidget() : nullptr;
     if (below && below->isVisible() && hadFocus(*dialog))
         activateSoon(*below);

@@ -3,6 +3,9 @@
 
 #include <QObject>
 
+class QDialog;
+class QWidget;
+
 namespace viewkit
 {
 
@@ -20,8 +23,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    static void leaveLocked(const QWidget &window);
-    static void leaveHidden(const QWidget &widget);
+    /// Null for what is no such widget.
+    static void leaveLocked(const QWidget *window);
+    static void leaveHidden(const QDialog *dialog);
 };
 
 } // namespace viewkit
