@@ -50,7 +50,9 @@ if(BIN STREQUAL "/usr/bin")
 else()
     set(folder "${BIN}/")
 endif()
-set_exec(EXEC_CORVANE "${folder}corvane")
+# KWin compares the path in Exec with that of the running program before it gives the program what its
+# desktop file asks for.
+set_exec(EXEC_CORVANE "${BIN}/corvane")
 set_exec(EXEC_SHORTCUTS "${folder}corvane-shortcuts")
 set_escaped(TRY_CORVANE "${folder}corvane")
 set_escaped(TRY_SHORTCUTS "${folder}corvane-shortcuts")

@@ -48,7 +48,9 @@ public:
 struct Desk {
     FakeLayout layout;
     FakeKGlobalAccel *service = new FakeKGlobalAccel;
-    KGlobalAccelRoute route{std::unique_ptr<KGlobalAccel>(service), layout, PlasmaVersion::five};
+    QByteArray token;
+    KGlobalAccelRoute route{std::unique_ptr<KGlobalAccel>(service), layout, PlasmaVersion::five,
+                            [this] { return token; }};
     QSignalSpy presses{&route, &HotkeyRoute::pressed};
     QSignalSpy changes{&route, &TakenKeys::changed};
     QSignalSpy outcomes{&route, &HotkeyRoute::outcomesChanged};
@@ -144,8 +146,8 @@ private Q_SLOTS:
     {
         FakeKGlobalAccel *const service = new FakeKGlobalAccel;
         FakeLayout layout;
-        KGlobalAccelRoute route(std::unique_ptr<KGlobalAccel>(service), layout,
-                                PlasmaVersion::five);
+        KGlobalAccelRoute route(std::unique_ptr<KGlobalAccel>(service), layout, PlasmaVersion::five,
+                                [] { return QByteArray(); });
         route.hold({{controlK, {{}, u"Editor"_s}}});
         route.start();
         service->serve();
@@ -202,6 +204,17 @@ private Q_SLOTS:
         desk.service->actions = {{nameY, {codeK}}, {u"_k_session:1-2-3"_s, {codeJ}}};
         desk.startWith({{controlK, {{}, u"Editor"_s}}});
         QCOMPARE(desk.service->actions, Actions({{nameK, {codeK}}}));
+    }
+
+    void handsOnTheTokenOfAPress()
+    {
+        Desk desk;
+        desk.startWith({{controlK, {{}, u"Editor"_s}}});
+        desk.token = "token";
+        Q_EMIT desk.service->pressed(nameK);
+        QCOMPARE(desk.presses.size(), 1);
+        QCOMPARE(desk.presses.constFirst().at(1).value<StartupTokens>(),
+                 (StartupTokens{.startupId = {}, .activationToken = "token"}));
     }
 
     void triesAgainWhatFailed()

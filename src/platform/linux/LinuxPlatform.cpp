@@ -58,13 +58,16 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout(bool isOnX11)
         desktop == Desktop::plasma ? std::make_unique<PlasmaLayout>() : nullptr);
 }
 
-std::unique_ptr<WaylandHotkeyService>
-makeWaylandHotkeys(HotkeyWay way, const KeyboardLayout &layout, UserActivation &activation)
+std::unique_ptr<WaylandHotkeyService> makeWaylandHotkeys(HotkeyWay way,
+                                                         const KeyboardLayout &layout,
+                                                         ActivationTokens &tokens,
+                                                         UserActivation &activation)
 {
     if (way != HotkeyWay::plasma)
         return nullptr;
     auto route = std::make_unique<KGlobalAccelRoute>(std::make_unique<DBusKGlobalAccel>(), layout,
-                                                     plasmaVersion());
+                                                     plasmaVersion(),
+                                                     [&tokens] { return tokens.request(); });
     return std::make_unique<WaylandHotkeyService>(std::move(route), activation);
 }
 
@@ -117,7 +120,8 @@ LinuxPlatform::LinuxPlatform(HotkeyWay hotkeyWay, std::unique_ptr<X11Connection>
                        : nullptr)
     , m_grabProbe(m_x11Hotkeys ? std::make_unique<GrabProbe>(*m_x11Hotkeys) : nullptr)
     , m_keyboardLayout(makeKeyboardLayout(m_x11 != nullptr))
-    , m_waylandHotkeys(makeWaylandHotkeys(hotkeyWay, *m_keyboardLayout, m_activation))
+    , m_waylandHotkeys(
+          makeWaylandHotkeys(hotkeyWay, *m_keyboardLayout, m_activationTokens, m_activation))
     , m_symbolicHotkeys(makeDesktopKeys(QProcessEnvironment::systemEnvironment()),
                         *m_keyboardLayout, takenKeys())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
@@ -187,8 +191,10 @@ void LinuxPlatform::attachToEventLoop()
 {
     if (m_x11Hotkeys)
         m_x11Hotkeys->attachToEventLoop();
-    if (m_waylandHotkeys)
+    if (m_waylandHotkeys) {
+        m_activationTokens.start();
         m_waylandHotkeys->route().start();
+    }
     refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
     // Queued, so that reading the layout does not delay the tray item.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/linux/activation/ActivationTokens.h"
 #include "platform/linux/activation/LinuxApplication.h"
 #include "platform/linux/appearance/LinuxAppearance.h"
 #include "platform/linux/desktopkeys/LinuxSymbolicHotkeys.h"
@@ -65,6 +66,7 @@ private:
     TakenKeys *takenKeys();
 
     UserActivation m_activation;
+    ActivationTokens m_activationTokens;
     std::unique_ptr<X11Connection> m_x11;
     std::unique_ptr<X11HotkeyService> m_x11Hotkeys;
     AbsentHotkeyService m_absentHotkeys;

@@ -45,10 +45,12 @@ bool containsAny(const QList<int> &codes, const QList<int> &others)
 } // namespace
 
 KGlobalAccelRoute::KGlobalAccelRoute(std::unique_ptr<KGlobalAccel> service,
-                                     const KeyboardLayout &layout, PlasmaVersion version)
+                                     const KeyboardLayout &layout, PlasmaVersion version,
+                                     TokenRequest requestToken)
     : m_service(std::move(service))
     , m_layout(layout)
     , m_version(version)
+    , m_requestToken(std::move(requestToken))
 {
     m_retry.setInterval(retryInterval);
     m_retry.setSingleShot(true);
@@ -325,7 +327,8 @@ void KGlobalAccelRoute::takePress(const QString &name)
         action->sinceDown.isValid() && !action->sinceDown.hasExpired(pause.count());
     action->sinceDown.start();
     if (!isRepeat)
-        Q_EMIT pressed(*combinationOf(name), {});
+        Q_EMIT pressed(*combinationOf(name),
+                       {.startupId = {}, .activationToken = m_requestToken()});
 }
 
 void KGlobalAccelRoute::takeRelease(const QString &name)

@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -19,9 +20,13 @@ class KGlobalAccelRoute final : public HotkeyRoute
     Q_OBJECT
 
 public:
+    /// Asks the compositor, at a press, for the token that lets a started program come to the
+    /// front; empty if there is none.
+    using TokenRequest = std::function<QByteArray()>;
+
     /// The layout must outlive it.
     KGlobalAccelRoute(std::unique_ptr<KGlobalAccel> service, const KeyboardLayout &layout,
-                      PlasmaVersion version);
+                      PlasmaVersion version, TokenRequest requestToken);
 
     void start() override;
     void hold(const WantedHotkeys &wanted) override;
@@ -79,6 +84,7 @@ private:
     const std::unique_ptr<KGlobalAccel> m_service;
     const KeyboardLayout &m_layout;
     const PlasmaVersion m_version;
+    const TokenRequest m_requestToken;
     WantedHotkeys m_wanted;
     std::map<KeyCombination, Action> m_actions;
     /// Whether what a former instance has left behind is known.

@@ -1,24 +1,16 @@
 #include "platform/linux/recording/ShortcutsInhibitor.h"
 
+#include "platform/linux/base/QtWayland.h"
+
 #include <QEvent>
-#include <QGuiApplication>
 #include <cstring>
 #include <keyboard-shortcuts-inhibit.h>
-#include <qpa/qplatformnativeinterface.h>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A Wayland object of Qt's; null if it does not exist.
-template <typename Object>
-Object *qtObject(const char *name)
-{
-    return static_cast<Object *>(
-        QGuiApplication::platformNativeInterface()->nativeResourceForIntegration(name));
-}
-
 /// The surface of a window; null while the window is hidden.
 wl_surface *surfaceOf(QWindow &window)
 {
@@ -54,7 +46,7 @@ ShortcutsInhibitor::~ShortcutsInhibitor()
 
 void ShortcutsInhibitor::hold(QWindow &window)
 {
-    if (!QGuiApplication::platformName().startsWith(u"wayland"))
+    if (!isQtOnWayland())
         return;
     m_isEnding = false;
     if (m_window != &window) {
@@ -70,7 +62,7 @@ void ShortcutsInhibitor::hold(QWindow &window)
 /// Asks for the compositor's interfaces. They arrive in the event loop.
 void ShortcutsInhibitor::findManager()
 {
-    m_registry = wl_display_get_registry(qtObject<wl_display>("wl_display"));
+    m_registry = wl_display_get_registry(qtWaylandObject<wl_display>("wl_display"));
     wl_registry_add_listener(m_registry, &Listeners::registry, this);
 }
 
@@ -80,7 +72,7 @@ void ShortcutsInhibitor::inhibit()
     if (!m_manager || !m_window || m_inhibitor)
         return;
     wl_surface *const surface = surfaceOf(*m_window);
-    auto *const seat = qtObject<wl_seat>("wl_seat");
+    auto *const seat = qtWaylandObject<wl_seat>("wl_seat");
     if (surface && seat)
         m_inhibitor =
             zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(m_manager, surface, seat);
@@ -114,7 +106,7 @@ void ShortcutsInhibitor::uninhibit()
         return;
     zwp_keyboard_shortcuts_inhibitor_v1_destroy(std::exchange(m_inhibitor, nullptr));
     // Flush now instead of when the event loop is idle, so that the desktop misses no press.
-    wl_display_flush(qtObject<wl_display>("wl_display"));
+    wl_display_flush(qtWaylandObject<wl_display>("wl_display"));
 }
 
 bool ShortcutsInhibitor::eventFilter(QObject *, QEvent *event)
