@@ -1,6 +1,8 @@
-// Key combinations on a running KWin: who registers them there, and what presses do.
+// Key combinations on a running KWin: how they are registered there, and what the user sees of it.
+// What presses do is in HotkeyPressesTest.
 
 #include "support/Accessible.h"
+#include "support/PlasmaKeys.h"
 #include "support/PlasmaSettings.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
@@ -34,22 +36,6 @@ constexpr int controlAltCode = int(Qt::ControlModifier) | int(Qt::AltModifier);
 const QList<int> controlAltK{KEY_LEFTCTRL, KEY_LEFTALT, KEY_K};
 const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
 
-/// Longer than it takes a held key to repeat several times.
-constexpr int longHold = 1300;
-
-QDBusMessage ask(const QString &path, const QString &interface, const QString &method,
-                 const QVariantList &arguments = {})
-{
-    auto question = QDBusMessage::createMethodCall(service, path, interface, method);
-    question.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(question);
-}
-
-QDBusMessage ask(const QString &method, const QVariantList &arguments)
-{
-    return ask(u"/kglobalaccel"_s, u"org.kde.KGlobalAccel"_s, method, arguments);
-}
-
 struct Shortcut {
     QString name;
     QString title;
@@ -60,7 +46,9 @@ struct Shortcut {
 QList<Shortcut> shortcutsOf(const QString &path)
 {
     QList<Shortcut> found;
-    const auto answer = ask(path, u"org.kde.kglobalaccel.Component"_s, u"allShortcutInfos"_s);
+    const auto question = QDBusMessage::createMethodCall(
+        service, path, u"org.kde.kglobalaccel.Component"_s, u"allShortcutInfos"_s);
+    const auto answer = QDBusConnection::sessionBus().call(question);
     if (answer.signature() != u"a(ssssssaiai)")
         return found;
     const auto list = answer.arguments().constFirst().value<QDBusArgument>();
@@ -86,24 +74,6 @@ QList<int> heldCodes()
     std::ranges::sort(codes);
     return codes;
 }
-
-/// Another program that has keys, until its end.
-class Rival
-{
-public:
-    explicit Rival(int code)
-    {
-        constexpr uint presentAndNotAutoloaded = 6;
-        ask(u"doRegister"_s, {m_id});
-        ask(u"setShortcut"_s,
-            {m_id, QVariant::fromValue(QList<int>{code}), presentAndNotAutoloaded});
-    }
-    ~Rival() { ask(u"unregister"_s, {m_id.at(0), m_id.at(1)}); }
-    Q_DISABLE_COPY_MOVE(Rival)
-
-private:
-    const QStringList m_id{u"rival"_s, u"act"_s, u"Rival"_s, u"Act"_s};
-};
 
 QString warningOf(const QString &keys, const QString &action)
 {
@@ -149,16 +119,6 @@ void awaitRecording(const Accessible &all, WaylandKeyboard &keyboard)
     QTRY_VERIFY(hint.name() != u"Esc cancels"_s);
 }
 
-void switchTo(uint layout)
-{
-    auto *const bus = QDBusConnection::sessionBus().interface();
-    QTRY_VERIFY(bus->isServiceRegistered(u"org.kde.keyboard"_s));
-    auto call = QDBusMessage::createMethodCall(u"org.kde.keyboard"_s, u"/Layouts"_s,
-                                               u"org.kde.KeyboardLayouts"_s, u"setLayout"_s);
-    call << layout;
-    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList{true});
-}
-
 struct Desk {
     WaylandKeyboard keyboard;
     RecordedApp app;
@@ -199,31 +159,6 @@ class PlasmaHotkeysTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void runTheirEntry()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        desk.keyboard.type(controlAltK);
-        desk.claimRuns(1);
-        desk.keyboard.type(controlAltK);
-        desk.claimRuns(2);
-        QCOMPARE(desk.program.errorOutput(), QByteArray());
-    }
-
-    void runItOnceWhileHeld()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        desk.keyboard.press(controlAltK);
-        QTest::qWait(longHold);
-        desk.keyboard.release(controlAltK);
-        QTest::qWait(60);
-        desk.keyboard.type(controlAltK);
-        desk.claimRuns(2);
-    }
-
     // One program for all: it takes long to start on a desktop that has not indexed its programs.
     void areOfAllKinds()
     {
@@ -270,27 +205,6 @@ private Q_SLOTS:
         }
     }
 
-    void areGivenUpAtTheEnd()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        QCOMPARE(desk.program.stop(), 0);
-        QCOMPARE(heldCodes(), QList<int>());
-    }
-
-    void outliveACrash()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        kill(desk.program.processId(), SIGKILL);
-        desk.program.exitStatus();
-        QCOMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
-        desk.program.startAgain();
-        desk.typeUntilItRuns(controlAltK);
-    }
-
     void leaveNothingOfACrashThatIsNotWantedAnyMore()
     {
         Desk desk;
@@ -305,27 +219,20 @@ private Q_SLOTS:
         next.claimRuns(1);
     }
 
-    void areNotTakenFromOthers()
+    void leaveNoActionWhenAnotherProgramHasThem()
     {
+        const PlasmaRival rival(controlAltCode | Qt::Key_J);
         Desk desk;
-        auto rival = std::make_unique<Rival>(controlAltCode | Qt::Key_K);
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
-        desk.start({controlAltCode | Qt::Key_J});
+        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
+        // J is registered first.
+        desk.start();
         QTRY_COMPARE(shortcutsOf(corvanePath).size(), 1);
-        desk.keyboard.type(controlAltK);
-        desk.keyboard.type(controlAltJ);
-        desk.claimRuns(1);
-        // The program tries again when its window is activated.
-        rival.reset();
-        askForSettings();
-        QTRY_COMPARE(heldCodes(),
-                     QList<int>({controlAltCode | Qt::Key_J, controlAltCode | Qt::Key_K}));
     }
 
     void areReportedAsTakenByOthers()
     {
-        const Rival rival(controlAltCode | Qt::Key_K);
+        const PlasmaRival rival(controlAltCode | Qt::Key_K);
         Desk desk;
         desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.start({});
@@ -351,7 +258,7 @@ private Q_SLOTS:
 
     void areNotWarnedOf()
     {
-        const Rival rival(controlAltCode | Qt::Key_J);
+        const PlasmaRival rival(controlAltCode | Qt::Key_J);
         Desk desk;
         desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.program.addApp(desk.app.desktopFile(), storedControlAltJ);
@@ -367,7 +274,7 @@ private Q_SLOTS:
     void areRecordedByTheirPlaceInAnyLayout()
     {
         setLayouts("us,de");
-        switchTo(0);
+        switchToLayout(0);
         Desk desk;
         desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.start();
@@ -376,15 +283,15 @@ private Q_SLOTS:
         press(all, u"Edit"_s);
         press(all, u"Ctrl+Alt+K"_s);
         awaitRecording(all, desk.keyboard);
-        switchTo(1);
-        switchTo(0);
-        switchTo(1);
+        switchToLayout(1);
+        switchToLayout(0);
+        switchToLayout(1);
         const QList<int> controlAltY{KEY_LEFTCTRL, KEY_LEFTALT, KEY_Y};
         desk.keyboard.press(controlAltY);
         QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_Z});
         desk.keyboard.release(controlAltY);
         desk.typeUntilItRuns(controlAltY);
-        switchTo(0);
+        switchToLayout(0);
         QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_Y});
         desk.typeUntilItRuns(controlAltY);
         setLayouts("us");
@@ -412,43 +319,6 @@ private Q_SLOTS:
         QVERIFY(recorded.starts().isEmpty());
     }
 
-    void runNothingThatIsRecordedAndHeldOn()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        askForSettings();
-        const Accessible all = Accessible::program(desk.program.processId());
-        press(all, u"Edit"_s);
-        for (const auto &[former, keys] :
-             {std::pair(u"Ctrl+Alt+K"_s, controlAltJ), std::pair(u"Ctrl+Alt+J"_s, controlAltK),
-              std::pair(u"Ctrl+Alt+K"_s, controlAltK)}) {
-            press(all, former);
-            awaitRecording(all, desk.keyboard);
-            desk.keyboard.press(keys);
-            const bool isK = keys == controlAltK;
-            QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | (isK ? Qt::Key_K : Qt::Key_J)});
-            QTest::qWait(longHold);
-            desk.keyboard.release(keys);
-            QVERIFY(desk.app.starts().isEmpty());
-        }
-        // The release has reached the program, and its end of the recording the compositor.
-        desk.typeUntilItRuns(controlAltK);
-    }
-
-    void areGivenUpWhilePaused()
-    {
-        Desk desk;
-        desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
-        desk.start();
-        chooseInTray(u"Pause all shortcuts"_s);
-        QTRY_COMPARE(heldCodes(), QList<int>());
-        chooseInTray(u"Pause all shortcuts"_s);
-        QTRY_COMPARE(heldCodes(), QList<int>{controlAltCode | Qt::Key_K});
-        desk.keyboard.type(controlAltK);
-        desk.claimRuns(1);
-    }
-
     void runWithTheKeysOfTheDesktopsSettings()
     {
         Desk desk;
@@ -459,8 +329,8 @@ private Q_SLOTS:
         QVERIFY(all.await(u"label"_s, u"Ctrl+Alt+K"_s).isThere());
         const QStringList id{component, shortcutsOf(corvanePath).constFirst().name, u"Corvane"_s,
                              u"App"_s};
-        ask(u"setForeignShortcut"_s,
-            {id, QVariant::fromValue(QList<int>{controlAltCode | Qt::Key_J})});
+        askKGlobalAccel(u"setForeignShortcut"_s,
+                        {id, QVariant::fromValue(QList<int>{controlAltCode | Qt::Key_J})});
         QVERIFY(all.await(u"label"_s, u"Your desktop uses Ctrl+Alt+J for this."_s).isThere());
         desk.keyboard.type(controlAltK);
         desk.keyboard.type(controlAltJ);
@@ -470,7 +340,7 @@ private Q_SLOTS:
     void followTheLayout()
     {
         setLayouts("us,de,ru");
-        switchTo(0);
+        switchToLayout(0);
         Desk desk;
         RecordedApp other;
         desk.program.addApp(desk.app.desktopFile(), storedControlY);
@@ -478,7 +348,7 @@ private Q_SLOTS:
         constexpr int control = int(Qt::ControlModifier);
         desk.start({control | Qt::Key_Y, control | Qt::Key_Z});
         for (const uint layout : {0, 1, 2, 1, 0}) {
-            switchTo(layout);
+            switchToLayout(layout);
             desk.typeUntilItRuns({KEY_LEFTCTRL, KEY_Y});
         }
         setLayouts("us");

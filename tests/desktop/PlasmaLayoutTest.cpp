@@ -7,7 +7,6 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -23,14 +22,6 @@ void awaitService(bool isThere)
 {
     auto *const bus = QDBusConnection::sessionBus().interface();
     QTRY_COMPARE(bus->isServiceRegistered(u"org.kde.keyboard"_s).value(), isThere);
-}
-
-void switchTo(uint layout)
-{
-    auto call = QDBusMessage::createMethodCall(u"org.kde.keyboard"_s, u"/Layouts"_s,
-                                               u"org.kde.KeyboardLayouts"_s, u"setLayout"_s);
-    call << layout;
-    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList{true});
 }
 
 struct Layout : WaylandKeyboardLayout {
@@ -64,10 +55,10 @@ private Q_SLOTS:
         setLayouts("us,de,ru");
         awaitService(true);
         const QSignalSpy changes(&layout, &KeyboardLayout::symbolsChanged);
-        switchTo(1);
+        switchToLayout(1);
         QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
         QCOMPARE(layout.labels().label(qint64(keyY)), u"Z"_s);
-        switchTo(2);
+        switchToLayout(2);
         QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
         QCOMPARE(changes.size(), 2);
     }
@@ -76,7 +67,7 @@ private Q_SLOTS:
     {
         setLayouts("us,de");
         awaitService(true);
-        switchTo(1);
+        switchToLayout(1);
         Layout layout;
         QTRY_COMPARE(layout.controlAndY(), QList<int>{controlZ});
     }
@@ -85,7 +76,7 @@ private Q_SLOTS:
     {
         setLayouts("us,de");
         awaitService(true);
-        switchTo(0);
+        switchToLayout(0);
         Layout layout;
         QTRY_COMPARE(layout.controlAndY(), QList<int>{controlY});
         setLayouts("de,us");
