@@ -3,6 +3,7 @@
 #include "platform/EventFlag.h"
 #include "platform/linux/desktopkeys/KGlobalAccelKeys.h"
 #include "support/Accessible.h"
+#include "support/PlasmaKeys.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 
@@ -28,10 +29,7 @@ constexpr Accelerator f2{.modifiers = commandEventFlag, .keysym = XKB_KEY_F2};
 
 void ask(const QString &method, const QVariantList &arguments)
 {
-    auto question = QDBusMessage::createMethodCall(service, u"/kglobalaccel"_s,
-                                                   u"org.kde.KGlobalAccel"_s, method);
-    question.setArguments(arguments);
-    const QDBusMessage answer = QDBusConnection::sessionBus().call(question);
+    const QDBusMessage answer = askKGlobalAccel(method, arguments);
     QVERIFY2(answer.type() == QDBusMessage::ReplyMessage, qPrintable(answer.errorMessage()));
 }
 

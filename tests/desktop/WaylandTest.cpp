@@ -3,11 +3,10 @@
 #include "support/Keyboard.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
+#include "support/Sway.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDir>
-#include <QProcess>
 #include <QRasterWindow>
 #include <QRegularExpression>
 #include <QTest>
@@ -24,12 +23,8 @@ const QByteArray noKeys =
 /// The title of the window that has the focus; empty if none has.
 QString focusedTitle()
 {
-    const QDir folder = QFileInfo(qEnvironmentVariable("WAYLAND_DISPLAY")).dir();
-    const QString socket = folder.entryList({u"sway-ipc.*"_s}, QDir::System).value(0);
-    QProcess sway;
-    sway.start(u"swaymsg"_s, {u"-s"_s, folder.filePath(socket), u"-t"_s, u"get_tree"_s});
-    sway.waitForFinished();
-    QList nodes{nlohmann::json::parse(sway.readAllStandardOutput().constData(), nullptr, false)};
+    const QByteArray tree = askSway({u"-t"_s, u"get_tree"_s});
+    QList nodes{nlohmann::json::parse(tree.constData(), nullptr, false)};
     while (!nodes.isEmpty()) {
         const auto node = nodes.takeFirst();
         if (node.value("focused", false) && node.value("type", "") == "con")

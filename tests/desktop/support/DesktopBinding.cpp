@@ -1,10 +1,11 @@
 #include "support/DesktopBinding.h"
 
+#include "support/PlasmaKeys.h"
+#include "support/Sway.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,24 +22,7 @@ bool isKWin()
 
 void tellKWin(const QString &method, const QVariantList &arguments)
 {
-    auto call = QDBusMessage::createMethodCall(u"org.kde.kglobalaccel"_s, u"/kglobalaccel"_s,
-                                               u"org.kde.KGlobalAccel"_s, method);
-    call.setArguments(arguments);
-    QCOMPARE(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
-}
-
-/// The folder with sway's sockets, where it may write.
-QDir swayFolder()
-{
-    return QFileInfo(qEnvironmentVariable("WAYLAND_DISPLAY")).dir();
-}
-
-void tellSway(const QString &command)
-{
-    const QString socket = swayFolder().entryList({u"sway-ipc.*"_s}, QDir::System).value(0);
-    QCOMPARE(
-        QProcess::execute(u"swaymsg"_s, {u"-q"_s, u"-s"_s, swayFolder().filePath(socket), command}),
-        0);
+    QCOMPARE(askKGlobalAccel(method, arguments).type(), QDBusMessage::ReplyMessage);
 }
 } // namespace
 
@@ -55,7 +39,7 @@ DesktopBinding::DesktopBinding()
     } else {
         m_file = swayFolder().filePath(u"acts"_s);
         QFile::remove(m_file);
-        tellSway(u"bindsym Ctrl+Mod1+j exec echo >> "_s + m_file);
+        askSway({u"bindsym Ctrl+Mod1+j exec echo >> "_s + m_file});
     }
 }
 
@@ -64,7 +48,7 @@ DesktopBinding::~DesktopBinding()
     if (isKWin())
         tellKWin(u"unregister"_s, {actionId.at(0), actionId.at(1)});
     else
-        tellSway(u"unbindsym Ctrl+Mod1+j"_s);
+        askSway({u"unbindsym Ctrl+Mod1+j"_s});
 }
 
 int DesktopBinding::acts() const
