@@ -1,6 +1,7 @@
 // Real presses of key combinations, from outside: what is done to the keys, and how often an entry
 // runs. The same stories on each desktop where the program registers combinations.
 
+#include "support/About.h"
 #include "support/Accessible.h"
 #include "support/HotkeyDesktop.h"
 #include "support/ProgramOnTheBus.h"
@@ -297,6 +298,14 @@ private Q_SLOTS:
             QSKIP("This cannot happen with this desktop's way to register combinations.");
         story(desk);
         QCOMPARE(desk.program.errorOutput(), QByteArray());
+    }
+
+    void areRegisteredAsAboutSays()
+    {
+        Desk desk;
+        desk.start();
+        desk.openWindow();
+        QCOMPARE(wayInAbout(desk.windows), desk.desktop->way());
     }
 };
 

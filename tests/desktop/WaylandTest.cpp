@@ -1,6 +1,8 @@
 // In a Wayland session, with its X server within reach.
 
+#include "support/About.h"
 #include "support/Keyboard.h"
+#include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/Sway.h"
@@ -127,6 +129,15 @@ private Q_SLOTS:
         QTRY_COMPARE(focusedTitle(), u"In use"_s);
         startOnceMore();
         QTRY_COMPARE(focusedTitle(), u"Corvane"_s);
+    }
+
+    void saysInAboutThatThereAreNoKeys()
+    {
+        ProgramUnderTest program;
+        program.isAccessible = true;
+        program.start();
+        askForSettings();
+        QCOMPARE(wayInAbout(Accessible::program(program.processId())), u"none; use Copy Command"_s);
     }
 };
 
