@@ -1,11 +1,15 @@
 // In a Wayland session, with its X server within reach.
 
 #include "support/About.h"
+#include "support/DesktopBinding.h"
 #include "support/Keyboard.h"
+#include "support/PrivateBus.h"
 #include "support/ProgramOnTheBus.h"
 #include "support/ProgramUnderTest.h"
 #include "support/RecordedApp.h"
 #include "support/Sway.h"
+#include "support/WaylandKeyboard.h"
+#include "support/WriteFile.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -22,6 +26,9 @@ constexpr quint16 controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 const QByteArray noKeys =
     "corvane: key combinations do not work: this desktop does not let apps register them\n";
 
+/// Earlier than a held key repeats for the first time, and later than it repeats from then on.
+constexpr int soon = 300;
+
 /// The title of the window that has the focus; empty if none has.
 QString focusedTitle()
 {
@@ -36,6 +43,50 @@ QString focusedTitle()
     }
     return {};
 }
+
+/// The program with an entry that a key binding of sway's runs, by the command that the program
+/// tells its users.
+struct BoundDesk {
+    BoundDesk()
+    {
+        program.environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
+        const QString id = program.addEntry("app", app.desktopFile());
+        const QString script = u"DBUS_SESSION_BUS_ADDRESS=%1 "
+                               "gapplication action org.corvane.Corvane fire \"'%2'\"\n"
+                               "echo >> %3\n"_s.arg(bus.address(), id, answers);
+        writeFile(scriptFile, script.toUtf8());
+        QFile::remove(answers);
+        program.start();
+        [this] { QTRY_COMPARE(program.errorOutput(), noKeys); }();
+    }
+
+    void hold(int duration)
+    {
+        keyboard.press(controlAltJ);
+        QTest::qWait(duration);
+        keyboard.release(controlAltJ);
+    }
+
+    /// Claims that the entry has run so often when each call of the binding's has been answered.
+    void claimRuns(int runs)
+    {
+        QTRY_COMPARE(app.starts().size(), runs);
+        QTRY_VERIFY(QFileInfo(answers).size() >= binding.acts());
+        QCOMPARE(program.stop(), 0);
+        QCOMPARE(app.starts().size(), runs);
+    }
+
+    const QString scriptFile = swayFolder().filePath(u"fire"_s);
+    /// With a line for each call that has been answered.
+    const QString answers = swayFolder().filePath(u"answers"_s);
+    const QList<int> controlAltJ{KEY_LEFTCTRL, KEY_LEFTALT, KEY_J};
+    /// sway may run as another user, whom the bus of the desktop refuses.
+    const PrivateBus bus;
+    RecordedApp app;
+    ProgramUnderTest program;
+    DesktopBinding binding{u"sh "_s + scriptFile};
+    WaylandKeyboard keyboard;
+};
 
 void startOnceMore()
 {
@@ -138,6 +189,27 @@ private Q_SLOTS:
         program.start();
         askForSettings();
         QCOMPARE(wayInAbout(Accessible::program(program.processId())), u"none; use Copy Command"_s);
+    }
+
+    void runsABoundEntryOnceWhileTheKeysAreHeld()
+    {
+        BoundDesk desk;
+        desk.hold(1300);
+        // After a delay of 600 ms sway repeats it every 40 ms.
+        QTRY_VERIFY(desk.binding.acts() > 10);
+        QTest::qWait(soon);
+        QCOMPARE(desk.app.starts().size(), 1);
+        desk.keyboard.type(desk.controlAltJ);
+        desk.claimRuns(2);
+    }
+
+    void runsABoundEntryForEachPress()
+    {
+        BoundDesk desk;
+        desk.keyboard.type(desk.controlAltJ);
+        QTest::qWait(soon);
+        desk.keyboard.type(desk.controlAltJ);
+        desk.claimRuns(2);
     }
 };
 

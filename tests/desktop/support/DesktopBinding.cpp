@@ -26,7 +26,7 @@ void tellKWin(const QString &method, const QVariantList &arguments)
 }
 } // namespace
 
-DesktopBinding::DesktopBinding()
+DesktopBinding::DesktopBinding(const QString &command)
 {
     if (isKWin()) {
         constexpr uint presentAndNotAutoloaded = 6;
@@ -39,7 +39,7 @@ DesktopBinding::DesktopBinding()
     } else {
         m_file = swayFolder().filePath(u"acts"_s);
         QFile::remove(m_file);
-        askSway({u"bindsym Ctrl+Mod1+j exec echo >> "_s + m_file});
+        askSway({u"bindsym Ctrl+Mod1+j exec echo >> %1 && %2"_s.arg(m_file, command)});
     }
 }
 

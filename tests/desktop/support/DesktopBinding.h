@@ -9,8 +9,8 @@ class DesktopBinding final : public QObject
     Q_OBJECT
 
 public:
-    /// Binds Control, Alt and J.
-    DesktopBinding();
+    /// Binds Control, Alt and J. On sway, the command runs at each act.
+    explicit DesktopBinding(const QString &command = QStringLiteral("true"));
     ~DesktopBinding() override;
 
     /// How often the desktop has acted so far, repeats included.

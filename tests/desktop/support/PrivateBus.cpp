@@ -2,11 +2,16 @@
 
 #include "support/WriteFile.h"
 
+#include <QFile>
+
 using namespace Qt::StringLiterals;
 
 PrivateBus::PrivateBus(const QString &activatableName, const QString &program,
                        const QProcessEnvironment &environment)
 {
+    // sway may run as another user.
+    QFile::setPermissions(m_folder.path(),
+                          QFile::permissions(m_folder.path()) | QFile::ExeGroup | QFile::ExeOther);
     if (!activatableName.isEmpty())
         writeFile(m_folder.filePath(activatableName + u".service"_s),
                   u"[D-BUS Service]\nName=%1\nExec=%2\n"_s.arg(activatableName, program).toUtf8());
@@ -14,7 +19,8 @@ PrivateBus::PrivateBus(const QString &activatableName, const QString &program,
     writeFile(
         configuration,
         u"<busconfig><type>session</type><listen>unix:path=%1/bus</listen>"
-        "<servicedir>%1</servicedir><policy context=\"default\"><allow send_destination=\"*\" "
+        "<servicedir>%1</servicedir><policy context=\"default\"><allow user=\"*\"/>"
+        "<allow send_destination=\"*\" "
         "eavesdrop=\"true\"/>"
         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>"_s.arg(m_folder.path())
             .toUtf8());

@@ -1,4 +1,5 @@
-// A session bus that nobody but the test and the program under test uses.
+// A session bus that nobody uses but the test, the program under test and whoever is told of its
+// address, whatever user that is.
 #pragma once
 
 #include <QProcess>
