@@ -377,10 +377,13 @@ private Q_SLOTS:
         auto desk = std::make_unique<Desk>();
         desk->program.addApp(desk->app.desktopFile(), storedControlAltK);
         desk->start();
-        const QStringList command = commandOf(compositor());
-        kill(compositor(), SIGKILL);
+        const pid_t killed = compositor();
+        const QStringList command = commandOf(killed);
+        kill(killed, SIGKILL);
         // Qt ends its programs with the compositor.
         QCOMPARE(desk->program.exitStatus(), 1);
+        // Until its end it may lock the socket, which the next one needs.
+        QTRY_VERIFY(kill(killed, 0) != 0);
         QFile saved(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/kglobalshortcutsrc"_s);
         // The daemon may have saved the component's name, but none of its actions.
         const QByteArray content = saved.open(QIODevice::ReadOnly) ? saved.readAll() : QByteArray();
