@@ -44,7 +44,8 @@ void tell(const RunOutcome &outcome, const LaunchEntry &entry, const Platform &p
 }
 } // namespace
 
-ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
+ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center,
+                             std::chrono::milliseconds undoTime)
     : m_platform(platform)
     , m_center(center)
     , m_file(platform.applicationSupport)
@@ -56,6 +57,12 @@ ShortcutStore::ShortcutStore(const Platform &platform, HotkeyCenter &center)
     connect(&platform.userDefaults, &UserDefaults::changed, this, [this] {
         if (const auto &error = m_platform.userDefaults.error())
             report(u"Your settings could not be saved."_s, *error);
+    });
+    m_undoTime.setSingleShot(true);
+    m_undoTime.setInterval(undoTime);
+    connect(&m_undoTime, &QTimer::timeout, this, [this] {
+        Q_EMIT willChange();
+        forgetFormer();
     });
     auto entries = m_file.read();
     if (entries)
@@ -100,6 +107,7 @@ void ShortcutStore::clearError(const AppError &seen)
 void ShortcutStore::upsert(const LaunchEntry &entry)
 {
     Q_EMIT willChange();
+    forgetFormer();
     const auto existing = std::ranges::find(m_entries, entry.id, &LaunchEntry::id);
     if (existing == m_entries.end())
         m_entries.append(entry);
@@ -119,11 +127,12 @@ void ShortcutStore::deleteEntry(const LaunchEntry &entry)
     m_center.titles.remove(name.rawValue);
     m_center.sync(name);
     Q_EMIT willChange();
+    remember({entry});
     m_entries.removeIf([&id](const LaunchEntry &other) { return other.id == id; });
     // Save the list first: a combination without an entry is harmless, but if the program is killed
     // between the two writes, no entry may be left without its combination.
     if (save())
-        setShortcut(std::nullopt, name);
+        storeShortcut(std::nullopt, name);
 }
 
 void ShortcutStore::setEnabled(bool isEnabled, const QUuid &id)
@@ -131,6 +140,7 @@ void ShortcutStore::setEnabled(bool isEnabled, const QUuid &id)
     if (!contains(id))
         return;
     Q_EMIT willChange();
+    forgetFormer();
     std::ranges::find(m_entries, id, &LaunchEntry::id)->isEnabled = isEnabled;
     applyEnabledState();
     save();
@@ -175,13 +185,43 @@ void ShortcutStore::report(const QString &message, const Error &error)
 
 void ShortcutStore::resetAllShortcuts()
 {
+    remember({});
     {
         const auto together = m_platform.userDefaults.writeTogether();
         for (const LaunchEntry &entry : std::as_const(m_entries))
-            setShortcut(std::nullopt, entry.shortcutName());
+            storeShortcut(std::nullopt, entry.shortcutName());
     }
     // The list is unchanged, but its entries have lost their keys.
     Q_EMIT willChange();
+}
+
+std::optional<ShortcutStore::Undoable> ShortcutStore::undoable() const
+{
+    return m_former ? std::optional(m_former->change) : std::nullopt;
+}
+
+void ShortcutStore::undo()
+{
+    if (!m_former)
+        return;
+    Q_EMIT willChange();
+    const Former former = *m_former;
+    forgetFormer();
+    m_enabledByKeys.reset();
+    // Store the combinations first: no entry may be left without its combination if the program is
+    // killed between the two writes.
+    {
+        const auto together = m_platform.userDefaults.writeTogether();
+        for (const auto &[key, value] : former.combinations)
+            m_platform.userDefaults.setData(key, value);
+    }
+    m_entries = former.entries;
+    if (former.change.deleted)
+        registerHandler(*former.change.deleted);
+    applyEnabledState();
+    // A reset has not changed the list.
+    if (former.change.deleted)
+        save();
 }
 
 QByteArray ShortcutStore::exportData() const
@@ -204,6 +244,7 @@ Result<qsizetype> ShortcutStore::importData(const QByteArray &data)
     if (!file)
         return file.error();
     Q_EMIT willChange();
+    forgetFormer();
     {
         const auto together = m_platform.userDefaults.writeTogether();
         for (const ExportItem &item : file->items)
@@ -296,6 +337,13 @@ ShortcutStore::getShortcut(const KeyboardShortcuts::Name &name) const
 void ShortcutStore::setShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
                                 const KeyboardShortcuts::Name &name)
 {
+    forgetFormer();
+    storeShortcut(shortcut, name);
+}
+
+void ShortcutStore::storeShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
+                                  const KeyboardShortcuts::Name &name)
+{
     m_enabledByKeys.reset();
     KeyboardShortcuts::setShortcut(shortcut, name, m_platform.userDefaults, m_center);
 }
@@ -320,8 +368,8 @@ void ShortcutStore::add(const ExportItem &item)
     const LaunchEntry entry{
         .name = item.name, .kind = item.kind, .target = item.target, .isEnabled = item.isEnabled};
     if (item.keyCode)
-        setShortcut(KeyboardShortcuts::Shortcut{*item.keyCode, item.modifiers.value_or(0)},
-                    entry.shortcutName());
+        storeShortcut(KeyboardShortcuts::Shortcut{*item.keyCode, item.modifiers.value_or(0)},
+                      entry.shortcutName());
     m_entries.append(entry);
     registerHandler(entry);
 }
@@ -351,6 +399,28 @@ void ShortcutStore::applyEnabledState()
             m_center.disabled.remove(name.rawValue);
         m_center.sync(name);
     }
+}
+
+/// Keeps what the change is about to remove. What could be undone before stays if the change
+/// removes nothing.
+void ShortcutStore::remember(const Undoable &change)
+{
+    Former former{change, m_entries, {}};
+    for (const LaunchEntry &entry : change.deleted ? QList{*change.deleted} : m_entries) {
+        const QString key = KeyboardShortcuts::defaultsKey(entry.shortcutName());
+        if (const auto value = m_platform.userDefaults.data(key))
+            former.combinations.emplaceBack(key, *value);
+    }
+    if (change.deleted ? !contains(change.deleted->id) : former.combinations.isEmpty())
+        return;
+    m_former = std::move(former);
+    m_undoTime.start();
+}
+
+void ShortcutStore::forgetFormer()
+{
+    m_former.reset();
+    m_undoTime.stop();
 }
 
 bool ShortcutStore::save()

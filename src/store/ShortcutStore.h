@@ -11,8 +11,11 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QUuid>
+#include <chrono>
 #include <optional>
+#include <utility>
 
 class HotkeyCenter;
 class UserDefaults;
@@ -26,8 +29,10 @@ class ShortcutStore : public QObject
     Q_OBJECT
 
 public:
-    /// Loads the list and registers the stored combinations of its enabled entries.
-    ShortcutStore(const Platform &platform, HotkeyCenter &center);
+    /// Loads the list and registers the stored combinations of its enabled entries. A change can be
+    /// undone for undoTime.
+    ShortcutStore(const Platform &platform, HotkeyCenter &center,
+                  std::chrono::milliseconds undoTime = std::chrono::seconds(30));
 
     /// The program's only instance. main creates it, never destroys it, and calls setShared() once
     /// the list is loaded; until then there is none.
@@ -72,6 +77,20 @@ public:
 
     /// Removes the stored combination of every entry; the entries stay.
     void resetAllShortcuts();
+
+    /// The last change of the list or of its combinations, if it can be undone.
+    struct Undoable {
+        /// The deleted entry; nothing if all combinations were removed.
+        std::optional<LaunchEntry> deleted;
+        bool operator==(const Undoable &) const = default;
+    };
+
+    /// What undo() would undo: a deletion or a reset, until the next change or for a limited time.
+    std::optional<Undoable> undoable() const;
+
+    /// Brings back the entries and combinations, exactly as they were; does nothing if nothing can
+    /// be undone.
+    void undo();
 
     /// The list with its key combinations, in the file format that importData() reads.
     QByteArray exportData() const;
@@ -133,10 +152,22 @@ Q_SIGNALS:
 private:
     using EntriesByKeys = QHash<KeyboardShortcuts::Shortcut, QList<LaunchEntry>>;
 
+    /// What a change that can be undone has removed.
+    struct Former {
+        Undoable change;
+        QList<LaunchEntry> entries;
+        /// The stored values by user-defaults key, also those that cannot be read.
+        QList<std::pair<QString, QByteArray>> combinations;
+    };
+
     const EntriesByKeys &enabledByKeys() const;
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void applyEnabledState();
+    void storeShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
+                       const KeyboardShortcuts::Name &name);
+    void remember(const Undoable &change);
+    void forgetFormer();
     /// Returns whether the list has been written to disk.
     bool save();
 
@@ -149,6 +180,9 @@ private:
     /// The enabled entries by combination, in list order; built on demand.
     mutable std::optional<EntriesByKeys> m_enabledByKeys;
     bool m_paused;
+    std::optional<Former> m_former;
+    /// Runs while something can be undone.
+    QTimer m_undoTime{this};
     QList<AppError> m_errors;
     DesignWording m_designWording;
 };

@@ -532,6 +532,314 @@ private Q_SLOTS:
         QVERIFY(home.platform.hotkeys.live.isEmpty());
     }
 
+    // Undo
+
+    void bringsBackADeletedEntry_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("the first") << 0;
+        QTest::newRow("one in the middle") << 1;
+        QTest::newRow("the last") << 2;
+    }
+    void bringsBackADeletedEntry()
+    {
+        QFETCH(const int, index);
+        FullStore home;
+        const QByteArray list = home.read();
+        const auto defaults = home.platform.userDefaults.values;
+        home.store->deleteEntry(home.entries[index]);
+        QCOMPARE(home.store->undoable(), ShortcutStore::Undoable{home.entries[index]});
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), list);
+        QCOMPARE(home.platform.userDefaults.values, defaults);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+        QVERIFY(!home.store->undoable());
+        home.press(quint32(home.keys(home.entries[index])->carbonKeyCode));
+        QTRY_COMPARE(home.opened(), QStringList({home.entries[index].target}));
+    }
+
+    void bringsBackTheOnlyEntry()
+    {
+        Home home;
+        const auto mail = app(u"Mail"_s);
+        home.write(fileOf({mail}));
+        ShortcutStore store(home.platform.services, home.center);
+        store.deleteEntry(mail);
+        QCOMPARE(home.read(), fileOf({}));
+        store.undo();
+        QCOMPARE(store.entries(), QList({mail}));
+        QCOMPARE(home.read(), fileOf({mail}));
+    }
+
+    void bringsBackADisabledEntryDisabled()
+    {
+        FullStore home;
+        home.entries[1].isEnabled = false;
+        home.store->setEnabled(false, home.entries[1].id);
+        home.store->deleteEntry(home.entries[1]);
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 41}));
+        home.store->setEnabled(true, home.entries[1].id);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void bringsBackAllEntriesWithOneId()
+    {
+        Home home;
+        const auto mail = app(u"Mail"_s);
+        const auto music = app(u"Music"_s);
+        home.write(fileOf({mail, music, mail}));
+        ShortcutStore store(home.platform.services, home.center);
+        store.deleteEntry(mail);
+        store.undo();
+        QCOMPARE(store.entries(), QList({mail, music, mail}));
+    }
+
+    void bringsBackAllKeys()
+    {
+        FullStore home([](FullStore &it) {
+            it.entries[2].isEnabled = false;
+            it.write(fileOf(it.entries));
+            // Of a later version, perhaps.
+            it.platform.userDefaults.setData(it.keysOf(1), "[40]");
+        });
+        const QByteArray list = home.read();
+        const auto defaults = home.platform.userDefaults.values;
+        home.store->resetAllShortcuts();
+        QCOMPARE(home.store->undoable(), ShortcutStore::Undoable());
+        home.store->undo();
+        QCOMPARE(home.platform.userDefaults.values, defaults);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), list);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37}));
+        QVERIFY(!home.store->undoable());
+    }
+
+    void writesOnceToUndo_data()
+    {
+        QTest::addColumn<std::function<void(FullStore &)>>("change");
+        QTest::addColumn<bool>("isListWritten");
+        const auto add = [](const char *row, bool isListWritten,
+                            const std::function<void(FullStore &)> &change) {
+            QTest::newRow(row) << change << isListWritten;
+        };
+        add("a deletion", true, [](FullStore &it) { it.store->deleteEntry(it.entries[1]); });
+        add("a reset", false, [](FullStore &it) { it.store->resetAllShortcuts(); });
+    }
+    void writesOnceToUndo()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        change(home);
+        home.platform.userDefaults.writes = 0;
+        QVERIFY(QFile::remove(home.file()));
+        // The list comes last: if the program is killed, no entry is without its keys.
+        connect(&home.platform.userDefaults, &UserDefaults::changed, this,
+                [&] { QVERIFY(!QFile::exists(home.file())); });
+        home.store->undo();
+        QCOMPARE(home.platform.userDefaults.writes, 1);
+        QTEST(QFile::exists(home.file()), "isListWritten");
+    }
+
+    void undoesOnlyTheLastChangeAndOnlyOnce()
+    {
+        FullStore home;
+        home.store->deleteEntry(home.entries[0]);
+        home.store->deleteEntry(home.entries[1]);
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries.sliced(1));
+        home.notices = 0;
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries.sliced(1));
+        QCOMPARE(home.notices, 0);
+    }
+
+    void undoesNothingOnceSomethingElseHasChanged_data()
+    {
+        QTest::addColumn<std::function<void(FullStore &)>>("change");
+        const auto add = [](const char *row, const std::function<void(FullStore &)> &change) {
+            QTest::newRow(row) << change;
+        };
+        add("a new entry", [](FullStore &it) { it.store->upsert(app(u"Maps"_s)); });
+        add("an edited entry", [](FullStore &it) { it.store->upsert(it.entries[0]); });
+        add("an entry that is switched off",
+            [](FullStore &it) { it.store->setEnabled(false, it.entries[0].id); });
+        add("new keys", [](FullStore &it) {
+            it.store->setShortcut(KeyboardShortcuts::Shortcut{40, 256},
+                                  it.entries[0].shortcutName());
+        });
+        add("removed keys", [](FullStore &it) {
+            it.store->setShortcut(std::nullopt, it.entries[0].shortcutName());
+        });
+        add("an import",
+            [](FullStore &it) { QVERIFY(it.store->importData(it.store->exportData())); });
+    }
+    void undoesNothingOnceSomethingElseHasChanged()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        home.store->deleteEntry(home.entries[1]);
+        change(home);
+        QVERIFY(!home.store->undoable());
+        const auto entries = home.store->entries();
+        home.store->undo();
+        QCOMPARE(home.store->entries(), entries);
+        QCOMPARE(home.keys(home.entries[1]), std::nullopt);
+    }
+
+    void undoesAlsoAfterWhatChangesNoEntry_data()
+    {
+        QTest::addColumn<std::function<void(FullStore &)>>("change");
+        const auto add = [](const char *row, const std::function<void(FullStore &)> &change) {
+            QTest::newRow(row) << change;
+        };
+        add("a run", [](FullStore &it) {
+            it.store->run(it.entries[0]);
+            QCoreApplication::processEvents();
+        });
+        add("an error", [](FullStore &it) { it.store->report(u"It failed."_s, {u"Why"_s}); });
+        add("an editor that is cancelled", [](FullStore &it) { it.store->announceChange(); });
+        add("a file that is no export",
+            [](FullStore &it) { QVERIFY(!it.store->importData("no export")); });
+        add("the switch of an unknown entry",
+            [](FullStore &it) { it.store->setEnabled(false, QUuid::createUuid()); });
+        add("another deletion of the entry",
+            [](FullStore &it) { it.store->deleteEntry(it.entries[1]); });
+        add("the pause and its end", [](FullStore &it) {
+            it.store->setPaused(true);
+            it.store->setPaused(false);
+        });
+    }
+    void undoesAlsoAfterWhatChangesNoEntry()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        home.store->deleteEntry(home.entries[1]);
+        change(home);
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void undoesAResetAlsoAfterAnotherThatRemovesNothing()
+    {
+        FullStore home;
+        home.store->resetAllShortcuts();
+        home.store->resetAllShortcuts();
+        home.store->undo();
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void offersNoUndoOfAResetThatRemovesNothing()
+    {
+        Home home;
+        home.write(fileOf({app(u"Mail"_s)}));
+        ShortcutStore store(home.platform.services, home.center);
+        store.resetAllShortcuts();
+        QVERIFY(!store.undoable());
+    }
+
+    void makesNothingLiveByAnUndoWhilePaused_data() { writesOnceToUndo_data(); }
+    void makesNothingLiveByAnUndoWhilePaused()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        change(home);
+        home.store->setPaused(true);
+        home.store->undo();
+        QVERIFY(home.platform.hotkeys.live.isEmpty());
+        home.store->setPaused(false);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void makesKeysLiveByAnUndoAfterThePauseInWhichTheyWereRemoved_data()
+    {
+        writesOnceToUndo_data();
+    }
+    void makesKeysLiveByAnUndoAfterThePauseInWhichTheyWereRemoved()
+    {
+        QFETCH(const std::function<void(FullStore &)>, change);
+        FullStore home;
+        home.store->setPaused(true);
+        change(home);
+        home.store->setPaused(false);
+        home.store->undo();
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void bringsBackWhatCouldNotBeDeletedOnDisk()
+    {
+        FullStore home;
+        const QByteArray list = home.read();
+        const auto defaults = home.platform.userDefaults.values;
+        QVERIFY(withLittleSpace([&] {
+            home.store->deleteEntry(home.entries[1]);
+            return home.store->error().has_value();
+        }));
+        home.store->undo();
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.read(), list);
+        QCOMPARE(home.platform.userDefaults.values, defaults);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+    }
+
+    void keepsAnUndoThatItCannotSave()
+    {
+        FullStore home;
+        home.store->deleteEntry(home.entries[1]);
+        QVERIFY(withLittleSpace([&] {
+            home.store->undo();
+            return home.store->error().has_value();
+        }));
+        QCOMPARE(home.store->error()->message, couldNotSave);
+        QCOMPARE(home.store->entries(), home.entries);
+        QCOMPARE(home.liveKeyCodes(), QList<quint32>({37, 40, 41}));
+        // With the next change.
+        home.entries[0].isEnabled = false;
+        home.store->setEnabled(false, home.entries[0].id);
+        QCOMPARE(home.read(), fileOf(home.entries));
+    }
+
+    void undoesNothingOnceTheTimeIsOver()
+    {
+        FullStore home;
+        home.store.emplace(home.platform.services, home.center, std::chrono::milliseconds(20));
+        home.store->deleteEntry(home.entries[1]);
+        std::optional<ShortcutStore::Undoable> announced;
+        connect(&*home.store, &ShortcutStore::willChange, this,
+                [&] { announced = home.store->undoable(); });
+        QTRY_VERIFY(!home.store->undoable());
+        QVERIFY(announced);
+        home.store->undo();
+        QCOMPARE(home.store->entries().size(), 2);
+    }
+
+    void hasHalfAMinuteForAnUndoFromTheLastChangeOnAndNoTimerOtherwise()
+    {
+        FullStore home;
+        const auto *const timer = home.store->findChild<QTimer *>();
+        QVERIFY(!timer->isActive());
+        home.store->deleteEntry(home.entries[1]);
+        QVERIFY(timer->isActive());
+        QVERIFY(timer->isSingleShot());
+        QCOMPARE(timer->intervalAsDuration(), std::chrono::seconds(30));
+        home.store->undo();
+        QVERIFY(!timer->isActive());
+        home.store->deleteEntry(home.entries[1]);
+        home.store->upsert(home.entries[0]);
+        QVERIFY(!timer->isActive());
+    }
+
+    void knowsNothingToUndoAfterAStart()
+    {
+        FullStore home;
+        home.store->deleteEntry(home.entries[1]);
+        home.store.emplace(home.platform.services, home.center);
+        QVERIFY(!home.store->undoable());
+    }
+
     // Presses
 
     void opensTheAppWhoseKeysArePressed()
@@ -749,6 +1057,11 @@ private Q_SLOTS:
         add("the pause", [](FullStore &home) { home.store->setPaused(true); });
         add("an error", [](FullStore &home) { home.store->report(u"It failed."_s, {u"Why"_s}); });
         add("new keys", [](FullStore &home) { home.store->resetAllShortcuts(); });
+        add("an undo", [](FullStore &home) {
+            home.store->deleteEntry(home.entries.takeAt(1));
+            home.notices = 0;
+            home.store->undo();
+        });
         add("a target that has gone missing", [](FullStore &home) {
             home.store->run(lostApp);
             QCoreApplication::processEvents();
