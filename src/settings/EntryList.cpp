@@ -288,12 +288,7 @@ bool EntryList::moveFocus(const QKeyEvent &press)
         return false;
     const auto index = std::clamp<qsizetype>(*to, 0, qsizetype(m_tops.size()) - 2);
     const auto control = controlsOf(*m_rows.value(*from)).indexOf(window()->focusWidget());
-    for (int round = 0; !m_rows.contains(index) && round < maxRounds; ++round) {
-        const int top = m_tops[size_t(index)];
-        const int bottom = m_tops[size_t(index) + 1];
-        verticalScrollBar()->setValue(index < *from ? top : bottom - viewport()->height());
-    }
-    if (EntryRow *const row = m_rows.value(index)) {
+    if (EntryRow *const row = rowAt(index, *from)) {
         controlsOf(*row).at(control)->setFocus(Qt::TabFocusReason);
         // Some styles show the focus only with this attribute, which Qt sets only for arrow keys
         // and Tab.
@@ -301,6 +296,28 @@ bool EntryList::moveFocus(const QKeyEvent &press)
         ensureWidgetVisible(row, 0, edgePadding);
     }
     return true;
+}
+
+/// The row of an entry, scrolled to if it does not exist yet, coming from the other index; null if
+/// it cannot be reached.
+EntryRow *EntryList::rowAt(qsizetype index, qsizetype from)
+{
+    for (int round = 0; !m_rows.contains(index) && round < maxRounds; ++round) {
+        const int top = m_tops[size_t(index)];
+        const int bottom = m_tops[size_t(index) + 1];
+        verticalScrollBar()->setValue(index < from ? top : bottom - viewport()->height());
+    }
+    return m_rows.value(index);
+}
+
+void EntryList::focusEntry(const QUuid &id)
+{
+    if (!m_store.contains(id))
+        return;
+    if (EntryRow *const row = rowAt(placeOf(id, 0), indexAt(verticalScrollBar()->value()))) {
+        row->focusEdit();
+        ensureWidgetVisible(row, 0, edgePadding);
+    }
 }
 
 std::optional<qsizetype> EntryList::focusedIndex() const

@@ -22,6 +22,10 @@ public:
     /// Shows the store's current entries and keeps the scroll position.
     void refresh();
 
+    /// Scrolls to the entry and puts the focus on its Edit button; does nothing without such an
+    /// entry.
+    void focusEntry(const QUuid &id);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -56,6 +60,7 @@ private:
     EntryRow *makeRow();
     std::optional<qsizetype> targetRow(const QKeyEvent &press, qsizetype from) const;
     bool moveFocus(const QKeyEvent &press);
+    EntryRow *rowAt(qsizetype index, qsizetype from);
     std::optional<qsizetype> focusedIndex() const;
 
     ShortcutStore &m_store;

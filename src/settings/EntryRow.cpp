@@ -65,6 +65,8 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
     setAccessibleRole(*this, QAccessible::ListItem);
     m_dimming->setOpacity(disabledOpacity);
     setGraphicsEffect(m_dimming);
+    const Item edit = button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); });
+    m_edit = edit.widget;
     setBody(Row{
         padding(12, 3),
         spacing(10),
@@ -84,7 +86,7 @@ EntryRow::EntryRow(ShortcutStore &store, EntryAction onEdit, EntryAction onDelet
         enabledWhen([this] { return m_store.canRegisterKeys(); },
                     badge([this] { return m_store.shortcutText(m_entry); },
                           [this] { return m_store.spokenKeys(m_entry.shortcutName()); })),
-        alignTop(button(u"Edit"_s, [this, onEdit = std::move(onEdit)] { onEdit(m_entry); })),
+        alignTop(edit),
         alignTop(destructiveButton(u"trash"_s, u"Delete"_s,
                                    [this, onDelete = std::move(onDelete)] { onDelete(m_entry); })),
     });

@@ -26,6 +26,9 @@ public:
 
     const LaunchEntry &entry() const { return m_entry; }
 
+    /// Puts the focus on the Edit button.
+    void focusEdit() { m_edit->setFocus(); }
+
 private:
     viewkit::Item description();
 
@@ -35,4 +38,5 @@ private:
     std::optional<QString> m_missingReason;
     QString m_otherKeys;
     QGraphicsOpacityEffect *m_dimming;
+    QWidget *m_edit = nullptr;
 };

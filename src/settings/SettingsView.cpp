@@ -1,6 +1,7 @@
 #include "settings/SettingsView.h"
 
 #include "foundation/Files.h"
+#include "foundation/Text.h"
 #include "model/DefaultsKeys.h"
 #include "platform/HotkeyService.h"
 #include "platform/LoginItem.h"
@@ -22,7 +23,9 @@
 #include <QEvent>
 #include <QLayout>
 #include <QScreen>
+#include <QShortcut>
 #include <QStyle>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace viewkit;
@@ -46,11 +49,14 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
         toolbar(),
         divider(),
         content(),
+        undoLine(),
         divider(),
         footer(),
         sheet(),
     });
     fitToContent();
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
+            &SettingsView::undo);
     connect(&platform.userDefaults, &UserDefaults::changed, this, &View::invalidate);
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
 }
@@ -84,10 +90,10 @@ Item SettingsView::toolbar()
 
 Item SettingsView::entryList()
 {
-    auto *const list = new EntryList(
+    m_list = new EntryList(
         m_store, [this](const LaunchEntry &entry) { openSheet(entry); },
         [this](const LaunchEntry &entry) { deleteEntry(entry); });
-    return widget(list, [list] { list->refresh(); });
+    return widget(m_list, [this] { m_list->refresh(); });
 }
 
 Item SettingsView::emptyState()
@@ -112,6 +118,46 @@ Item SettingsView::emptyState()
                                   [this] { return m_importMessage.value_or(QString()); }))))),
         Spacer{},
     };
+}
+
+Item SettingsView::undoLine()
+{
+    const Item button = decisiveButton(u"Undo"_s, [this] { undo(); });
+    Item line = Column{
+        divider(),
+        Row{padding(12, 8), spacing(8), undoMessage(), Spacer{}, button},
+    };
+    // Otherwise the focus would move from the button to the next control, which does something
+    // else.
+    line.rules.append([this, button = button.widget] {
+        if (!canUndo() && button->window()->focusWidget() == button)
+            m_add->setFocus();
+    });
+    return shownWhen([this] { return canUndo(); }, line);
+}
+
+Item SettingsView::undoMessage()
+{
+    Item message = announced(shortenedText(TextStyle::body, [this] { return whatCanBeUndone(); }));
+    // Hide the former message first: screen readers announce a message only when it appears.
+    const auto shown = std::make_shared<std::optional<ShortcutStore::Undoable>>();
+    message.rules.prepend([this, label = message.widget, shown] {
+        const auto undoable = m_store.undoable();
+        if (std::exchange(*shown, undoable) != undoable)
+            label->hide();
+    });
+    return shownWhen([this] { return canUndo(); }, message);
+}
+
+QString SettingsView::whatCanBeUndone() const
+{
+    const auto undoable = m_store.undoable();
+    if (!undoable)
+        return {};
+    if (!undoable->deleted)
+        return u"The keys of all entries were removed."_s;
+    const QString &name = undoable->deleted->name;
+    return name.isEmpty() ? u"An entry was deleted."_s : u"%1 was deleted."_s.arg(quoted(name));
 }
 
 Item SettingsView::footer()
@@ -278,6 +324,20 @@ void SettingsView::resetAllShortcuts()
     closeSheet();
 }
 
+void SettingsView::undo()
+{
+    // An open editor would store the combination that its entry had when it was opened.
+    if (hasSheet())
+        return;
+    const auto undone = m_store.undoable();
+    m_store.undo();
+    if (undone && undone->deleted) {
+        // The entry needs a row before it can have the focus.
+        refresh();
+        m_list->focusEntry(undone->deleted->id);
+    }
+}
+
 /// Opens the alert for the store's first error once nothing else is open. It stays until the user
 /// closes it, whatever else goes wrong meanwhile.
 void SettingsView::alertNextError()
@@ -353,6 +413,11 @@ void SettingsView::setLaunchAtLogin(bool on)
 bool SettingsView::hasEntries() const
 {
     return !m_store.entries().isEmpty();
+}
+
+bool SettingsView::canUndo() const
+{
+    return m_store.undoable().has_value();
 }
 
 Binding<bool> SettingsView::showNotification()

@@ -10,6 +10,7 @@
 #include <optional>
 #include <variant>
 
+class EntryList;
 class ShortcutStore;
 struct Platform;
 
@@ -35,6 +36,9 @@ private:
     viewkit::Item toolbar();
     viewkit::Item entryList();
     viewkit::Item emptyState();
+    viewkit::Item undoLine();
+    viewkit::Item undoMessage();
+    QString whatCanBeUndone() const;
     viewkit::Item footer();
     viewkit::Item approvalRow();
     QString reachOfKeys() const;
@@ -65,6 +69,7 @@ private:
     void addEntry();
     void deleteEntry(const LaunchEntry &entry);
     void resetAllShortcuts();
+    void undo();
 
     void alertNextError();
 
@@ -79,6 +84,7 @@ private:
     void setLaunchAtLogin(bool on);
 
     bool hasEntries() const;
+    bool canUndo() const;
     viewkit::Binding<bool> showNotification();
     viewkit::Binding<bool> macKeySigns();
     void fitToContent();
@@ -93,4 +99,5 @@ private:
     QPointer<FilePanel> m_panel;
     viewkit::ScrolledContent *m_content = nullptr;
     QWidget *m_add = nullptr;
+    EntryList *m_list = nullptr;
 };

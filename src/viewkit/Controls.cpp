@@ -120,6 +120,11 @@ Item button(const QString &label, const QString &symbol, Action action)
     return {.widget = button, .rules = {drawn(button, symbol)}};
 }
 
+Item decisiveButton(const QString &label, Action action)
+{
+    return {.widget = pushButton<DecisiveButton>(label, std::move(action))};
+}
+
 Item defaultButton(const QString &label, Action action)
 {
     auto *const button = pushButton<DecisiveButton>(label, std::move(action));

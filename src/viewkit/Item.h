@@ -94,6 +94,9 @@ Item symbol(const QString &name, TextStyle style);
 Item button(TextSource label, Action action);
 Item button(const QString &label, const QString &symbol, Action action);
 
+/// A button that appears where another one may have been: it treats a double click as one click.
+Item decisiveButton(const QString &label, Action action);
+
 /// The button that Return presses.
 Item defaultButton(const QString &label, Action action);
 

@@ -138,6 +138,10 @@ void addWindows()
     QTest::addColumn<Open>("open");
     QTest::newRow("the window") << Open(
         [](SettingsWindow &window) -> QWidget & { return *window.view; });
+    QTest::newRow("the window after a deletion") << Open([](SettingsWindow &window) -> QWidget & {
+        window.click(u"Delete"_s);
+        return *window.view;
+    });
     QTest::newRow("the window without entries") << Open([](SettingsWindow &window) -> QWidget & {
         while (!window.store->entries().isEmpty())
             window.store->deleteEntry(window.store->entries().first());
