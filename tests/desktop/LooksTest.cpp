@@ -318,6 +318,23 @@ private Q_SLOTS:
         desk.lookAtWindow(u"window-focus"_s);
     }
 
+    void isLegibleAfterADeletion()
+    {
+        Desk desk(look());
+        QList<Sample> samples = everything(desk.program.home.path());
+        const QString longName = samples.constLast().name;
+        samples.prepend(samples.takeLast());
+        desk.addEntries(samples);
+        desk.open();
+        SettingsDesk::press(desk.row(u"Notes"_s), u"Delete"_s);
+        QVERIFY(desk.all.await(Role::label, u"“Notes” was deleted."_s).isThere());
+        desk.lookAtWindow(u"window-undo"_s);
+        desk.shrink();
+        SettingsDesk::press(desk.row(longName), u"Delete"_s);
+        QVERIFY(desk.all.await(Role::label, u"“%1” was deleted."_s.arg(longName)).isThere());
+        desk.lookAtWindow(u"window-undo-smallest"_s);
+    }
+
     void isLegibleInTheEditor()
     {
         const QString title = u"New shortcut"_s;

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <algorithm>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +46,21 @@ struct Desk : SettingsDesk {
         preventAutostart();
         toggle(launchAtLogin);
         return errorAlert(noLoginItem);
+    }
+
+    /// The lines of the settings, which the program writes in another order than the tests.
+    QByteArrayList sortedSettings() const
+    {
+        QByteArrayList lines = settings().split('\n');
+        std::ranges::sort(lines);
+        return lines;
+    }
+
+    void removeAllKeys() const
+    {
+        press(u"Reset all shortcuts…"_s);
+        SettingsDesk::press(alert(question), u"Reset all shortcuts"_s);
+        awaitNoSheet();
     }
 
     /// Programs of these names that record their starts, before all others of the system.
@@ -120,9 +136,11 @@ struct NotifiedDesk : Desk {
     RecordedService notifications{bus.address(), u"org.freedesktop.Notifications"_s, &answerAsHost};
 };
 
+using Act = std::function<void(Desk &desk)>;
 using OpenSheet = std::function<Accessible(const Desk &desk)>;
 } // namespace
 
+Q_DECLARE_METATYPE(Act)
 Q_DECLARE_METATYPE(OpenSheet)
 
 class SettingsStoriesTest : public QObject
@@ -178,9 +196,7 @@ private Q_SLOTS:
         desk.addApp(storedControlAltK);
         desk.open();
         const QByteArray list = desk.list();
-        desk.press(u"Reset all shortcuts…"_s);
-        SettingsDesk::press(desk.alert(question), u"Reset all shortcuts"_s);
-        desk.awaitNoSheet();
+        desk.removeAllKeys();
         desk.awaitFree(KEY_J);
         desk.awaitFree(KEY_K);
         QCOMPARE(desk.list(), list);
@@ -202,6 +218,65 @@ private Q_SLOTS:
         QCOMPARE(desk.list(), list);
         QCOMPARE(desk.settings(), settings);
         desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void undoesADeletionOrAReset_data()
+    {
+        QTest::addColumn<Act>("change");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<Act>("undo");
+        const Act deletes([](Desk &desk) {
+            SettingsDesk::press(desk.all.findAll(Role::row).constFirst(), u"Delete"_s);
+        });
+        const Act resets([](Desk &desk) { desk.removeAllKeys(); });
+        const Act byButton([](Desk &desk) { desk.press(u"Undo"_s); });
+        const Act byKeys([](Desk &desk) { desk.keyboard.type({KEY_LEFTCTRL, KEY_Z}); });
+        const QString deleted = u"“App” was deleted."_s;
+        const QString removed = u"The keys of all entries were removed."_s;
+        QTest::newRow("a deletion by the button") << deletes << deleted << byButton;
+        QTest::newRow("a deletion by Ctrl+Z") << deletes << deleted << byKeys;
+        QTest::newRow("a reset by the button") << resets << removed << byButton;
+        QTest::newRow("a reset by Ctrl+Z") << resets << removed << byKeys;
+    }
+    void undoesADeletionOrAReset()
+    {
+        QFETCH(const Act, change);
+        QFETCH(const QString, text);
+        QFETCH(const Act, undo);
+        Desk desk;
+        desk.addApp(storedControlAltJ);
+        desk.program.entriesAreEnabled = false;
+        desk.addApp(storedControlAltK);
+        desk.open();
+        const QByteArray list = desk.list();
+        const QByteArrayList settings = desk.sortedSettings();
+        change(desk);
+        desk.awaitFree(KEY_J);
+        QVERIFY(desk.all.await(Role::label, text).isThere());
+        undo(desk);
+        desk.awaitHeld(KEY_J);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
+        desk.awaitFree(KEY_K);
+        QCOMPARE(desk.list(), list);
+        QCOMPARE(desk.sortedSettings(), settings);
+        QTRY_VERIFY(!desk.shows(Role::label, text));
+        QVERIFY(!desk.shows(Role::button, u"Undo"_s));
+    }
+
+    void undoesNothingFromBeforeItsStart()
+    {
+        Desk desk;
+        desk.addApp(storedControlAltJ);
+        desk.open();
+        SettingsDesk::press(desk.row(u"App"_s), u"Delete"_s);
+        QVERIFY(desk.all.await(Role::button, u"Undo"_s).isThere());
+        desk.restart();
+        desk.show();
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_Z});
+        desk.awaitFree(KEY_J);
+        QVERIFY(!desk.shows(Role::button, u"Undo"_s));
+        QVERIFY(!desk.hasRow(u"App"_s));
+        QCOMPARE(desk.list(), "[]");
     }
 
     void obeysTheKeysWhileASheetIsOpen_data()

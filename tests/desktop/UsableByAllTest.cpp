@@ -373,6 +373,11 @@ private Q_SLOTS:
         QVERIFY(desk.all.await(label, u"No shortcuts yet"_s).isThere());
         desk.user->verifyPlace(u"Add"_s);
         desk.awaitFree(KEY_J);
+        desk.press(desk.all, u"Undo"_s);
+        QVERIFY(desk.row(u"News"_s).isThere());
+        desk.user->verifyPlace(u"Edit"_s);
+        desk.awaitHeld(KEY_J);
+        desk.verifyThatKeysRunTheApp(controlAltJ);
     }
 
     void saysWhatHappensToThoseWhoDoNotSeeIt()
@@ -399,6 +404,29 @@ private Q_SLOTS:
         verifyThatIsSaid(reader, {refused});
         desk.keyboard.type(controlAltJ);
         verifyThatIsSaid(reader, {u"Ctrl+Alt+J"_s});
+    }
+
+    void saysWhatCanBeUndone()
+    {
+        const QString deleted = u"“App” was deleted."_s;
+        ScreenReader reader;
+        SettingsDesk desk;
+        for (int count = 0; count < 3; ++count)
+            desk.addApp(storedControlAltJ);
+        desk.open();
+        reader.heard();
+        for (int count = 0; count < 2; ++count) {
+            SettingsDesk::press(desk.row(u"App"_s), u"Delete"_s);
+            verifyThatIsSaid(reader, {deleted});
+        }
+        desk.press(reset + u'…');
+        SettingsDesk::press(desk.alert(question), reset);
+        desk.awaitNoSheet();
+        // The button that the alert gives the focus to may be said before.
+        QStringList heard;
+        QTRY_VERIFY((heard += reader.heard()).contains(u"The keys of all entries were removed."_s));
+        QTRY_VERIFY(desk.all.focused().isThere());
+        QCOMPARE(fault(desk.all.find(u"frame"_s, u"Corvane"_s)), noFault);
     }
 
     void saysWhatBecomesOfTheSearchForAnApp()
