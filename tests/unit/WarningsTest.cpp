@@ -279,6 +279,17 @@ private Q_SLOTS:
             home.setKeys(home.mail, commandL);
             home.setKeys(home.music, commandL);
         });
+        add("a deleted entry that is brought back", {u"Music"_s}, [](Home &home) {
+            home.store->deleteEntry(home.music);
+            home.store->undo();
+        });
+        add("all keys brought back", {u"Music"_s}, [](Home &home) {
+            const auto maps = named(u"Maps"_s);
+            home.setKeys(maps, commandK);
+            home.store->resetAllShortcuts();
+            QVERIFY(home.warningsOf(maps).isEmpty());
+            home.store->undo();
+        });
         add("keys that another entry gets", {u"Music"_s, u"Files"_s},
             [](Home &home) { home.setKeys(home.files, commandK); });
         add("keys that another entry loses", {},
