@@ -39,6 +39,7 @@ constexpr int minContentHeight = 100;
 /// More than an export of fifty thousand entries takes. Parsing JSON needs up to thirty times its
 /// size in memory.
 constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
+constexpr QChar leftToRightMark(0x200E);
 } // namespace
 
 SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
@@ -122,7 +123,8 @@ Item SettingsView::emptyState()
 
 Item SettingsView::undoLine()
 {
-    const Item button = decisiveButton(u"Undo"_s, [this] { undo(); });
+    const Item button = described([this] { return whatCanBeUndone(); },
+                                  decisiveButton(u"Undo"_s, [this] { undo(); }));
     Item line = Column{
         divider(),
         Row{padding(12, 8), spacing(8), undoMessage(), Spacer{}, button},
@@ -157,7 +159,11 @@ QString SettingsView::whatCanBeUndone() const
     if (!undoable->deleted)
         return u"The keys of all entries were removed."_s;
     const QString &name = undoable->deleted->name;
-    return name.isEmpty() ? u"An entry was deleted."_s : u"%1 was deleted."_s.arg(quoted(name));
+    if (name.isEmpty())
+        return u"An entry was deleted."_s;
+    // The sentence is English, whichever direction the name has.
+    const QString mark = name.isRightToLeft() ? QString(leftToRightMark) : QString();
+    return mark + u"%1 was deleted."_s.arg(quoted(name));
 }
 
 Item SettingsView::footer()
