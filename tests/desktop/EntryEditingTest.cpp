@@ -173,6 +173,27 @@ private Q_SLOTS:
         QVERIFY(desk.list().contains(second.toUtf8()));
     }
 
+    void undoesADeletionByADoubleClickAndNothingElse()
+    {
+        Desk desk;
+        for (int count = 0; count < 20; ++count)
+            desk.addApp(storedControlAltK);
+        desk.open();
+        const QByteArray list = desk.list();
+        SettingsDesk::press(desk.row(u"App"_s), u"Delete"_s);
+        const Accessible undo = desk.all.await(button, u"Undo"_s);
+        const QPoint place = undo.geometry().center();
+        Mouse mouse;
+        mouse.click(place);
+        // A row of the list is there by then.
+        QTRY_VERIFY(!undo.is(State::showing));
+        mouse.click(place);
+        mouse.moveTo({});
+        desk.verifyThatKeysRunTheApp(controlAltK);
+        QCOMPARE(desk.list(), list);
+        QVERIFY(!desk.hasSheet());
+    }
+
     void takesAnOfferedShortcut()
     {
         Desk desk;
