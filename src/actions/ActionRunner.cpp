@@ -24,7 +24,8 @@ void open(const QUrl &url, const QString &failure, Workspace &workspace, Complet
     });
 }
 
-void runApp(const LaunchEntry &entry, Workspace &workspace, Completion completion)
+void runApp(const LaunchEntry &entry, Workspace &workspace, const OpenConfiguration &configuration,
+            Completion completion)
 {
     if (missingReason(entry)) {
         completion(RunOutcome::missing(
@@ -33,7 +34,8 @@ void runApp(const LaunchEntry &entry, Workspace &workspace, Completion completio
         return;
     }
     workspace.openApplication(
-        entry.target, [completion = std::move(completion)](const std::optional<Error> &error) {
+        entry.target, configuration,
+        [completion = std::move(completion)](const std::optional<Error> &error) {
             completion(error
                            ? RunOutcome::failed(u"Could not open the app: "_s + error->description)
                            : RunOutcome::success());
@@ -97,11 +99,11 @@ void runShortcut(const LaunchEntry &entry, Workspace &workspace, const Wording &
 } // namespace
 
 void run(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
-         Completion completion)
+         const OpenConfiguration &configuration, Completion completion)
 {
     switch (entry.kind) {
     case ActionKind::app:
-        runApp(entry, workspace, std::move(completion));
+        runApp(entry, workspace, configuration, std::move(completion));
         break;
     case ActionKind::path:
         runPath(entry, workspace, wording, std::move(completion));

@@ -10,14 +10,15 @@
 
 class Wording;
 class Workspace;
+struct OpenConfiguration;
 
 namespace ActionRunner
 {
 
-/// Opens the entry's target. The completion is called once, on the main thread, possibly before the
-/// call returns.
+/// Opens the entry's target; the configuration is for applications. The completion is called once,
+/// on the main thread, possibly before the call returns.
 void run(const LaunchEntry &entry, Workspace &workspace, const Wording &wording,
-         std::function<void(RunOutcome)> completion);
+         const OpenConfiguration &configuration, std::function<void(RunOutcome)> completion);
 
 /// The link that runs the Shortcut with this name; nothing if the name is not valid UTF-16.
 std::optional<QUrl> shortcutURL(const QString &name);

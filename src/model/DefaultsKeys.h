@@ -9,6 +9,10 @@ namespace DefaultsKeys
 /// Whether successful runs are notified; true if absent.
 inline constexpr QLatin1StringView showRunNotification("showRunNotification");
 
+/// Whether open applications are brought to the front instead of being started again; true if
+/// absent.
+inline constexpr QLatin1StringView bringToFront("bringToFront");
+
 /// Whether the user has dismissed the welcome; false if absent.
 inline constexpr QLatin1StringView hasSeenWelcome("hasSeenWelcome");
 

@@ -8,15 +8,28 @@
 #include <functional>
 #include <optional>
 
+/// How an application is opened.
+struct OpenConfiguration {
+    /// Whether a window that the application has open comes to the front instead of another start.
+    bool activates = false;
+};
+
 /// Each completion is called once, on the main thread, possibly before the call returns.
 class Workspace
 {
 public:
     virtual ~Workspace() = default;
 
+    /// Whether this session lets open applications come to the front, as far as is known.
+    virtual bool canActivate() const = 0;
+
+    /// Asks which windows are open. To be called at the user's action, shortly before
+    /// openApplication() with that path and a configuration that activates.
+    virtual void prepareToActivate(const QString &path) = 0;
+
     /// Starts the application at that path: a .desktop file or an executable. Completes with the
     /// error if it could not be started.
-    virtual void openApplication(const QString &path,
+    virtual void openApplication(const QString &path, const OpenConfiguration &configuration,
                                  std::function<void(std::optional<Error>)> completion) = 0;
 
     /// Opens a file, a folder or an address in its default application. Completes with whether

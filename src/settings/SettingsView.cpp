@@ -9,6 +9,7 @@
 #include "platform/SystemSettings.h"
 #include "platform/UserDefaults.h"
 #include "platform/Wording.h"
+#include "platform/Workspace.h"
 #include "settings/AboutView.h"
 #include "settings/DetailsView.h"
 #include "settings/EditorForm.h"
@@ -178,6 +179,8 @@ Item SettingsView::footer()
                  }),
         shownWhen([this] { return m_loginNeedsApproval; }, approvalRow()),
         checkBox(u"Show a small notification when a shortcut runs"_s, showNotification()),
+        shownWhen([this] { return m_platform.workspace.canActivate(); },
+                  checkBox(u"Bring open apps to the front"_s, bringToFront())),
         checkBox(u"Show keys with Mac signs (⌃⌥⇧⌘)"_s, macKeySigns()),
         Row{
             spacing(8),
@@ -432,6 +435,15 @@ Binding<bool> SettingsView::showNotification()
     return {
         .get = [&defaults] { return ShortcutStore::showRunNotification(defaults); },
         .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::showRunNotification, on); },
+    };
+}
+
+Binding<bool> SettingsView::bringToFront() const
+{
+    UserDefaults &defaults = m_platform.userDefaults;
+    return {
+        .get = [&defaults] { return ShortcutStore::bringToFront(defaults); },
+        .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::bringToFront, on); },
     };
 }
 

@@ -86,6 +86,7 @@ private:
     bool hasEntries() const;
     bool canUndo() const;
     viewkit::Binding<bool> showNotification();
+    viewkit::Binding<bool> bringToFront() const;
     viewkit::Binding<bool> macKeySigns();
     void fitToContent();
 

@@ -13,6 +13,7 @@
 #include "platform/SymbolicHotkeys.h"
 #include "platform/UserDefaults.h"
 #include "platform/Wording.h"
+#include "platform/Workspace.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -153,9 +154,13 @@ bool ShortcutStore::contains(const QUuid &id) const
 
 void ShortcutStore::run(const LaunchEntry &entry)
 {
+    const OpenConfiguration configuration{.activates = entry.kind == ActionKind::app
+                                              && bringToFront(m_platform.userDefaults)};
+    if (configuration.activates)
+        m_platform.workspace.prepareToActivate(entry.target);
     // Bound to the application, not to the store: a run that has begun is always reported.
-    const auto start = [entry, &platform = m_platform, store = QPointer(this)] {
-        ActionRunner::run(entry, platform.workspace, platform.wording,
+    const auto start = [entry, configuration, &platform = m_platform, store = QPointer(this)] {
+        ActionRunner::run(entry, platform.workspace, platform.wording, configuration,
                           [entry, &platform, store](const RunOutcome &outcome) {
                               tell(outcome, entry, platform);
                               // More targets may be missing by now.
@@ -356,6 +361,11 @@ void ShortcutStore::announceChange()
 bool ShortcutStore::showRunNotification(const UserDefaults &defaults)
 {
     return defaults.boolean(DefaultsKeys::showRunNotification).value_or(true);
+}
+
+bool ShortcutStore::bringToFront(const UserDefaults &defaults)
+{
+    return defaults.boolean(DefaultsKeys::bringToFront).value_or(true);
 }
 
 bool ShortcutStore::showMacKeySigns(const UserDefaults &defaults)

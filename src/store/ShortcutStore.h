@@ -140,6 +140,9 @@ public:
     /// Whether the user wants a notification of every successful run; true by default.
     static bool showRunNotification(const UserDefaults &defaults);
 
+    /// Whether the user wants open applications to be brought to the front; true by default.
+    static bool bringToFront(const UserDefaults &defaults);
+
     /// Whether the user wants to read key combinations with the signs of a Mac's keys; false by
     /// default.
     static bool showMacKeySigns(const UserDefaults &defaults);

@@ -21,9 +21,9 @@ const UserActivation someActivation{.x11Time = 123456};
 /// Opens an application and awaits how that ends: an empty text is success.
 QString openApplication(const QString &path, UserActivation activation = someActivation)
 {
-    LinuxWorkspace workspace(activation);
+    LinuxWorkspace workspace(activation, nullptr);
     const auto outcome = std::make_shared<std::optional<QString>>();
-    workspace.openApplication(path, [outcome](const std::optional<Error> &error) {
+    workspace.openApplication(path, {}, [outcome](const std::optional<Error> &error) {
         *outcome = error ? error->description : QString();
     });
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) ? **outcome : u"hangs"_s;
@@ -33,7 +33,7 @@ QString openApplication(const QString &path, UserActivation activation = someAct
 bool open(const QUrl &url)
 {
     UserActivation activation = someActivation;
-    LinuxWorkspace workspace(activation);
+    LinuxWorkspace workspace(activation, nullptr);
     const auto outcome = std::make_shared<std::optional<bool>>();
     workspace.open(url, [outcome](bool isOpened) { *outcome = isOpened; });
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) && **outcome;
@@ -277,14 +277,14 @@ private Q_SLOTS:
                        "[Desktop Entry]\nType=Application\nName=X\nExec=" + program.toUtf8()
                            + '\n');
         UserActivation activation;
-        LinuxWorkspace workspace(activation);
+        LinuxWorkspace workspace(activation, nullptr);
         QStringList outcomes;
         const auto note = [&outcomes](const std::optional<Error> &error) {
             outcomes << (error ? error->description : QString());
         };
-        workspace.openApplication(app.path(), note);
+        workspace.openApplication(app.path(), {}, note);
         QVERIFY(QFile::remove(program));
-        workspace.openApplication(app.path(), note);
+        workspace.openApplication(app.path(), {}, note);
         QCOMPARE(outcomes,
                  QStringList({QString(), u"The program “%1” is not installed."_s.arg(program)}));
     }
@@ -331,9 +331,9 @@ private Q_SLOTS:
         const RecordedApp first({}, furtherLines);
         const RecordedApp second({}, furtherLines);
         UserActivation activation{.activationToken = "token-1"};
-        LinuxWorkspace workspace(activation);
-        workspace.openApplication(first.desktopFile(), [](const auto &) {});
-        workspace.openApplication(second.desktopFile(), [](const auto &) {});
+        LinuxWorkspace workspace(activation, nullptr);
+        workspace.openApplication(first.desktopFile(), {}, [](const auto &) {});
+        workspace.openApplication(second.desktopFile(), {}, [](const auto &) {});
         QCOMPARE(text(first.onlyStart()[u"activationToken"]), QByteArray("\"token-1\""));
         QCOMPARE(text(second.onlyStart()[u"activationToken"]), QByteArray("\"\""));
     }

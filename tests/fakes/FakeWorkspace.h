@@ -9,10 +9,15 @@
 class FakeWorkspace : public Workspace
 {
 public:
-    void openApplication(const QString &path,
+    bool canActivate() const override { return isActivating; }
+
+    void prepareToActivate(const QString &path) override { prepared.append(path); }
+
+    void openApplication(const QString &path, const OpenConfiguration &configuration,
                          std::function<void(std::optional<Error>)> completion) override
     {
         opened.append(path);
+        activating.append(configuration.activates);
         m_completions.append(std::move(completion));
     }
 
@@ -31,6 +36,14 @@ public:
 
     /// Paths of applications, and addresses.
     QStringList opened;
+
+    /// For each opened application, whether it was to come to the front if it was open.
+    QList<bool> activating;
+
+    /// Paths of the applications for which it was to prepare for that.
+    QStringList prepared;
+
+    bool isActivating = true;
 
 private:
     QList<std::function<void(std::optional<Error>)>> m_completions;

@@ -16,7 +16,7 @@ struct Run {
 
     void start(const LaunchEntry &entry)
     {
-        ActionRunner::run(entry, workspace, DesignWording(),
+        ActionRunner::run(entry, workspace, DesignWording(), {.activates = true},
                           [this](const RunOutcome &ended) { outcome = ended; });
     }
 };
@@ -44,6 +44,7 @@ private Q_SLOTS:
         Run run;
         run.start(existingApp());
         QCOMPARE(run.workspace.opened, QStringList({existingApp().target}));
+        QCOMPARE(run.workspace.activating, QList<bool>{true});
         QCOMPARE(run.outcome, std::nullopt);
         run.workspace.finish();
         QCOMPARE(run.outcome, RunOutcome::success());

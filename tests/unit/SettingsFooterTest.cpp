@@ -18,6 +18,7 @@ const QString notifyKey = u"showRunNotification"_s;
 const QString nowhere = u"This desktop does not let apps register key combinations. Bind its own "
                         "keys to an entry instead."_s;
 const QString inSettings = u"Key combinations are kept in this desktop's own keyboard settings."_s;
+const QString front = u"Bring open apps to the front"_s;
 const QString signs = u"Show keys with Mac signs (⌃⌥⇧⌘)"_s;
 
 /// The window over a desktop with that login item.
@@ -200,6 +201,27 @@ private Q_SLOTS:
         QVERIFY(!ShortcutStore::showRunNotification(window.platform.userDefaults));
         window.flip(notify);
         QCOMPARE(window.platform.userDefaults.values.value(notifyKey), QVariant(true));
+    }
+
+    void letsTheUserKeepOpenAppsWhereTheyAre()
+    {
+        Footer window(LoginItemStatus::notRegistered);
+        QVERIFY(window.isChecked(front));
+        window.flip(front);
+        QCOMPARE(window.platform.userDefaults.values.value(u"bringToFront"_s), QVariant(false));
+        QVERIFY(!ShortcutStore::bringToFront(window.platform.userDefaults));
+        window.flip(front);
+        QVERIFY(ShortcutStore::bringToFront(window.platform.userDefaults));
+    }
+
+    void saysNothingOfOpenAppsWhereTheyCannotCome()
+    {
+        SettingsWindow window;
+        QVERIFY(window.checkBox(front));
+        window.platform.workspace.isActivating = false;
+        window.store->announceChange();
+        settle();
+        QVERIFY(!window.checkBox(front));
     }
 
     void seesWhenAnotherPlaceChangesThat()

@@ -1037,6 +1037,39 @@ private Q_SLOTS:
         QCOMPARE(home.platform.alertSound.beeps, fails ? 1 : 0);
     }
 
+    void bringsOpenAppsToTheFrontIfTheUserWantsIt_data()
+    {
+        QTest::addColumn<std::optional<bool>>("bringToFront");
+        QTest::addColumn<bool>("isActivating");
+        QTest::newRow("never decided") << std::optional<bool>() << true;
+        QTest::newRow("wanted") << std::optional(true) << true;
+        QTest::newRow("not wanted") << std::optional(false) << false;
+    }
+    void bringsOpenAppsToTheFrontIfTheUserWantsIt()
+    {
+        QFETCH(const std::optional<bool>, bringToFront);
+        QFETCH(const bool, isActivating);
+        FullStore home;
+        if (bringToFront)
+            home.platform.userDefaults.setBoolean(u"bringToFront"_s, *bringToFront);
+        home.store->run(home.entries[0]);
+        // It is prepared at the press, before the run itself.
+        QCOMPARE(home.platform.workspace.prepared,
+                 isActivating ? QStringList(home.entries[0].target) : QStringList());
+        QCOMPARE(home.platform.workspace.opened, QStringList());
+        QCoreApplication::processEvents();
+        QCOMPARE(home.platform.workspace.activating, QList<bool>{isActivating});
+    }
+
+    void looksForWindowsOfAppsOnly()
+    {
+        FullStore home;
+        for (const ActionKind kind : {ActionKind::path, ActionKind::website, ActionKind::shortcut})
+            home.store->run({.name = u"X"_s, .kind = kind, .target = u"/"_s});
+        QCoreApplication::processEvents();
+        QCOMPARE(home.platform.workspace.prepared, QStringList());
+    }
+
     // Notices
 
     void announcesEachChangeBeforeIt_data()

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/activation/X11OpenWindows.h"
 #include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/base/Session.h"
 #include "platform/linux/desktopkeys/GSettingsKeys.h"
@@ -126,6 +127,7 @@ LinuxPlatform::LinuxPlatform(HotkeyWay hotkeyWay, std::unique_ptr<X11Connection>
                         *m_keyboardLayout, takenKeys())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
+    , m_workspace(m_activation, m_x11 ? std::make_unique<X11OpenWindows>(m_activation) : nullptr)
     , m_notifications(applicationId, applicationId)
     , m_loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + u"/autostart"_s,

@@ -75,7 +75,7 @@ private:
     std::unique_ptr<WaylandHotkeyService> m_waylandHotkeys;
     LinuxSymbolicHotkeys m_symbolicHotkeys;
     IniUserDefaults m_userDefaults;
-    LinuxWorkspace m_workspace{m_activation};
+    LinuxWorkspace m_workspace;
     DBusNotificationCenter m_notifications;
     CanberraAlertSound m_alertSound;
     LinuxStatusBar m_statusBar{m_activation};

@@ -3,12 +3,12 @@
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/x11/Atom.h"
+#include "platform/linux/x11/WindowManager.h"
 
 #include <QApplication>
 #include <QUuid>
 #include <QWidget>
 #include <QWindow>
-#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -43,16 +43,7 @@ std::optional<uint32_t> numberIn(xcb_connection_t *connection, xcb_window_t wind
 void send(xcb_connection_t *connection, xcb_window_t window, const QByteArray &name,
           const std::array<uint32_t, 2> &values)
 {
-    xcb_client_message_event_t message = {};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atom(connection, name);
-    std::ranges::copy(values, message.data.data32);
-    xcb_send_event(connection, false, rootOf(connection),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&message));
-    xcb_flush(connection);
+    sendToWindowManager(connection, rootOf(connection), window, atom(connection, name), values);
 }
 
 /// The source indication of normal applications in EWMH messages.

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -71,17 +72,29 @@ Error DesktopApp::reasonForNone(const QString &path)
     return program.isEmpty() ? Error{u"The app could not be started."_s} : notInstalled(program);
 }
 
-std::vector<DesktopApp> DesktopApp::allShown()
+std::vector<DesktopApp> DesktopApp::all()
 {
     std::vector<DesktopApp> apps;
     GList *const infos = g_app_info_get_all();
-    for (const GList *item = infos; item; item = item->next) {
-        DesktopApp app(G_DESKTOP_APP_INFO(item->data));
-        if (g_app_info_should_show(G_APP_INFO(item->data)))
-            apps.push_back(std::move(app));
-    }
+    for (const GList *item = infos; item; item = item->next)
+        apps.push_back(DesktopApp(G_DESKTOP_APP_INFO(item->data)));
     g_list_free(infos);
     return apps;
+}
+
+std::vector<DesktopApp> DesktopApp::allShown()
+{
+    auto apps = all();
+    std::erase_if(
+        apps, [](const DesktopApp &app) { return !g_app_info_should_show(G_APP_INFO(app.get())); });
+    return apps;
+}
+
+bool DesktopApp::isWindowClassOfAny(const QString &windowClass)
+{
+    return !windowClass.isEmpty() && std::ranges::any_of(all(), [&](const DesktopApp &app) {
+        return app.text("StartupWMClass").compare(windowClass, Qt::CaseInsensitive) == 0;
+    });
 }
 
 std::optional<DesktopApp> DesktopApp::defaultFor(const QUrl &url)

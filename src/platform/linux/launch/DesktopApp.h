@@ -25,6 +25,10 @@ public:
     /// files, but notices changes only a moment later.
     static std::vector<DesktopApp> allShown();
 
+    /// Whether an installed application has that StartupWMClass, without regard to case. Reads all
+    /// of them.
+    static bool isWindowClassOfAny(const QString &windowClass);
+
     /// The default application for the file, folder or address; nothing if there is none.
     static std::optional<DesktopApp> defaultFor(const QUrl &url);
 
@@ -49,6 +53,8 @@ public:
     GDesktopAppInfo *get() const { return m_info.get(); }
 
 private:
+    static std::vector<DesktopApp> all();
+
     explicit DesktopApp(GDesktopAppInfo *info)
         : m_info(info)
     {

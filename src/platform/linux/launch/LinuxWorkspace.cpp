@@ -1,6 +1,7 @@
 #include "platform/linux/launch/LinuxWorkspace.h"
 
 #include "platform/linux/launch/DesktopApp.h"
+#include "platform/linux/launch/WindowsOfApp.h"
 
 #include <QFileInfo>
 
@@ -14,6 +15,17 @@ QString absolute(const QString &path)
     return QFileInfo(path).absoluteFilePath();
 }
 
+bool isDesktopFile(const QString &path)
+{
+    return path.endsWith(u".desktop"_s);
+}
+
+/// An application that the bus activates brings itself to the front.
+bool hasToBeFound(const DesktopApp &app)
+{
+    return !app.isTrue("DBusActivatable");
+}
+
 /// Gives an empty error a text, so that none is shown without words.
 std::optional<Error> inWords(std::optional<Error> error)
 {
@@ -23,21 +35,52 @@ std::optional<Error> inWords(std::optional<Error> error)
 }
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(UserActivation &activation)
+LinuxWorkspace::LinuxWorkspace(UserActivation &activation, std::unique_ptr<OpenWindows> windows)
     : m_activation(activation)
+    , m_windows(std::move(windows))
 {
 }
 
-void LinuxWorkspace::openApplication(const QString &path,
+void LinuxWorkspace::prepareToActivate(const QString &path)
+{
+    if (!canActivate())
+        return;
+    if (!isDesktopFile(path))
+        m_windows->request({.process = true});
+    else if (const DesktopApp *const app = m_apps.find(absolute(path)); app && hasToBeFound(*app))
+        m_windows->request(
+            // The id of a GTK application always has a dot.
+            {.classes = true, .applicationId = AppNames::idOf(*app).contains(u'.')});
+}
+
+bool LinuxWorkspace::bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) const
+{
+    return canActivate() && m_windows->bringToFront(isWanted);
+}
+
+void LinuxWorkspace::openApplication(const QString &path, const OpenConfiguration &configuration,
                                      std::function<void(std::optional<Error>)> completion)
 {
-    if (!path.endsWith(u".desktop"_s)) {
-        completion(m_launcher.launchProgram({absolute(path)}, m_activation.issueTokens()));
+    if (!isDesktopFile(path)) {
+        const auto isItsWindow = [&path](const OpenWindow &window) {
+            return isWindowOfProgram(absolute(path), window);
+        };
+        if (configuration.activates && bringToFront(isItsWindow))
+            completion(std::nullopt);
+        else
+            completion(m_launcher.launchProgram({absolute(path)}, m_activation.issueTokens()));
         return;
     }
     const DesktopApp *const app = m_apps.find(absolute(path));
     if (!app) {
         completion(DesktopApp::reasonForNone(absolute(path)));
+        return;
+    }
+    const auto isItsWindow = [names = AppNames::of(*app)](const OpenWindow &window) {
+        return isWindowOf(names, window, DesktopApp::isWindowClassOfAny);
+    };
+    if (configuration.activates && hasToBeFound(*app) && bringToFront(isItsWindow)) {
+        completion(std::nullopt);
         return;
     }
     m_launcher.launch(

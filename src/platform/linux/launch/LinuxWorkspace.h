@@ -3,22 +3,30 @@
 #pragma once
 
 #include "platform/Workspace.h"
+#include "platform/linux/activation/OpenWindows.h"
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
 #include "platform/linux/launch/DesktopAppCache.h"
 
+#include <memory>
+
 class LinuxWorkspace : public Workspace
 {
 public:
-    /// The activation must outlive it.
-    explicit LinuxWorkspace(UserActivation &activation);
+    /// The activation must outlive it. The windows are null in sessions that do not show theirs.
+    LinuxWorkspace(UserActivation &activation, std::unique_ptr<OpenWindows> windows);
 
-    void openApplication(const QString &path,
+    bool canActivate() const override { return m_windows && m_windows->isAvailable(); }
+    void prepareToActivate(const QString &path) override;
+    void openApplication(const QString &path, const OpenConfiguration &configuration,
                          std::function<void(std::optional<Error>)> completion) override;
     void open(const QUrl &url, std::function<void(bool isOpened)> completion) override;
 
 private:
+    bool bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) const;
+
     UserActivation &m_activation;
+    const std::unique_ptr<OpenWindows> m_windows;
     AppLauncher m_launcher{StartupNotification::announce};
     DesktopAppCache m_apps;
 };
