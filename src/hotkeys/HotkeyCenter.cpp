@@ -51,6 +51,9 @@ void HotkeyCenter::installHandlerIfNeeded()
     m_installed = true;
     // Queued, so that the action runs only after the service has finished with its event.
     m_service.installHandler([this](HotkeyId pressed) {
+        const QString name = m_idToName.value(pressed.id);
+        if (const auto prepare = preparations.value(name); prepare && !disabled.contains(name))
+            prepare();
         QMetaObject::invokeMethod(
             &m_queue, [this, id = pressed.id] { dispatch(id); }, Qt::QueuedConnection);
     });

@@ -30,6 +30,10 @@ public:
     /// The action of each name. A name without an action is never registered.
     QHash<QString, std::function<void()>> handlers;
 
+    /// What a name does at once when its keys are pressed, before its action is queued. It must not
+    /// wait long or change a registration.
+    QHash<QString, std::function<void()>> preparations;
+
     /// What the user calls each name. A change takes effect with the next sync().
     QHash<QString, QString> titles;
 

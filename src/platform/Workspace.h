@@ -24,7 +24,8 @@ public:
     virtual bool canActivate() const = 0;
 
     /// Asks which windows are open. To be called at the user's action, shortly before
-    /// openApplication() with that path and a configuration that activates.
+    /// openApplication() with that path and a configuration that activates. A second call goes on
+    /// with what has been answered, so that openApplication() need not wait.
     virtual void prepareToActivate(const QString &path) = 0;
 
     /// Starts the application at that path: a .desktop file or an executable. Completes with the

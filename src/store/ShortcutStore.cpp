@@ -125,6 +125,7 @@ void ShortcutStore::deleteEntry(const LaunchEntry &entry)
     const QUuid id = entry.id;
     const KeyboardShortcuts::Name name = entry.shortcutName();
     m_center.handlers.remove(name.rawValue);
+    m_center.preparations.remove(name.rawValue);
     m_center.titles.remove(name.rawValue);
     m_center.sync(name);
     Q_EMIT willChange();
@@ -154,10 +155,8 @@ bool ShortcutStore::contains(const QUuid &id) const
 
 void ShortcutStore::run(const LaunchEntry &entry)
 {
-    const OpenConfiguration configuration{.activates = entry.kind == ActionKind::app
-                                              && bringToFront(m_platform.userDefaults)};
-    if (configuration.activates)
-        m_platform.workspace.prepareToActivate(entry.target);
+    const OpenConfiguration configuration{.activates = bringToFront(m_platform.userDefaults)};
+    prepareRun(entry);
     // Bound to the application, not to the store: a run that has begun is always reported.
     const auto start = [entry, configuration, &platform = m_platform, store = QPointer(this)] {
         ActionRunner::run(entry, platform.workspace, platform.wording, configuration,
@@ -169,6 +168,12 @@ void ShortcutStore::run(const LaunchEntry &entry)
                           });
     };
     QMetaObject::invokeMethod(QCoreApplication::instance(), start, Qt::QueuedConnection);
+}
+
+void ShortcutStore::prepareRun(const LaunchEntry &entry)
+{
+    if (entry.kind == ActionKind::app && bringToFront(m_platform.userDefaults))
+        m_platform.workspace.prepareToActivate(entry.target);
 }
 
 void ShortcutStore::fire(const QUuid &id)
@@ -395,6 +400,13 @@ void ShortcutStore::registerHandler(const LaunchEntry &entry)
         const auto fire = [store, id] { store->fire(id); };
         if (store)
             QMetaObject::invokeMethod(store, fire, Qt::QueuedConnection);
+    });
+    m_center.preparations.insert(name.rawValue, [store = QPointer(this), id = entry.id] {
+        if (!store)
+            return;
+        const auto pressed = std::ranges::find(store->m_entries, id, &LaunchEntry::id);
+        if (pressed != store->m_entries.cend())
+            store->prepareRun(*pressed);
     });
     m_center.sync(name);
 }

@@ -166,6 +166,7 @@ private:
     const EntriesByKeys &enabledByKeys() const;
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
+    void prepareRun(const LaunchEntry &entry);
     void applyEnabledState();
     void storeShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
                        const KeyboardShortcuts::Name &name);

@@ -224,6 +224,22 @@ private Q_SLOTS:
         QVERIFY(desk.calls.isEmpty());
     }
 
+    void preparesAtThePressItself()
+    {
+        Desk desk;
+        desk.handle(mail);
+        desk.store(mail, "40");
+        int preparations = 0;
+        desk.center.preparations.insert(mail.rawValue, [&preparations] { ++preparations; });
+        desk.center.sync(mail);
+        desk.platform.hotkeys.press(first);
+        QCOMPARE(preparations, 1);
+        QVERIFY(desk.calls.isEmpty());
+        desk.center.disabled.insert(mail.rawValue);
+        desk.platform.hotkeys.press(first);
+        QCOMPARE(preparations, 1);
+    }
+
     void ignoresAPressOfANameThatLostItsHandlerSince()
     {
         Desk desk;

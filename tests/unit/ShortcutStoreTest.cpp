@@ -1061,6 +1061,27 @@ private Q_SLOTS:
         QCOMPARE(home.platform.workspace.activating, QList<bool>{isActivating});
     }
 
+    void looksForWindowsAtThePress()
+    {
+        FullStore home;
+        home.platform.hotkeys.press(home.platform.hotkeys.live.constFirst().id);
+        const QStringList target(home.entries[0].target);
+        QCOMPARE(home.platform.workspace.prepared, target);
+        QCOMPARE(home.opened(), QStringList());
+        QTRY_COMPARE(home.opened(), target);
+        // Once more before the run, with what has been answered.
+        QCOMPARE(home.platform.workspace.prepared, target + target);
+    }
+
+    void looksForNothingForADeletedEntry()
+    {
+        FullStore home;
+        const HotkeyId id = home.platform.hotkeys.live.constFirst().id;
+        home.store->deleteEntry(home.entries[0]);
+        home.platform.hotkeys.press(id);
+        QCOMPARE(home.platform.workspace.prepared, QStringList());
+    }
+
     void looksForWindowsOfAppsOnly()
     {
         FullStore home;

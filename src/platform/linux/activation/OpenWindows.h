@@ -10,6 +10,8 @@ struct WindowQuestions {
     bool classes = false;
     bool applicationId = false;
     bool process = false;
+
+    bool operator==(const WindowQuestions &) const = default;
 };
 
 /// What a window tells of its application. All of it may be missing.
@@ -32,12 +34,14 @@ public:
     /// Whether this session lets us see windows and bring them to the front, as far as is known.
     virtual bool isAvailable() const = 0;
 
-    /// Asks which windows are open, for the call of bringToFront() that follows soon.
+    /// Asks which windows are open, for the call of bringToFront() that follows soon. A second call
+    /// asks these windows the questions, as soon as the first answer is there.
     virtual void request(const WindowQuestions &questions) = 0;
 
-    /// Brings the wanted window that was used last to the front, on its own workspace, on behalf of
-    /// the user's latest action. If a wanted window is in front already, the one that was used
-    /// least recently comes. Does not wait for the window. Returns false if no window is wanted, or
-    /// none was requested.
-    virtual bool bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) = 0;
+    /// Asks what has not been requested, and brings the wanted window that was used last to the
+    /// front, on its own workspace, on behalf of the user's latest action. If a wanted window is in
+    /// front already, the one that was used least recently comes. Does not wait for the window.
+    /// Returns false if no window is wanted.
+    virtual bool bringToFront(const WindowQuestions &questions,
+                              const std::function<bool(const OpenWindow &)> &isWanted) = 0;
 };

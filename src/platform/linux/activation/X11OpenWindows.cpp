@@ -95,6 +95,12 @@ struct X11OpenWindows::Window {
 struct X11OpenWindows::Session {
     using Cookie = std::optional<xcb_get_property_cookie_t>;
 
+    struct ListRequest {
+        Cookie stacked;
+        Cookie all;
+        Cookie active;
+        Cookie workspace;
+    };
     struct Request {
         xcb_window_t window;
         Cookie classes;
@@ -117,13 +123,20 @@ struct X11OpenWindows::Session {
                        : nullptr;
     }
 
+    void askForList();
     /// From the front to the back.
-    std::vector<xcb_window_t> readWindows();
+    std::vector<xcb_window_t> takeList();
+    void askWindows(const WindowQuestions &asked);
+    /// Reads what was asked for a press that did not run its entry.
+    void discard();
     OpenWindow answersTo(const Request &request) const;
     Window readWindow(xcb_window_t window) const;
 
     X11Connection connection;
     std::array<xcb_atom_t, nameCount> atoms;
+    /// What has been asked and not been read: the list, and then its windows.
+    std::optional<ListRequest> listRequest;
+    std::optional<WindowQuestions> questions;
     std::vector<Request> requests;
     xcb_window_t active = XCB_NONE;
     uint32_t workspace = 0;
@@ -142,23 +155,57 @@ X11OpenWindows::Session::Session()
     });
 }
 
-std::vector<xcb_window_t> X11OpenWindows::Session::readWindows()
+void X11OpenWindows::Session::askForList()
 {
     const xcb_window_t root = connection.root();
-    const auto stackedRequest = ask(root, stackedWindows);
-    const auto allRequest = ask(root, allWindows);
-    const auto activeRequest = ask(root, activeWindow);
-    const auto workspaceRequest = ask(root, currentWorkspace);
-    auto windows = numbersIn(answerTo(stackedRequest));
+    listRequest = {
+        .stacked = ask(root, stackedWindows),
+        .all = ask(root, allWindows),
+        .active = ask(root, activeWindow),
+        .workspace = ask(root, currentWorkspace),
+    };
+    xcb_flush(connection.get());
+}
+
+std::vector<xcb_window_t> X11OpenWindows::Session::takeList()
+{
+    const ListRequest request = *std::exchange(listRequest, std::nullopt);
+    auto windows = numbersIn(answerTo(request.stacked));
     // Xfwm does not list the first window as stacked until another one follows.
-    for (const xcb_window_t window : numbersIn(answerTo(allRequest))) {
+    for (const xcb_window_t window : numbersIn(answerTo(request.all))) {
         if (!contains(windows, window))
             windows.push_back(window);
     }
     std::ranges::reverse(windows);
-    active = numberIn(answerTo(activeRequest));
-    workspace = numberIn(answerTo(workspaceRequest));
+    active = numberIn(answerTo(request.active));
+    workspace = numberIn(answerTo(request.workspace));
     return windows;
+}
+
+void X11OpenWindows::Session::askWindows(const WindowQuestions &asked)
+{
+    const auto askIf = [this](bool isWanted, xcb_window_t window, Name property) {
+        return isWanted ? ask(window, property) : std::nullopt;
+    };
+    for (const xcb_window_t window : takeList()) {
+        requests.push_back({
+            .window = window,
+            .classes = askIf(asked.classes, window, windowClass),
+            .applicationId = askIf(asked.applicationId, window, gtkApplicationId),
+            .process = askIf(asked.process, window, processId),
+        });
+    }
+    questions = asked;
+    xcb_flush(connection.get());
+}
+
+void X11OpenWindows::Session::discard()
+{
+    if (listRequest)
+        takeList();
+    for (const Request &request : std::exchange(requests, {}))
+        answersTo(request);
+    questions.reset();
 }
 
 OpenWindow X11OpenWindows::Session::answersTo(const Request &request) const
@@ -201,28 +248,21 @@ void X11OpenWindows::request(const WindowQuestions &questions)
 {
     if (!m_session)
         m_session = std::make_unique<Session>();
-    Session &session = *m_session;
-    // What was asked for a press that has not run its entry is answered first.
-    for (const Session::Request &request : std::exchange(session.requests, {}))
-        session.answersTo(request);
-    const auto askIf = [&session](bool isWanted, xcb_window_t window, Name property) {
-        return isWanted ? session.ask(window, property) : std::nullopt;
-    };
-    for (const xcb_window_t window : session.readWindows()) {
-        session.requests.push_back({
-            .window = window,
-            .classes = askIf(questions.classes, window, windowClass),
-            .applicationId = askIf(questions.applicationId, window, gtkApplicationId),
-            .process = askIf(questions.process, window, processId),
-        });
-    }
-    xcb_flush(session.connection.get());
+    // Another entry's press may have come in between.
+    if (m_session->questions && m_session->questions != questions)
+        m_session->discard();
+    if (m_session->listRequest)
+        m_session->askWindows(questions);
+    else if (!m_session->questions)
+        m_session->askForList();
 }
 
-bool X11OpenWindows::bringToFront(const std::function<bool(const OpenWindow &)> &isWanted)
+bool X11OpenWindows::bringToFront(const WindowQuestions &questions,
+                                  const std::function<bool(const OpenWindow &)> &isWanted)
 {
-    if (!m_session)
-        return false;
+    while (!m_session || m_session->questions != questions)
+        request(questions);
+    m_session->questions.reset();
     std::vector<Window> wanted;
     for (const Session::Request &request : std::exchange(m_session->requests, {})) {
         if (!isWanted(m_session->answersTo(request)))

@@ -18,7 +18,8 @@ public:
 
     bool isAvailable() const override { return true; }
     void request(const WindowQuestions &questions) override;
-    bool bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) override;
+    bool bringToFront(const WindowQuestions &questions,
+                      const std::function<bool(const OpenWindow &)> &isWanted) override;
 
 private:
     struct Session;

@@ -20,6 +20,14 @@ bool isDesktopFile(const QString &path)
     return path.endsWith(u".desktop"_s);
 }
 
+constexpr WindowQuestions questionsAboutProgram{.process = true};
+
+WindowQuestions questionsAbout(const DesktopApp &app)
+{
+    // The id of a GTK application always has a dot.
+    return {.classes = true, .applicationId = AppNames::idOf(app).contains(u'.')};
+}
+
 /// An application that the bus activates brings itself to the front.
 bool hasToBeFound(const DesktopApp &app)
 {
@@ -46,26 +54,34 @@ void LinuxWorkspace::prepareToActivate(const QString &path)
     if (!canActivate())
         return;
     if (!isDesktopFile(path))
-        m_windows->request({.process = true});
+        m_windows->request(questionsAboutProgram);
     else if (const DesktopApp *const app = m_apps.find(absolute(path)); app && hasToBeFound(*app))
-        m_windows->request(
-            // The id of a GTK application always has a dot.
-            {.classes = true, .applicationId = AppNames::idOf(*app).contains(u'.')});
+        m_windows->request(questionsAbout(*app));
 }
 
-bool LinuxWorkspace::bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) const
+bool LinuxWorkspace::bringProgramToFront(const QString &path) const
 {
-    return canActivate() && m_windows->bringToFront(isWanted);
+    const auto isItsWindow = [&path](const OpenWindow &window) {
+        return isWindowOfProgram(path, window);
+    };
+    return canActivate() && m_windows->bringToFront(questionsAboutProgram, isItsWindow);
+}
+
+bool LinuxWorkspace::bringToFront(const DesktopApp &app) const
+{
+    if (!canActivate() || !hasToBeFound(app))
+        return false;
+    const auto isItsWindow = [names = AppNames::of(app)](const OpenWindow &window) {
+        return isWindowOf(names, window, DesktopApp::isWindowClassOfAny);
+    };
+    return m_windows->bringToFront(questionsAbout(app), isItsWindow);
 }
 
 void LinuxWorkspace::openApplication(const QString &path, const OpenConfiguration &configuration,
                                      std::function<void(std::optional<Error>)> completion)
 {
     if (!isDesktopFile(path)) {
-        const auto isItsWindow = [&path](const OpenWindow &window) {
-            return isWindowOfProgram(absolute(path), window);
-        };
-        if (configuration.activates && bringToFront(isItsWindow))
+        if (configuration.activates && bringProgramToFront(absolute(path)))
             completion(std::nullopt);
         else
             completion(m_launcher.launchProgram({absolute(path)}, m_activation.issueTokens()));
@@ -76,10 +92,7 @@ void LinuxWorkspace::openApplication(const QString &path, const OpenConfiguratio
         completion(DesktopApp::reasonForNone(absolute(path)));
         return;
     }
-    const auto isItsWindow = [names = AppNames::of(*app)](const OpenWindow &window) {
-        return isWindowOf(names, window, DesktopApp::isWindowClassOfAny);
-    };
-    if (configuration.activates && hasToBeFound(*app) && bringToFront(isItsWindow)) {
+    if (configuration.activates && bringToFront(*app)) {
         completion(std::nullopt);
         return;
     }

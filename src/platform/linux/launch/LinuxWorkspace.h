@@ -23,7 +23,9 @@ public:
     void open(const QUrl &url, std::function<void(bool isOpened)> completion) override;
 
 private:
-    bool bringToFront(const std::function<bool(const OpenWindow &)> &isWanted) const;
+    /// Whether there is a window of that program or application to bring to the front.
+    bool bringProgramToFront(const QString &path) const;
+    bool bringToFront(const DesktopApp &app) const;
 
     UserActivation &m_activation;
     const std::unique_ptr<OpenWindows> m_windows;
