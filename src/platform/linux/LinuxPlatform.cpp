@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/activation/PlasmaOpenWindows.h"
 #include "platform/linux/activation/X11OpenWindows.h"
 #include "platform/linux/base/ApplicationId.h"
 #include "platform/linux/base/Session.h"
@@ -72,6 +73,17 @@ std::unique_ptr<WaylandHotkeyService> makeWaylandHotkeys(HotkeyWay way,
     return std::make_unique<WaylandHotkeyService>(std::move(route), activation);
 }
 
+/// Null if the session does not show its windows.
+std::unique_ptr<OpenWindows> makeOpenWindows(HotkeyWay way, const ActivationTokens &tokens,
+                                             const UserActivation &activation)
+{
+    if (way == HotkeyWay::x11)
+        return std::make_unique<X11OpenWindows>(activation);
+    if (way == HotkeyWay::plasma)
+        return std::make_unique<PlasmaOpenWindows>(tokens);
+    return nullptr;
+}
+
 QString nameOf(HotkeyWay way, bool works)
 {
     if (!works)
@@ -127,7 +139,7 @@ LinuxPlatform::LinuxPlatform(HotkeyWay hotkeyWay, std::unique_ptr<X11Connection>
                         *m_keyboardLayout, takenKeys())
     , m_userDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                      + u"/Corvane/Corvane.conf"_s)
-    , m_workspace(m_activation, m_x11 ? std::make_unique<X11OpenWindows>(m_activation) : nullptr)
+    , m_workspace(m_activation, makeOpenWindows(hotkeyWay, m_activationTokens, m_activation))
     , m_notifications(applicationId, applicationId)
     , m_loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + u"/autostart"_s,

@@ -1,10 +1,9 @@
 #include "platform/linux/activation/ActivationTokens.h"
 
 #include "platform/linux/base/QtWayland.h"
+#include "platform/linux/base/WaylandEvents.h"
 
-#include <QDeadlineTimer>
 #include <chrono>
-#include <poll.h>
 #include <string_view>
 #include <xdg-activation.h>
 
@@ -18,23 +17,6 @@ constexpr auto longestWait = 20ms;
 /// KWin shows this interface only to programs whose installed desktop file asks for it, and gives
 /// valid tokens to no other program without a focused window.
 constexpr std::string_view permission = "org_kde_plasma_window_management";
-
-/// Handles the events of the queue that arrive next. Returns false if none came in time or the
-/// connection is lost.
-bool dispatch(wl_display *display, wl_event_queue *queue, QDeadlineTimer deadline)
-{
-    if (wl_display_prepare_read_queue(display, queue) == 0) {
-        wl_display_flush(display);
-        pollfd connection{wl_display_get_fd(display), POLLIN, 0};
-        if (poll(&connection, 1, int(deadline.remainingTime())) <= 0) {
-            wl_display_cancel_read(display);
-            return false;
-        }
-        if (wl_display_read_events(display) < 0)
-            return false;
-    }
-    return wl_display_dispatch_queue_pending(display, queue) >= 0;
-}
 } // namespace
 
 struct ActivationTokens::Listeners {
@@ -89,7 +71,8 @@ QByteArray ActivationTokens::request()
     xdg_activation_token_v1_add_listener(request, &Listeners::token, &token);
     xdg_activation_token_v1_commit(request);
     const QDeadlineTimer deadline(longestWait);
-    while (token.isEmpty() && !deadline.hasExpired() && dispatch(display, m_queue, deadline))
+    while (token.isEmpty() && !deadline.hasExpired()
+           && handleNextEvents(display, m_queue, deadline))
         continue;
     xdg_activation_token_v1_destroy(request);
     // What KWin answers instead of refusing.

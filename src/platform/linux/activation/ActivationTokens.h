@@ -20,6 +20,10 @@ public:
     /// when QApplication exists.
     void start();
 
+    /// Whether the compositor gives tokens to this program, as far as is known. If so, it also
+    /// shows the open windows to it.
+    bool isPermitted() const { return m_isPermitted; }
+
     /// A token for the user's latest key press; empty if the compositor gives none to this program.
     /// Waits for the compositor, but at most 20 ms.
     QByteArray request();
