@@ -211,8 +211,10 @@ void LinuxPlatform::attachToEventLoop()
     }
     refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
-    // Queued, so that reading the layout does not delay the tray item.
+    // Queued, so that this does not delay the tray item.
     QMetaObject::invokeMethod(m_keyboardLayout.get(), &KeyboardLayout::start, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qGuiApp, [this] { m_workspace.start(); }, Qt::QueuedConnection);
 }
 
 void LinuxPlatform::end()

@@ -31,6 +31,9 @@ class OpenWindows
 public:
     virtual ~OpenWindows() = default;
 
+    /// Prepares the first request. To be called once, when the event loop runs.
+    virtual void start() { }
+
     /// Whether this session lets us see windows and bring them to the front, as far as is known.
     virtual bool isAvailable() const = 0;
 

@@ -2,11 +2,13 @@
 
 #include "platform/linux/base/WaylandEvents.h"
 
+#include <QScopeGuard>
 #include <QStringList>
 #include <algorithm>
 #include <chrono>
 #include <plasma-window-management.h>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using namespace std::chrono_literals;
@@ -172,19 +174,24 @@ PlasmaOpenWindows::PlasmaOpenWindows(const ActivationTokens &tokens)
 
 PlasmaOpenWindows::~PlasmaOpenWindows() = default;
 
-void PlasmaOpenWindows::request(const WindowQuestions &)
+void PlasmaOpenWindows::start()
 {
-    if (!m_session)
-        m_session = std::make_unique<Session>();
+    m_session = std::make_unique<Session>();
 }
 
-bool PlasmaOpenWindows::bringToFront(const WindowQuestions &questions,
+void PlasmaOpenWindows::request(const WindowQuestions &)
+{
+    // The answer to an early question would only be older.
+}
+
+bool PlasmaOpenWindows::bringToFront(const WindowQuestions & /*questions*/,
                                      const std::function<bool(const OpenWindow &)> &isWanted)
 {
-    request(questions);
-    const auto session = std::move(m_session);
+    const std::unique_ptr<Session> session = std::move(m_session);
+    // KWin would answer the new connection first.
+    const auto restart = qScopeGuard([this] { start(); });
     const QDeadlineTimer deadline(longestLook);
-    if (!session->read(deadline))
+    if (!session || !session->read(deadline))
         return false;
     std::vector<const Window *> wanted;
     const Window *front = nullptr;

@@ -6,8 +6,9 @@
 
 #include <memory>
 
-/// Connects to KWin at each request and disconnects afterwards: KWin would report every change of a
-/// window over a lasting connection.
+/// Each request has a connection of its own: once the interface is bound, KWin reports every change
+/// of a window until the connection ends. KWin takes up to 40 ms to answer a new connection, so the
+/// one for the next request is opened in advance.
 class PlasmaOpenWindows final : public OpenWindows
 {
 public:
@@ -16,6 +17,7 @@ public:
     ~PlasmaOpenWindows() override;
 
     bool isAvailable() const override { return m_tokens.isPermitted(); }
+    void start() override;
     void request(const WindowQuestions &questions) override;
     /// Waits for KWin, but at most 100 ms.
     bool bringToFront(const WindowQuestions &questions,
@@ -26,5 +28,6 @@ private:
     struct Window;
 
     const ActivationTokens &m_tokens;
+    /// The connection for the next request.
     std::unique_ptr<Session> m_session;
 };

@@ -49,6 +49,12 @@ LinuxWorkspace::LinuxWorkspace(UserActivation &activation, std::unique_ptr<OpenW
 {
 }
 
+void LinuxWorkspace::start()
+{
+    if (m_windows)
+        m_windows->start();
+}
+
 void LinuxWorkspace::prepareToActivate(const QString &path)
 {
     if (!canActivate())

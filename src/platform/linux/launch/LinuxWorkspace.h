@@ -16,6 +16,9 @@ public:
     /// The activation must outlive it. The windows are null in sessions that do not show theirs.
     LinuxWorkspace(UserActivation &activation, std::unique_ptr<OpenWindows> windows);
 
+    /// To be called once, when the event loop runs.
+    void start();
+
     bool canActivate() const override { return m_windows && m_windows->isAvailable(); }
     void prepareToActivate(const QString &path) override;
     void openApplication(const QString &path, const OpenConfiguration &configuration,
