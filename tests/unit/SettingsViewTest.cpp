@@ -230,6 +230,7 @@ private Q_SLOTS:
             u""_s,
             u"Launch at login"_s,
             u"Show a small notification when a shortcut runs"_s,
+            u"Bring open apps to the front"_s,
             u"Show keys with Mac signs (⌃⌥⇧⌘)"_s,
             u"Open Notification Settings"_s,
             u"About"_s,
@@ -396,7 +397,9 @@ private Q_SLOTS:
             place(window.checkBox(u"Show a small notification when a shortcut runs"_s));
         QCOMPARE(notification.top() - login.bottom() - 1, 8);
         const QRect signs = place(window.checkBox(u"Show keys with Mac signs (⌃⌥⇧⌘)"_s));
-        QCOMPARE(signs.top() - notification.bottom() - 1, 8);
+        const QRect front = place(window.checkBox(u"Bring open apps to the front"_s));
+        QCOMPARE(front.top() - notification.bottom() - 1, 8);
+        QCOMPARE(signs.top() - front.bottom() - 1, 8);
         const QRect reset = place(seenButton(*window.view, u"Reset all shortcuts…"_s));
         QCOMPARE(reset.top() - signs.bottom() - 1, 8);
         QCOMPARE(window.view->rect().bottomRight() - reset.bottomRight(), QPoint(12, 12));
