@@ -191,6 +191,18 @@ private Q_SLOTS:
         QCOMPARE(wayInAbout(Accessible::program(program.processId())), u"none; use Copy Command"_s);
     }
 
+    void doesNotOfferToBringAppsToTheFront()
+    {
+        ProgramUnderTest program;
+        program.isAccessible = true;
+        program.start();
+        askForSettings();
+        const Accessible all = Accessible::program(program.processId());
+        QVERIFY(all.await(u"check box"_s, u"Launch at login"_s).isThere());
+        const Accessible front = all.find(u"check box"_s, u"Bring open apps to the front"_s);
+        QVERIFY(!front.is(Accessible::State::showing));
+    }
+
     void runsABoundEntryOnceWhileTheKeysAreHeld()
     {
         BoundDesk desk;
