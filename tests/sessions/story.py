@@ -288,6 +288,15 @@ def second_start():
     see(status == 0, f'the second program ended with {status}')
 
 
+def open_app():
+    key('ctrl+alt+j')
+    await_window('.*Mousepad')
+    settled()
+    see(len(windows('Mousepad$')) == 1, 'there is another window of Mousepad')
+    subprocess.run(['corvane'], check=False, timeout=10)
+    await_window('Corvane')
+
+
 def going_dark():
     go_to('Corvane')
     x, y, w, h = extents(find('Corvane', 'frame'))
@@ -336,6 +345,7 @@ step('the panel of Import lies within the screen', lambda: file_panel('Import…
 step('the panel of Export lies within the screen', lambda: file_panel('Export…'))
 step('Launch at login writes the file and is shown as on', launch_at_login)
 step('a second start brings the window to the front', second_start)
+step('the keys bring the open app to the front', open_app)
 step('the window follows the desktop into the dark', going_dark)
 step('the tray menu does so, too', dark_menu)
 step('Quit ends the program and removes the tray icon', quitting)
