@@ -9,4 +9,5 @@ public:
 
     virtual void openNotificationSettings() = 0;
     virtual void openLoginItems() = 0;
+    virtual void openKeyboardSettings() = 0;
 };

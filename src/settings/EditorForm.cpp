@@ -5,6 +5,7 @@
 #include "platform/InstalledApplications.h"
 #include "platform/SharedApplication.h"
 #include "platform/ShortcutLibrary.h"
+#include "platform/SystemSettings.h"
 #include "platform/Wording.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
@@ -54,12 +55,14 @@ QString nameOfFile(const QString &path)
 
 EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                        InstalledApplications &applications, ShortcutLibrary &shortcuts,
-                       const SharedApplication &application, const Wording &wording,
-                       const LaunchEntry &entry, std::function<void()> onClose)
+                       const SharedApplication &application, SystemSettings &systemSettings,
+                       const Wording &wording, const LaunchEntry &entry,
+                       std::function<void()> onClose)
     : m_store(store)
     , m_applications(applications)
     , m_shortcuts(shortcuts)
     , m_application(application)
+    , m_systemSettings(systemSettings)
     , m_wording(wording)
     , m_original(entry)
     , m_onClose(std::move(onClose))
@@ -85,6 +88,7 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
         announcedWarningLines(
             TextStyle::callout,
             [this] { return m_store.warnings(m_draft.shortcutName(), m_draft.id); }),
+        keyboardSettingsRow(),
         shownWhen([this] { return !otherKeys().isEmpty(); },
                   announced(tinted(TextColor::secondary,
                                    paragraph(TextStyle::callout, [this] { return otherKeys(); })))),
@@ -153,6 +157,23 @@ Item EditorForm::keysRow(EventMonitor &eventMonitor)
             new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
                                             [this](const auto &keys) { keysChanged(keys); }))),
     };
+}
+
+Item EditorForm::keyboardSettingsRow()
+{
+    Item settings =
+        button(u"Keyboard Settings"_s, [this] { m_systemSettings.openKeyboardSettings(); });
+    // Otherwise the focus would move from the button to the next control, which cancels.
+    settings.rules.append([this, widget = settings.widget] {
+        if (widget->window()->focusWidget() == widget && !areDesktopKeys())
+            m_confirmButton->setFocus();
+    });
+    return shownWhen([this] { return areDesktopKeys(); }, Row{settings, Spacer{}});
+}
+
+bool EditorForm::areDesktopKeys() const
+{
+    return m_store.areDesktopKeys(m_draft.shortcutName());
 }
 
 QString EditorForm::otherKeys() const

@@ -12,6 +12,7 @@ class InstalledApplications;
 class SharedApplication;
 class ShortcutLibrary;
 class ShortcutStore;
+class SystemSettings;
 class Wording;
 
 class EditorForm : public viewkit::View
@@ -23,8 +24,8 @@ public:
     /// form. The store and the services must outlive the form.
     EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                InstalledApplications &applications, ShortcutLibrary &shortcuts,
-               const SharedApplication &application, const Wording &wording,
-               const LaunchEntry &entry, std::function<void()> onClose);
+               const SharedApplication &application, SystemSettings &systemSettings,
+               const Wording &wording, const LaunchEntry &entry, std::function<void()> onClose);
 
     QString title() const;
 
@@ -35,6 +36,8 @@ private:
     viewkit::Binding<QString> draft(QString LaunchEntry::*field);
     viewkit::Item targetField();
     viewkit::Item keysRow(EventMonitor &eventMonitor);
+    viewkit::Item keyboardSettingsRow();
+    bool areDesktopKeys() const;
     QString otherKeys() const;
     QString tip() const;
     bool isKind(ActionKind kind) const { return m_draft.kind == kind; }
@@ -54,6 +57,7 @@ private:
     InstalledApplications &m_applications;
     ShortcutLibrary &m_shortcuts;
     const SharedApplication &m_application;
+    SystemSettings &m_systemSettings;
     const Wording &m_wording;
     const LaunchEntry m_original;
     const std::function<void()> m_onClose;

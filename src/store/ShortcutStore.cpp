@@ -283,6 +283,15 @@ QStringList ShortcutStore::warnings(const KeyboardShortcuts::Name &name,
     return messages;
 }
 
+bool ShortcutStore::areDesktopKeys(const KeyboardShortcuts::Name &name) const
+{
+    const auto shortcut = getShortcut(name);
+    if (!shortcut)
+        return false;
+    const auto user = KeyboardShortcuts::userOfKeys(*shortcut, m_platform.symbolicHotkeys);
+    return user && user->kind == KeyUser::Kind::desktop;
+}
+
 QString ShortcutStore::otherKeys(const KeyboardShortcuts::Name &name) const
 {
     const auto asked = getShortcut(name);

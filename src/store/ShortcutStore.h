@@ -106,6 +106,10 @@ public:
     QStringList warnings(const KeyboardShortcuts::Name &name,
                          const std::optional<QUuid> &excluding = std::nullopt) const;
 
+    /// Whether a shortcut of the desktop has the keys that are stored under the name, so that its
+    /// settings can free them.
+    bool areDesktopKeys(const KeyboardShortcuts::Name &name) const;
+
     /// Says which keys the desktop uses in place of those stored under the name; empty as a rule.
     QString otherKeys(const KeyboardShortcuts::Name &name) const;
 

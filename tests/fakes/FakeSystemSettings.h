@@ -10,6 +10,7 @@ class FakeSystemSettings : public SystemSettings
 public:
     void openNotificationSettings() override { opened << QStringLiteral("notifications"); }
     void openLoginItems() override { opened << QStringLiteral("login items"); }
+    void openKeyboardSettings() override { opened << QStringLiteral("keyboard"); }
 
     QStringList opened;
 };

@@ -43,9 +43,10 @@ struct Editor {
         for (const LaunchEntry &other : list)
             store.upsert(other);
         store.setShortcut(keys, entry.shortcutName());
-        form = new EditorForm(store, platform.eventMonitor, platform.installedApplications,
-                              platform.shortcutLibrary, platform.application, platform.wording,
-                              entry, [this] { ++closings; });
+        form =
+            new EditorForm(store, platform.eventMonitor, platform.installedApplications,
+                           platform.shortcutLibrary, platform.application, platform.systemSettings,
+                           platform.wording, entry, [this] { ++closings; });
         sheet = new Sheet(
             form->title(), form, [this] { form->cancel(); }, &window);
         window.show();
@@ -590,6 +591,84 @@ private Q_SLOTS:
         QVERIFY(!editor.shows(taken) && !editor.shows(usedByTwin));
         editor.confirm();
         QCOMPARE(editor.store.entries().size(), 3);
+    }
+
+    void leadsToTheKeyboardSettingsWhereOnlyTheyCanFreeTheKeys_data()
+    {
+        QTest::addColumn<std::function<void(FakeSymbolicHotkeys &)>>("take");
+        QTest::addColumn<QList<LaunchEntry>>("others");
+        QTest::addColumn<bool>("leads");
+        using Take = std::function<void(FakeSymbolicHotkeys &)>;
+        const auto add = [](const char *row, const Take &take, bool leads,
+                            const QList<LaunchEntry> &others = {}) {
+            QTest::newRow(row) << take << others << leads;
+        };
+        const LaunchEntry twin{.name = u"Twin"_s, .target = u"/bin/true"_s};
+        const Take desktop = [](auto &keys) { keys.hotkeys = {{40, 0x100000, true}}; };
+        add("the desktop", desktop, true);
+        add("the desktop and another entry", desktop, true, {twin});
+        add(
+            "nobody", [](auto &) {}, false);
+        add("another entry", [](auto &) {}, false, {twin});
+        add(
+            "the Super key", [](auto &keys) { keys.isSuperKeyKept = true; }, false);
+        add(
+            "another program",
+            [](auto &keys) {
+                keys.heldElsewhere = {{40, 0x100}};
+            },
+            false);
+        add(
+            "the desktop, but switched off there",
+            [](auto &keys) {
+                keys.hotkeys = {{40, 0x100000, false}};
+            },
+            false);
+    }
+    void leadsToTheKeyboardSettingsWhereOnlyTheyCanFreeTheKeys()
+    {
+        QFETCH(const std::function<void(FakeSymbolicHotkeys &)>, take);
+        QFETCH(const QList<LaunchEntry>, others);
+        Editor editor(website(), commandK, others);
+        for (const LaunchEntry &other : others)
+            editor.store.setShortcut(commandK, other.shortcutName());
+        take(editor.platform.symbolicHotkeys);
+        editor.form->refresh();
+        QTEST(editor.button(u"Keyboard Settings"_s) != nullptr, "leads");
+    }
+
+    void opensTheKeyboardSettings()
+    {
+        Editor editor(website(), commandK);
+        editor.platform.symbolicHotkeys.hotkeys = {{40, 0x100000, true}};
+        editor.form->refresh();
+        QTest::keyClick(editor.button(u"Keyboard Settings"_s), Qt::Key_Space);
+        QCOMPARE(editor.platform.systemSettings.opened, QStringList(u"keyboard"_s));
+        QCOMPARE(editor.closings, 0);
+    }
+
+    void goesOnAtSaveOnceTheKeyboardSettingsHaveFreedTheKeys()
+    {
+        Editor editor(website(), commandK);
+        editor.platform.symbolicHotkeys.hotkeys = {{40, 0x100000, true}};
+        editor.form->refresh();
+        editor.button(u"Keyboard Settings"_s)->setFocus();
+        editor.platform.symbolicHotkeys.hotkeys->clear();
+        Q_EMIT editor.platform.symbolicHotkeys.changed();
+        QTRY_VERIFY(!editor.button(u"Keyboard Settings"_s));
+        QCOMPARE(editor.sheet->focusWidget(), editor.button(u"Add"_s));
+    }
+
+    void reachesTheKeyboardSettingsBetweenTheKeysAndTheLastButtons()
+    {
+        Editor editor(website(), commandK);
+        editor.platform.symbolicHotkeys.hotkeys = {{40, 0x100000, true}};
+        editor.form->refresh();
+        editor.button(u"Clear"_s)->setFocus();
+        QTest::keyClick(editor.sheet, Qt::Key_Tab);
+        QCOMPARE(editor.sheet->focusWidget(), editor.button(u"Keyboard Settings"_s));
+        QTest::keyClick(editor.sheet, Qt::Key_Tab);
+        QCOMPARE(editor.sheet->focusWidget(), editor.button(u"Cancel"_s));
     }
 
     void doesNotWarnOfTheEntryItself()

@@ -43,17 +43,21 @@ const QStringList allPrograms{
     u"gnome-control-center"_s,
     u"gnome-session-properties"_s,
     u"gnome-tweaks"_s,
+    u"lxqt-config-globalkeyshortcuts"_s,
     u"lxqt-config-notificationd"_s,
     u"lxqt-config-session"_s,
+    u"mate-keybinding-properties"_s,
     u"mate-notification-properties"_s,
     u"mate-session-properties"_s,
     u"systemsettings"_s,
     u"systemsettings5"_s,
+    u"xfce4-keyboard-settings"_s,
     u"xfce4-notifyd-config"_s,
     u"xfce4-session-settings"_s,
 };
 
 const QString gnomeNotifications = u"gnome-control-center notifications"_s;
+const QString gnomeKeyboard = u"gnome-control-center keyboard"_s;
 const QString gnomeSession = u"gnome-session-properties"_s;
 } // namespace
 
@@ -67,31 +71,37 @@ private Q_SLOTS:
         QTest::addColumn<QString>("desktop");
         QTest::addColumn<QString>("notifications");
         QTest::addColumn<QString>("loginItems");
+        QTest::addColumn<QString>("keyboard");
         const auto add = [](const char *row, const QString &desktop, const QString &notifications,
-                            const QString &loginItems) {
-            QTest::newRow(row) << desktop << notifications << loginItems;
+                            const QString &loginItems, const QString &keyboard) {
+            QTest::newRow(row) << desktop << notifications << loginItems << keyboard;
         };
-        add("GNOME", u"GNOME"_s, gnomeNotifications, gnomeSession);
-        add("Ubuntu's GNOME", u"ubuntu:GNOME"_s, gnomeNotifications, gnomeSession);
+        add("GNOME", u"GNOME"_s, gnomeNotifications, gnomeSession, gnomeKeyboard);
+        add("Ubuntu's GNOME", u"ubuntu:GNOME"_s, gnomeNotifications, gnomeSession, gnomeKeyboard);
         add("GNOME in its classic shape", u"GNOME-Classic:GNOME"_s, gnomeNotifications,
-            gnomeSession);
-        add("Unity", u"Unity:Unity7:ubuntu"_s, gnomeNotifications, gnomeSession);
-        add("Pantheon", u"Pantheon"_s, gnomeNotifications, gnomeSession);
+            gnomeSession, gnomeKeyboard);
+        add("Unity", u"Unity:Unity7:ubuntu"_s, gnomeNotifications, gnomeSession, gnomeKeyboard);
+        add("Pantheon", u"Pantheon"_s, gnomeNotifications, gnomeSession, gnomeKeyboard);
         add("Budgie, which names GNOME second", u"Budgie:GNOME"_s,
-            u"budgie-control-center notifications"_s, u"budgie-desktop-settings"_s);
+            u"budgie-control-center notifications"_s, u"budgie-desktop-settings"_s,
+            u"budgie-control-center keyboard"_s);
         add("Plasma", u"KDE"_s, u"systemsettings kcm_notifications"_s,
-            u"systemsettings kcm_autostart"_s);
-        add("XFCE", u"XFCE"_s, u"xfce4-notifyd-config"_s, u"xfce4-session-settings"_s);
+            u"systemsettings kcm_autostart"_s, u"systemsettings kcm_keys"_s);
+        add("XFCE", u"XFCE"_s, u"xfce4-notifyd-config"_s, u"xfce4-session-settings"_s,
+            u"xfce4-keyboard-settings"_s);
         add("Cinnamon", u"X-Cinnamon"_s, u"cinnamon-settings notifications"_s,
-            u"cinnamon-settings startup"_s);
+            u"cinnamon-settings startup"_s, u"cinnamon-settings keyboard"_s);
         add("Cinnamon by its plain name", u"Cinnamon"_s, u"cinnamon-settings notifications"_s,
-            u"cinnamon-settings startup"_s);
-        add("MATE", u"MATE"_s, u"mate-notification-properties"_s, u"mate-session-properties"_s);
-        add("LXQt", u"LXQt"_s, u"lxqt-config-notificationd"_s, u"lxqt-config-session"_s);
-        add("another case", u"lxqt"_s, u"lxqt-config-notificationd"_s, u"lxqt-config-session"_s);
-        add("one that we do not know", u"sway"_s, {}, {});
-        add("one whose name begins like another's", u"GNOMEISH"_s, {}, {});
-        add("none", {}, {}, {});
+            u"cinnamon-settings startup"_s, u"cinnamon-settings keyboard"_s);
+        add("MATE", u"MATE"_s, u"mate-notification-properties"_s, u"mate-session-properties"_s,
+            u"mate-keybinding-properties"_s);
+        add("LXQt", u"LXQt"_s, u"lxqt-config-notificationd"_s, u"lxqt-config-session"_s,
+            u"lxqt-config-globalkeyshortcuts"_s);
+        add("another case", u"lxqt"_s, u"lxqt-config-notificationd"_s, u"lxqt-config-session"_s,
+            u"lxqt-config-globalkeyshortcuts"_s);
+        add("one that we do not know", u"sway"_s, {}, {}, {});
+        add("one whose name begins like another's", u"GNOMEISH"_s, {}, {}, {});
+        add("none", {}, {}, {}, {});
     }
     void knowsThePagesOfTheRunningDesktop()
     {
@@ -99,6 +109,7 @@ private Q_SLOTS:
         const Session session(desktop, allPrograms);
         QTEST(session.shortened(notificationSettingsCommand(session.environment)), "notifications");
         QTEST(session.shortened(loginItemsCommand(session.environment)), "loginItems");
+        QTEST(session.shortened(keyboardSettingsCommand(session.environment)), "keyboard");
     }
 
     void takesTheFirstProgramThatIsThere_data()
@@ -107,22 +118,26 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("programs");
         QTest::addColumn<QString>("notifications");
         QTest::addColumn<QString>("loginItems");
+        QTest::addColumn<QString>("keyboard");
         const auto add = [](const char *row, const QString &desktop, const QStringList &programs,
-                            const QString &notifications, const QString &loginItems) {
-            QTest::newRow(row) << desktop << programs << notifications << loginItems;
+                            const QString &notifications, const QString &loginItems,
+                            const QString &keyboard) {
+            QTest::newRow(row) << desktop << programs << notifications << loginItems << keyboard;
         };
         add("an older Plasma", u"KDE"_s, {u"systemsettings5"_s},
-            u"systemsettings5 kcm_notifications"_s, u"systemsettings5 kcm_autostart"_s);
+            u"systemsettings5 kcm_notifications"_s, u"systemsettings5 kcm_autostart"_s,
+            u"systemsettings5 kcm_keys"_s);
         add("GNOME with tweaks", u"GNOME"_s, {u"gnome-control-center"_s, u"gnome-tweaks"_s},
-            gnomeNotifications, u"gnome-tweaks"_s);
+            gnomeNotifications, u"gnome-tweaks"_s, gnomeKeyboard);
         add("GNOME alone", u"GNOME"_s, {u"gnome-control-center"_s}, gnomeNotifications,
-            u"gnome-control-center applications"_s);
+            u"gnome-control-center applications"_s, gnomeKeyboard);
         add("Budgie with GNOME's programs", u"Budgie:GNOME"_s,
-            {u"gnome-control-center"_s, u"gnome-tweaks"_s}, gnomeNotifications, u"gnome-tweaks"_s);
-        add("programs of another desktop only", u"XFCE"_s, {u"gnome-control-center"_s}, {}, {});
+            {u"gnome-control-center"_s, u"gnome-tweaks"_s}, gnomeNotifications, u"gnome-tweaks"_s,
+            gnomeKeyboard);
+        add("programs of another desktop only", u"XFCE"_s, {u"gnome-control-center"_s}, {}, {}, {});
         add("one of two pages", u"XFCE"_s, {u"xfce4-session-settings"_s}, {},
-            u"xfce4-session-settings"_s);
-        add("no programs", u"GNOME"_s, {}, {}, {});
+            u"xfce4-session-settings"_s, {});
+        add("no programs", u"GNOME"_s, {}, {}, {}, {});
     }
     void takesTheFirstProgramThatIsThere()
     {
@@ -131,6 +146,7 @@ private Q_SLOTS:
         const Session session(desktop, programs);
         QTEST(session.shortened(notificationSettingsCommand(session.environment)), "notifications");
         QTEST(session.shortened(loginItemsCommand(session.environment)), "loginItems");
+        QTEST(session.shortened(keyboardSettingsCommand(session.environment)), "keyboard");
     }
 
     void namesTheArgumentsOneByOne()

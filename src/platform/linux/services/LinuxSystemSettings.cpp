@@ -12,6 +12,8 @@ namespace
 struct Pages {
     QStringList notifications;
     QStringList loginItems;
+    /// The page of the desktop's own key combinations.
+    QStringList keyboard;
 };
 
 Pages pagesOf(Desktop desktop)
@@ -23,25 +25,36 @@ Pages pagesOf(Desktop desktop)
             {u"gnome-control-center notifications"_s},
             {u"gnome-session-properties"_s, u"gnome-tweaks"_s,
              u"gnome-control-center applications"_s},
+            {u"gnome-control-center keyboard"_s},
         };
     case Desktop::budgie:
         return {
             {u"budgie-control-center notifications"_s, u"gnome-control-center notifications"_s},
             {u"budgie-desktop-settings"_s, u"gnome-session-properties"_s, u"gnome-tweaks"_s},
+            {u"budgie-control-center keyboard"_s, u"gnome-control-center keyboard"_s},
         };
     case Desktop::plasma:
         return {
             {u"systemsettings kcm_notifications"_s, u"systemsettings5 kcm_notifications"_s},
             {u"systemsettings kcm_autostart"_s, u"systemsettings5 kcm_autostart"_s},
+            {u"systemsettings kcm_keys"_s, u"systemsettings5 kcm_keys"_s},
         };
     case Desktop::xfce:
-        return {{u"xfce4-notifyd-config"_s}, {u"xfce4-session-settings"_s}};
+        return {{u"xfce4-notifyd-config"_s},
+                {u"xfce4-session-settings"_s},
+                {u"xfce4-keyboard-settings"_s}};
     case Desktop::cinnamon:
-        return {{u"cinnamon-settings notifications"_s}, {u"cinnamon-settings startup"_s}};
+        return {{u"cinnamon-settings notifications"_s},
+                {u"cinnamon-settings startup"_s},
+                {u"cinnamon-settings keyboard"_s}};
     case Desktop::mate:
-        return {{u"mate-notification-properties"_s}, {u"mate-session-properties"_s}};
+        return {{u"mate-notification-properties"_s},
+                {u"mate-session-properties"_s},
+                {u"mate-keybinding-properties"_s}};
     case Desktop::lxqt:
-        return {{u"lxqt-config-notificationd"_s}, {u"lxqt-config-session"_s}};
+        return {{u"lxqt-config-notificationd"_s},
+                {u"lxqt-config-session"_s},
+                {u"lxqt-config-globalkeyshortcuts"_s}};
     }
     Q_UNREACHABLE();
 }
@@ -86,6 +99,11 @@ void LinuxSystemSettings::openLoginItems()
     open(loginItemsCommand(m_environment));
 }
 
+void LinuxSystemSettings::openKeyboardSettings()
+{
+    open(keyboardSettingsCommand(m_environment));
+}
+
 void LinuxSystemSettings::open(const QStringList &command)
 {
     if (command.isEmpty())
@@ -103,4 +121,9 @@ QStringList notificationSettingsCommand(const QProcessEnvironment &environment)
 QStringList loginItemsCommand(const QProcessEnvironment &environment)
 {
     return firstThatIsThere(pages(environment).loginItems, environment);
+}
+
+QStringList keyboardSettingsCommand(const QProcessEnvironment &environment)
+{
+    return firstThatIsThere(pages(environment).keyboard, environment);
 }

@@ -17,6 +17,7 @@ public:
 
     void openNotificationSettings() override;
     void openLoginItems() override;
+    void openKeyboardSettings() override;
 
 private:
     void open(const QStringList &command);
@@ -29,3 +30,4 @@ private:
 /// The path of the program that shows the page, followed by its arguments; empty if there is none.
 QStringList notificationSettingsCommand(const QProcessEnvironment &environment);
 QStringList loginItemsCommand(const QProcessEnvironment &environment);
+QStringList keyboardSettingsCommand(const QProcessEnvironment &environment);
