@@ -5,6 +5,7 @@
 #include "support/SettingsDesk.h"
 #include "support/Windows.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QTest>
@@ -25,12 +26,23 @@ QString warning(const QString &keys, const QString &user)
 }
 
 const QString anotherProgram = u"another program"_s;
+const QString keyboardSettings = u"Keyboard Settings"_s;
 constexpr StoredKeys storedControlAltY{16, 0x1800};
 
 struct Desk : SettingsDesk {
     bool warnsInRow(const QString &user = anotherProgram) const
     {
         return row(u"App"_s).find(label, warning(u"Ctrl+Alt+K"_s, user)).is(State::showing);
+    }
+
+    /// A program of the desktop, first in the program's PATH.
+    void install(const QString &name, const QByteArray &command)
+    {
+        const QString path = program.home.filePath(u"bin/"_s + name);
+        write(path, "#!/bin/sh\nexec " + command + " \"$@\"\n");
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner));
+        program.environment.insert(u"PATH"_s,
+                                   program.home.filePath(u"bin:"_s) + qEnvironmentVariable("PATH"));
     }
 
     /// A tool that changes settings, in the home of the program.
@@ -211,6 +223,32 @@ private Q_SLOTS:
         desk.change(free);
         QTRY_VERIFY_WITH_TIMEOUT(!desk.warnsInRow(user), aSecond);
         desk.verifyThatKeysRunTheApp(controlAltK);
+    }
+
+    void leadsFromTheEditorToTheDesktopsKeyboardSettings()
+    {
+        const QStringList set{u"gsettings"_s, u"set"_s, u"org.gnome.desktop.wm.keybindings"_s,
+                              u"show-desktop"_s};
+        const RecordedApp page;
+        Desk desk;
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"GNOME"_s);
+        desk.install(u"gnome-control-center"_s, page.command());
+        desk.addApp(storedControlAltK);
+        desk.open();
+        desk.press(desk.row(u"App"_s), u"Edit"_s);
+        const Accessible sheet = desk.sheet(u"Edit shortcut"_s);
+        QVERIFY(!desk.shows(button, keyboardSettings));
+        desk.change(set + QStringList{u"['<Control><Alt>k']"_s});
+        QTRY_VERIFY(desk.shows(button, keyboardSettings));
+        // From Cancel, which comes next.
+        QVERIFY(sheet.find(button, u"Cancel"_s).focus());
+        desk.keyboard.type({KEY_LEFTSHIFT, KEY_TAB});
+        QTRY_VERIFY(sheet.find(button, keyboardSettings).is(State::focused));
+        desk.keyboard.type({KEY_SPACE});
+        QCOMPARE(text(page.onlyStart()[u"arguments"]), "[\"keyboard\"]");
+        desk.change(set + QStringList{u"[]"_s});
+        QTRY_VERIFY(!desk.shows(button, keyboardSettings));
+        QTRY_VERIFY(sheet.find(button, u"Save"_s).is(State::focused));
     }
 
     void takesTheKeysThatTheDesktopFreesWithinASecond()
