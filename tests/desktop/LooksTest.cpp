@@ -373,6 +373,21 @@ private Q_SLOTS:
         desk.lookAtSheet(title, u"editor-warning"_s);
     }
 
+    void isLegibleInTheEditorOfAnEntryWithTheDesktopsKeys()
+    {
+        const QString title = u"Edit shortcut"_s;
+        Desk desk(look());
+        desk.addEntries(everything(desk.program.home.path()));
+        // LXQt keeps its keys in a file; the colours stay those of Plasma.
+        desk.program.environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"LXQt:KDE"_s);
+        SettingsDesk::write(desk.program.configHome() + u"/lxqt/globalkeyshortcuts.conf"_s,
+                            "[Control%2BAlt%2BW.1]\nEnabled=true\nExec=x\n");
+        desk.open();
+        desk.press(desk.row(u"Weather"_s), u"Edit"_s);
+        QVERIFY(desk.sheet(title).await(Role::button, u"Keyboard Settings"_s).isThere());
+        desk.lookAtSheet(title, u"editor-desktop-warning"_s);
+    }
+
     void isLegibleInTheAppPanel()
     {
         const QString title = u"Choose App"_s;

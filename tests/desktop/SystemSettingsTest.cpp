@@ -65,6 +65,8 @@ private Q_SLOTS:
             &SystemSettings::openNotificationSettings, u"[\"kcm_notifications\"]"_s);
         add("login items among others", u"KDE"_s, u"systemsettings"_s,
             &SystemSettings::openLoginItems, u"[\"kcm_autostart\"]"_s);
+        add("keys among others", u"GNOME"_s, u"gnome-control-center"_s,
+            &SystemSettings::openKeyboardSettings, u"[\"keyboard\"]"_s);
     }
     void opensThePageOfTheRunningDesktop()
     {
