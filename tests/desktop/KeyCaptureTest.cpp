@@ -5,6 +5,7 @@
 #include "platform/KeyModifier.h"
 #include "platform/linux/hotkeys/X11HotkeyService.h"
 #include "platform/linux/recording/LinuxEventMonitor.h"
+#include "platform/linux/x11/MisjudgedRepeats.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "support/Keyboard.h"
 #include "support/Windows.h"
@@ -73,6 +74,7 @@ struct Desk {
     UserActivation activation;
     X11HotkeyService hotkeys{connection, activation};
     LinuxEventMonitor monitor{SessionType::x11, &hotkeys, nullptr};
+    MisjudgedRepeats misjudgedRepeats{isDownOnX11};
     Keyboard keyboard;
     std::unique_ptr<Window> window = std::make_unique<Window>(u"Recording"_s);
     QList<KeyEvent> heard;
@@ -82,6 +84,7 @@ struct Desk {
 
     Desk()
     {
+        qApp->installEventFilter(&misjudgedRepeats);
         hotkeys.attachToEventLoop();
         hotkeys.installHandler([this](HotkeyId id) { fired << id; });
     }
@@ -90,6 +93,7 @@ struct Desk {
     {
         registration = monitor.addLocalMonitorForEvents(
             *window->field, [this](const KeyEvent &event) { heard << event; });
+        sync();
     }
 
     /// Ends with the first press, as a recording does.
@@ -100,6 +104,16 @@ struct Desk {
                 registration.reset();
                 heard << event;
             });
+        sync();
+    }
+
+    /// Awaits that the server has processed the application's requests, such as the grab of the
+    /// keyboard. Otherwise it could process keys that are pressed later first, because they come
+    /// on another connection.
+    static void sync()
+    {
+        auto *const own = qApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+        owned(xcb_get_input_focus_reply(own, xcb_get_input_focus(own), nullptr));
     }
 
     /// Presses the modifier and, when it has been dealt with, the key.
@@ -122,6 +136,7 @@ struct Desk {
     /// Claims that Control+K has not fired yet, and does now.
     void claimFirstFire()
     {
+        sync();
         keyboard.type(controlK);
         QTRY_VERIFY(!fired.isEmpty());
         // What was to come before it has come.
@@ -139,6 +154,7 @@ struct Desk {
     /// Claims what is in the text field when the keys so far have come to it.
     void claimText(const QString &text)
     {
+        sync();
         keyboard.type({KEY_1});
         QTRY_VERIFY(window->field->text().endsWith(u'1'));
         QCOMPARE(window->field->text(), text + u'1');
@@ -290,6 +306,7 @@ private Q_SLOTS:
         Desk desk;
         desk.start();
         desk.keyboard.press(controlK);
+        desk.keyboard.sendLateRepeat(KEY_K, xcb_window_t(desk.window->winId()));
         QTest::qWait(longHold);
         desk.keyboard.release(controlK);
         desk.claimHeard({{keyK, controlEventFlag}});
@@ -419,6 +436,7 @@ private Q_SLOTS:
         desk.startForOnePress();
         desk.keyboard.press(modifiers + QList<int>{key});
         QTRY_COMPARE(desk.heard.size(), 1);
+        desk.keyboard.sendLateRepeat(key, xcb_window_t(desk.window->winId()));
         QTest::qWait(longHold);
         desk.keyboard.release(modifiers);
         QTest::qWait(longHold);
@@ -541,6 +559,7 @@ private Q_SLOTS:
         desk.claimHeard({{24, 0}, {14, 0}});
         QCOMPARE(desk.window->field->text(), QString());
         desk.registration.reset();
+        desk.sync();
         desk.keyboard.type({KEY_EQUAL});
         desk.keyboard.type({KEY_E});
         desk.claimText(u"é"_s);

@@ -209,6 +209,8 @@ void LinuxPlatform::attachToEventLoop()
         m_activationTokens.start();
         m_waylandHotkeys->route().start();
     }
+    if (qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        qGuiApp->installEventFilter(&m_misjudgedRepeats);
     refreshWhenUserComesBack(m_symbolicHotkeys);
     m_appearance.start();
     // Queued, so that this does not delay the tray item.

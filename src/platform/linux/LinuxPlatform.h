@@ -22,6 +22,7 @@
 #include "platform/linux/services/LinuxSystemSettings.h"
 #include "platform/linux/tray/LinuxStatusBar.h"
 #include "platform/linux/wording/LinuxWording.h"
+#include "platform/linux/x11/MisjudgedRepeats.h"
 #include "platform/linux/x11/X11Connection.h"
 
 #include <memory>
@@ -88,5 +89,6 @@ private:
     LinuxSystemSettings m_systemSettings{m_activation, QProcessEnvironment::systemEnvironment()};
     LinuxAppearance m_appearance{QProcessEnvironment::systemEnvironment()};
     LinuxWording m_wording;
+    MisjudgedRepeats m_misjudgedRepeats{isDownOnX11};
     Platform m_services;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <linux/input-event-codes.h>
 
 /// Keys are named by evdev code, as they are counted on Linux.
@@ -15,13 +16,17 @@ public:
     /// Pressed in their order, let go in the opposite one.
     void press(const QList<int> &keys)
     {
-        for (const int key : keys)
+        for (const int key : keys) {
             down(key);
+            m_down.insert(key);
+        }
     }
     void release(const QList<int> &keys)
     {
-        for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+        for (auto key = keys.crbegin(); key != keys.crend(); ++key) {
             up(*key);
+            m_down.remove(*key);
+        }
     }
     void type(const QList<int> &keys)
     {
@@ -32,7 +37,13 @@ public:
     /// Awaits that the display has processed what was done with the keys so far.
     virtual void sync() const = 0;
 
+protected:
+    /// Leaves no key down for the next test; to be called by destructors.
+    void releaseAll() { release(m_down.values()); }
+
 private:
     virtual void down(int key) = 0;
     virtual void up(int key) = 0;
+
+    QSet<int> m_down;
 };

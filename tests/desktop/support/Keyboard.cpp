@@ -1,6 +1,6 @@
 #include "support/Keyboard.h"
 
-#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/Atom.h"
 #include "platform/linux/x11/Xkb.h"
 
 #include <QTest>
@@ -59,6 +59,7 @@ Keyboard::Keyboard()
 
 Keyboard::~Keyboard()
 {
+    releaseAll();
     // The server drops the last requests of a client that leaves with events unread.
     sync();
     xcb_disconnect(m_connection);
@@ -135,6 +136,58 @@ void Keyboard::ungrabAll()
 void Keyboard::sync() const
 {
     owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+}
+
+void Keyboard::sendLateRepeat(int key, xcb_window_t window) const
+{
+    // Any time that no other event has.
+    static xcb_timestamp_t time = 0;
+    ++time;
+    send(XCB_KEY_RELEASE, key, time, window);
+    awaitEventLoop(window);
+    send(XCB_KEY_PRESS, key, time, window);
+}
+
+void Keyboard::send(quint8 eventType, int key, xcb_timestamp_t time, xcb_window_t window) const
+{
+    xcb_key_press_event_t event = {};
+    event.response_type = eventType;
+    event.detail = keyCode(key);
+    event.time = time;
+    event.root = m_root;
+    event.event = window;
+    event.same_screen = true;
+    xcb_send_event(m_connection, false, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char *>(&event));
+    xcb_flush(m_connection);
+}
+
+/// Awaits that the window's program has processed the events so far: it answers a ping by sending
+/// it on to the root window.
+void Keyboard::awaitEventLoop(xcb_window_t window) const
+{
+    const uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events);
+    xcb_client_message_event_t ping = {};
+    ping.response_type = XCB_CLIENT_MESSAGE;
+    ping.format = 32;
+    ping.window = window;
+    ping.type = atom(m_connection, "WM_PROTOCOLS");
+    ping.data.data32[0] = atom(m_connection, "_NET_WM_PING");
+    ping.data.data32[2] = window;
+    xcb_send_event(m_connection, false, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char *>(&ping));
+    xcb_flush(m_connection);
+    const auto isAnswered = [&] {
+        while (const auto event = owned(xcb_poll_for_event(m_connection))) {
+
+            const auto &answer = reinterpret_cast<const xcb_client_message_event_t &>(*event);
+            if ((event->response_type & ~0x80) == XCB_CLIENT_MESSAGE && answer.type == ping.type)
+                return true;
+        }
+        return false;
+    };
+    QVERIFY(QTest::qWaitFor(isAnswered));
 }
 
 bool Keyboard::isDown(int key) const

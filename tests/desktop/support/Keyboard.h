@@ -11,6 +11,7 @@ class Keyboard : public KeyPresser
 {
 public:
     Keyboard();
+    /// Lets go of all keys.
     ~Keyboard() override;
 
     /// Types letters, digits and signs of ASCII, as they are on a keyboard of the United States.
@@ -32,6 +33,10 @@ public:
     bool grabAll();
     void ungrabAll();
 
+    /// Sends the window a repeat of a held key as a busy machine does: the press follows when the
+    /// program has processed the release.
+    void sendLateRepeat(int key, xcb_window_t window) const;
+
     bool isDown(int key) const;
 
     void sync() const override;
@@ -40,6 +45,8 @@ private:
     void down(int key) override;
     void up(int key) override;
     void fake(quint8 eventType, int key);
+    void send(quint8 eventType, int key, xcb_timestamp_t time, xcb_window_t window) const;
+    void awaitEventLoop(xcb_window_t window) const;
 
     xcb_connection_t *m_connection;
     xcb_window_t m_root;

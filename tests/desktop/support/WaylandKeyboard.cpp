@@ -79,7 +79,7 @@ WaylandKeyboard::WaylandKeyboard()
 
 WaylandKeyboard::~WaylandKeyboard()
 {
-    release(m_down.values());
+    releaseAll();
     sync();
     xkb_state_unref(m_state);
     wl_display_disconnect(m_display);
@@ -109,18 +109,6 @@ void WaylandKeyboard::sync() const
 {
     if (wl_display_roundtrip(m_display) < 0)
         qWarning("the Wayland compositor has gone");
-}
-
-void WaylandKeyboard::down(int key)
-{
-    change(key, true);
-    m_down.insert(key);
-}
-
-void WaylandKeyboard::up(int key)
-{
-    change(key, false);
-    m_down.remove(key);
 }
 
 void WaylandKeyboard::change(int key, bool isDown)

@@ -3,8 +3,6 @@
 
 #include "support/KeyPresser.h"
 
-#include <QSet>
-
 struct wl_display;
 struct wl_seat;
 struct org_kde_kwin_fake_input;
@@ -26,8 +24,8 @@ public:
 private:
     struct Listeners;
 
-    void down(int key) override;
-    void up(int key) override;
+    void down(int key) override { change(key, true); }
+    void up(int key) override { change(key, false); }
     void change(int key, bool isDown);
     void makeVirtualKeyboard();
 
@@ -38,5 +36,4 @@ private:
     zwp_virtual_keyboard_v1 *m_keyboard = nullptr;
     /// What is down, as the virtual keyboard has to tell.
     xkb_state *m_state = nullptr;
-    QSet<int> m_down;
 };

@@ -17,12 +17,11 @@ bool HeldKeyRepeatFilter::follow(const QKeyEvent &event)
 {
     if (event.type() == QEvent::KeyRelease) {
         if (!event.isAutoRepeat())
-            letGo(event);
+            forget(keycode(event));
         return false;
     }
-    const bool isFresh = !event.isAutoRepeat() && !isMisjudgedRepeat(event);
     m_keys.insert(keycode(event), event.key());
-    return isFresh;
+    return !event.isAutoRepeat();
 }
 
 void HeldKeyRepeatFilter::swallowRepeats()
@@ -31,8 +30,11 @@ void HeldKeyRepeatFilter::swallowRepeats()
         QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool HeldKeyRepeatFilter::eventFilter(QObject *, QEvent *event)
+bool HeldKeyRepeatFilter::eventFilter(QObject *watched, QEvent *event)
 {
+    // Leave the event to MisjudgedRepeats until the window sends it to a widget.
+    if (watched->isWindowType())
+        return false;
     switch (event->type()) {
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
@@ -58,30 +60,13 @@ bool HeldKeyRepeatFilter::isRest(const QKeyEvent &event)
         follow(event);
         return isHeld;
     }
-    if (isMisjudgedRepeat(event) || (isHeld && event.isAutoRepeat())) {
-        follow(event);
+    if (isHeld && event.isAutoRepeat())
         return true;
-    }
     // If the key was held, its release went elsewhere, such as to another program in front.
     forget(keycode(event));
     if (m_keys.isEmpty())
         QCoreApplication::instance()->removeEventFilter(this);
     return false;
-}
-
-/// A repeat consists of a release and a press with the same time. If the press has not arrived yet,
-/// Qt takes the release for a real one and the press for a fresh one.
-bool HeldKeyRepeatFilter::isMisjudgedRepeat(const QKeyEvent &press) const
-{
-    return m_releaseTime != 0 && press.timestamp() == m_releaseTime
-        && keycode(press) == m_releasedKey;
-}
-
-void HeldKeyRepeatFilter::letGo(const QKeyEvent &event)
-{
-    forget(keycode(event));
-    m_releasedKey = keycode(event);
-    m_releaseTime = event.timestamp();
 }
 
 void HeldKeyRepeatFilter::forget(XKeycode key)

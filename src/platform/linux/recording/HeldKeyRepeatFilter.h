@@ -31,13 +31,8 @@ Q_SIGNALS:
 
 private:
     bool isRest(const QKeyEvent &event);
-    bool isMisjudgedRepeat(const QKeyEvent &press) const;
-    void letGo(const QKeyEvent &event);
     void forget(XKeycode key);
 
     /// The Qt key that each key that is down stands for.
     QHash<XKeycode, int> m_keys;
-    /// The last released key and the time of that event; 0 for events without a time.
-    XKeycode m_releasedKey{};
-    quint64 m_releaseTime = 0;
 };

@@ -89,7 +89,8 @@ bool KeyCapture::eventFilter(QObject *watched, QEvent *event)
             followWindow();
         return false;
     default:
-        return m_isOn && swallow(*event);
+        // Leave the event to MisjudgedRepeats until the window sends it to a widget.
+        return m_isOn && !watched->isWindowType() && swallow(*event);
     }
 }
 
