@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRasterWindow>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -83,11 +84,24 @@ private Q_SLOTS:
     {
         install(u"keyboard.desktop"_s, QCoreApplication::applicationFilePath(),
                 "org_kde_kwin_fake_input");
+        install(u"org.corvane.Corvane.desktop"_s, ProgramUnderTest().program,
+                "org_kde_plasma_window_management");
+        // KWin takes notice of new desktop files after a while.
+        const auto isPermitted = [] {
+            Desk desk;
+            desk.start();
+            return !desk.token().isEmpty();
+        };
+        QVERIFY(QTest::qWaitFor(isPermitted, 30000));
     }
 
     void hasNoTokenIfTheProgramIsNotInstalled()
     {
+        const QTemporaryDir folder;
         Desk desk;
+        const QString copy = folder.filePath(u"corvane"_s);
+        QVERIFY(QFile::copy(desk.program.program, copy));
+        desk.program.program = copy;
         desk.start();
         QCOMPARE(desk.token(), QByteArray());
         Window open(u"App"_s, u"app"_s);
@@ -97,12 +111,11 @@ private Q_SLOTS:
 
     void bringsAWindowOfAStartedProgramToTheFront()
     {
-        install(u"org.corvane.Corvane.desktop"_s, ProgramUnderTest().program,
-                "org_kde_plasma_window_management");
         Window behind(u"Behind"_s);
         const Window front(u"Front"_s);
         Desk desk;
         desk.start();
+        QVERIFY(!desk.token().isEmpty());
         // Qt's Wayland plugin reads the token from this variable.
         qputenv("XDG_ACTIVATION_TOKEN", desk.token());
         QVERIFY(front.isActive() && !behind.isActive());

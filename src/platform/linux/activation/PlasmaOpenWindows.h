@@ -19,7 +19,7 @@ public:
     bool isAvailable() const override { return m_tokens.isPermitted(); }
     void start() override;
     void request(const WindowQuestions &questions) override;
-    /// Waits for KWin, but at most 100 ms.
+    /// Waits for KWin, but at most a second.
     bool bringToFront(const WindowQuestions &questions,
                       const std::function<bool(const OpenWindow &)> &isWanted) override;
 
