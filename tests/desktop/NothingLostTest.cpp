@@ -91,9 +91,10 @@ private Q_SLOTS:
         SettingsDesk desk;
         desk.addApp(storedControlAltK);
         const QString log = desk.program.home.filePath(u"calls"_s);
-        desk.program.starter = {u"strace"_s, u"-D"_s, u"-f"_s,
-                                u"-qq"_s,    u"-y"_s, u"-o"_s,
-                                log,         u"-e"_s, u"trace=fsync,"_s + renames};
+        desk.program.starter = {u"strace"_s, u"-D"_s,         u"-f"_s,
+                                u"-qq"_s,    u"-y"_s,         u"-o"_s,
+                                log,         u"-e"_s,         u"trace=fsync,"_s + renames,
+                                u"-e"_s,     u"signal=none"_s};
         desk.open();
         QVERIFY(desk.row(u"App"_s).find(Role::button, u"Delete"_s).press());
         QTRY_VERIFY(!desk.settings().contains("hotkey"));
