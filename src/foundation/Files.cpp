@@ -106,6 +106,24 @@ std::optional<Error> replaceContent(const QString &path, const QByteArray &conte
     return error;
 }
 
+std::optional<Error> writeNewProgram(const QString &path, const QByteArray &content)
+{
+    const QByteArray place = QFile::encodeName(path);
+    const int descriptor =
+        open(place.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRWXU);
+    if (descriptor < 0)
+        return systemError();
+    // The umask may have removed some of the user's own permissions.
+    fchmod(descriptor, S_IRWXU);
+    QFile file;
+    file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
+    if (file.write(content) == content.size() && fsync(descriptor) == 0)
+        return std::nullopt;
+    const Error error = systemError();
+    unlink(place.constData());
+    return error;
+}
+
 std::optional<Error> makePrivateFolder(const QString &path)
 {
     const QString folder = QDir::cleanPath(path);

@@ -28,6 +28,11 @@ enum class FileAccess {
 std::optional<Error> replaceContent(const QString &path, const QByteArray &content,
                                     FileAccess access);
 
+/// Creates a file that only the user may read, change and execute (mode 0700), whatever the umask
+/// is. Anything that is at the path already, a dangling link too, is an error and is left alone.
+/// After an error there is no new file.
+std::optional<Error> writeNewProgram(const QString &path, const QByteArray &content);
+
 /// Creates the folder and its missing parents with access for the user only (mode 0700), whatever
 /// the umask is. Existing folders are left as they are.
 std::optional<Error> makePrivateFolder(const QString &path);

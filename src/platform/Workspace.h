@@ -36,4 +36,9 @@ public:
     /// Opens a file, a folder or an address in its default application. Completes with whether
     /// there is one and it could be started.
     virtual void open(const QUrl &url, std::function<void(bool isOpened)> completion) = 0;
+
+    /// Opens a folder in the file manager, or a file in the user's text editor, whatever type the
+    /// file has: a script is never run. To be called at the user's action in a window of ours.
+    /// Completes as open() does.
+    virtual void openToEdit(const QString &path, std::function<void(bool isOpened)> completion) = 0;
 };

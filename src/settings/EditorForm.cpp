@@ -2,29 +2,40 @@
 
 #include "actions/ActionRunner.h"
 #include "foundation/Text.h"
-#include "platform/InstalledApplications.h"
+#include "platform/Platform.h"
 #include "platform/SharedApplication.h"
 #include "platform/ShortcutLibrary.h"
 #include "platform/SystemSettings.h"
 #include "platform/Wording.h"
+#include "platform/Workspace.h"
 #include "settings/ApplicationPanel.h"
 #include "settings/FilePanel.h"
+#include "settings/NewScriptForm.h"
 #include "settings/Recorder.h"
+#include "settings/Targets.h"
 #include "settings/WarningLines.h"
 #include "store/ShortcutStore.h"
+#include "viewkit/Sheet.h"
 
 #include <QClipboard>
-#include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QPointer>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using namespace viewkit;
 
 namespace
 {
 /// The design's width.
 constexpr int formWidth = 460;
+
+/// Window managers may move the focus to and fro when a sheet closes. That takes some milliseconds,
+/// and far longer on a busy computer.
+constexpr auto focusSettlesIn = 250ms;
 
 QStringList kindTitles()
 {
@@ -41,29 +52,12 @@ bool isBlank(const QString &text)
         return character == u'\t' || character.category() == QChar::Separator_Space;
     });
 }
-
-/// The path's last component without its extension.
-QString nameOfFile(const QString &path)
-{
-    const QFileInfo file(QDir::cleanPath(path));
-    if (file.isRoot())
-        return u"/"_s;
-    // A leading dot starts no extension.
-    return file.completeBaseName().isEmpty() ? file.fileName() : file.completeBaseName();
-}
 } // namespace
 
-EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
-                       InstalledApplications &applications, ShortcutLibrary &shortcuts,
-                       const SharedApplication &application, SystemSettings &systemSettings,
-                       const Wording &wording, const LaunchEntry &entry,
+EditorForm::EditorForm(const Platform &platform, ShortcutStore &store, const LaunchEntry &entry,
                        std::function<void()> onClose)
-    : m_store(store)
-    , m_applications(applications)
-    , m_shortcuts(shortcuts)
-    , m_application(application)
-    , m_systemSettings(systemSettings)
-    , m_wording(wording)
+    : m_platform(platform)
+    , m_store(store)
     , m_original(entry)
     , m_onClose(std::move(onClose))
     , m_draft(entry)
@@ -84,7 +78,7 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
                    .set = [this](int index) { setKind(ActionKinds::allCases.at(index)); },
                }),
         targetField(),
-        keysRow(eventMonitor),
+        keysRow(),
         announcedWarningLines(
             TextStyle::callout,
             [this] { return m_store.warnings(m_draft.shortcutName(), m_draft.id); }),
@@ -104,6 +98,9 @@ EditorForm::EditorForm(ShortcutStore &store, EventMonitor &eventMonitor,
             confirmButton,
         },
     });
+    m_focusSettles.setSingleShot(true);
+    m_focusSettles.setInterval(focusSettlesIn);
+    m_focusSettles.callOnTimeout(this, &EditorForm::openNewScript);
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
 }
 
@@ -139,30 +136,63 @@ Item EditorForm::targetField()
             }),
         shownWhen([this] { return isKind(ActionKind::website); },
                   textField(u"Website"_s, u"https://example.com"_s, draft(&LaunchEntry::target))),
-        shownWhen([this] { return isKind(ActionKind::shortcut); },
-                  suggesting([this] { return m_shortcuts.names(); },
-                             textField(u"Shortcut"_s, m_wording.nameOfShortcut(),
-                                       draft(&LaunchEntry::target)))),
+        shownWhen([this] { return isKind(ActionKind::shortcut); }, shortcutField()),
     };
 }
 
-Item EditorForm::keysRow(EventMonitor &eventMonitor)
+Item EditorForm::shortcutField()
+{
+    const Item field = suggesting(
+        [this] { return m_platform.shortcutLibrary.names(); },
+        textField(u"Shortcut"_s, m_platform.wording.nameOfShortcut(), draft(&LaunchEntry::target)));
+    m_shortcutField = field.widget;
+    // Beside the buttons the field would be too short for its placeholder.
+    return Column{
+        spacing(8),
+        field,
+        Row{
+            spacing(8),
+            Spacer{},
+            button(u"New…"_s, [this] { askForScript(); }),
+            button(u"Open Folder"_s, [this] { openShortcutsFolder(); }),
+        },
+        newScriptSheet(),
+    };
+}
+
+Item EditorForm::newScriptSheet()
+{
+    const auto make = [this](QWidget *owner) {
+        const QString typed = m_draft.target.trimmed();
+        const bool isFree = !m_platform.shortcutLibrary.names().contains(typed);
+        const auto cancel = [this] { stopAsking(); };
+        auto *const form = new NewScriptForm(
+            m_platform.shortcutLibrary, isFree ? typed : QString(),
+            [this](const QString &name, const QString &path) { scriptCreated(name, path); },
+            cancel);
+        return new Sheet(NewScriptForm::title(), form, cancel, owner);
+    };
+    return sheetWhen(
+        this, [this] { return m_asksForScript; }, make);
+}
+
+Item EditorForm::keysRow()
 {
     return Row{
         spacing(8),
         text(TextStyle::body, u"Keys"_s),
         shownWhen([this] { return !m_store.canRegisterKeys(); },
                   button(u"Copy Command"_s, [this] { copyCommand(); })),
-        stretched(widget(
-            new KeyboardShortcuts::Recorder(m_store, eventMonitor, m_draft.shortcutName(),
-                                            [this](const auto &keys) { keysChanged(keys); }))),
+        stretched(widget(new KeyboardShortcuts::Recorder(
+            m_store, m_platform.eventMonitor, m_draft.shortcutName(),
+            [this](const auto &keys) { keysChanged(keys); }))),
     };
 }
 
 Item EditorForm::keyboardSettingsRow()
 {
-    Item settings =
-        button(u"Keyboard Settings"_s, [this] { m_systemSettings.openKeyboardSettings(); });
+    Item settings = button(u"Keyboard Settings"_s,
+                           [this] { m_platform.systemSettings.openKeyboardSettings(); });
     // Otherwise the focus would move from the button to the next control, which cancels.
     settings.rules.append([this, widget = settings.widget] {
         if (widget->window()->focusWidget() == widget && !areDesktopKeys())
@@ -194,6 +224,7 @@ void EditorForm::setKind(ActionKind kind)
     m_draft.kind = kind;
     m_draft.target.clear();
     m_message.reset();
+    m_asksForScript = false;
     invalidate();
 }
 
@@ -202,7 +233,7 @@ void EditorForm::choose()
     const auto use = [this](const QString &path) { chosen(path); };
     QDialog *panel = nullptr;
     if (isKind(ActionKind::app))
-        panel = new ApplicationPanel(m_applications, use, this);
+        panel = new ApplicationPanel(m_platform.installedApplications, use, this);
     else
         panel = new FilePanel(FilePanel::Choosable::filesAndFolders, u"Choose"_s, u"Choose"_s, use,
                               this);
@@ -214,22 +245,68 @@ void EditorForm::chosen(const QString &path)
 {
     m_draft.target = path;
     if (isBlank(m_draft.name))
-        m_draft.name = displayName(path);
+        m_draft.name = nameOfTarget(m_draft.kind, path, m_platform.installedApplications);
     invalidate();
 }
 
-QString EditorForm::displayName(const QString &path) const
+void EditorForm::askForScript()
 {
-    if (isKind(ActionKind::app)) {
-        if (const auto app = m_applications.at(path))
-            return app->name;
-    }
-    return nameOfFile(path);
+    m_asksForScript = true;
+    refresh();
+}
+
+void EditorForm::stopAsking()
+{
+    m_asksForScript = false;
+    refresh();
+}
+
+void EditorForm::scriptCreated(const QString &name, const QString &path)
+{
+    m_draft.target = name;
+    if (isBlank(m_draft.name))
+        m_draft.name = name;
+    m_message.reset();
+    m_newScript = path;
+    stopAsking();
+    m_shortcutField->setFocus();
+    m_focusSettles.start();
+}
+
+bool EditorForm::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate && m_focusSettles.isActive())
+        m_focusSettles.start();
+    return View::event(event);
+}
+
+void EditorForm::openNewScript()
+{
+    m_focusSettles.stop();
+    openToEdit(m_newScript, u"The script was made, but no text editor could be opened."_s);
+}
+
+void EditorForm::openShortcutsFolder()
+{
+    const auto path = m_platform.shortcutLibrary.folder();
+    if (path)
+        openToEdit(*path, u"Your shortcuts folder could not be opened."_s);
+    else
+        say(m_message, path.error().description);
+}
+
+void EditorForm::openToEdit(const QString &path, const QString &messageIfNot)
+{
+    // The answer may come after the form has been closed.
+    m_platform.workspace.openToEdit(path, [form = QPointer(this), messageIfNot](bool isOpened) {
+        if (form && !isOpened)
+            form->say(form->m_message, messageIfNot);
+    });
 }
 
 void EditorForm::copyCommand() const
 {
-    QGuiApplication::clipboard()->setText(m_application.fireCommand(m_draft.id));
+    QGuiApplication::clipboard()->setText(m_platform.application.fireCommand(m_draft.id));
 }
 
 void EditorForm::keysChanged(const std::optional<KeyboardShortcuts::Shortcut> &keys)
@@ -264,12 +341,8 @@ void EditorForm::save()
 {
     if (m_isClosed)
         return;
-    // Hide it first: screen readers announce a message only when it appears.
-    m_message.reset();
-    refresh();
-    m_message = validate();
-    if (m_message) {
-        refresh();
+    if (const auto message = validate()) {
+        say(m_message, *message);
         return;
     }
     LaunchEntry entry = m_draft;
@@ -295,5 +368,7 @@ void EditorForm::cancel()
 void EditorForm::finish()
 {
     m_isClosed = true;
+    if (m_focusSettles.isActive())
+        openNewScript();
     m_onClose();
 }

@@ -95,11 +95,7 @@ void Recorder::handle(const KeyEvent &event)
     }
     const quint32 modifiers = modifierFlagsToCarbon(event.modifierFlags);
     if (!(modifiers & (commandKey | optionKey | controlKey))) {
-        // Hide it first: screen readers announce a message only when it appears.
-        m_hint.reset();
-        refresh();
-        m_hint = u"Include "_s + m_store.keyWording().requiredModifiers();
-        refresh();
+        say(m_hint, u"Include "_s + m_store.keyWording().requiredModifiers());
         return;
     }
     stop();

@@ -239,10 +239,7 @@ Item SettingsView::sheet()
 
 QDialog *SettingsView::makeSheet(const LaunchEntry &entry, QWidget *owner)
 {
-    auto *const form = new EditorForm(m_store, m_platform.eventMonitor,
-                                      m_platform.installedApplications, m_platform.shortcutLibrary,
-                                      m_platform.application, m_platform.systemSettings,
-                                      m_platform.wording, entry, [this] { closeSheet(); });
+    auto *const form = new EditorForm(m_platform, m_store, entry, [this] { closeSheet(); });
     return new Sheet(
         form->title(), form, [form] { form->cancel(); }, owner);
 }

@@ -38,6 +38,15 @@ void View::refresh()
         rule();
 }
 
+void View::say(std::optional<QString> &shown, const QString &message)
+{
+    // Hide it first: screen readers announce a message only when it appears.
+    shown.reset();
+    refresh();
+    shown = message;
+    refresh();
+}
+
 bool View::event(QEvent *event)
 {
     const auto type = event->type();

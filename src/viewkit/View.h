@@ -4,6 +4,7 @@
 #include "viewkit/Item.h"
 
 #include <QWidget>
+#include <optional>
 
 namespace viewkit
 {
@@ -27,6 +28,10 @@ public:
     void refresh();
 
 protected:
+    /// Shows a message that the body announces, and refreshes. Screen readers announce it even if
+    /// the same message is shown already.
+    void say(std::optional<QString> &shown, const QString &message);
+
     bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 

@@ -292,6 +292,30 @@ private Q_SLOTS:
         desk.typeInto(panel.findAll(field).constLast());
     }
 
+    void bringsTheTextEditorOfANewScriptToTheFront()
+    {
+        KeyboardDesk desk;
+        // What the program itself was once started with is of no use.
+        desk.program.environment.insert(u"DESKTOP_STARTUP_ID"_s, u"launcher-1_TIME1"_s);
+        desk.app.openByDefault({"text/plain"}, desk.program.dataHome(), desk.program.configHome());
+        desk.write(desk.program.dataHome() + u"/applications/recorded.desktop"_s,
+                   "[Desktop Entry]\nType=Application\nName=Tweaks\nExec=" + gtkProgram.toUtf8());
+        desk.open();
+        const auto closed = qScopeGuard([&desk] {
+            for (const pid_t child : desk.program.children())
+                kill(child, SIGKILL);
+        });
+        desk.pressByKey(desk.all, u"Add"_s);
+        const Accessible editor = desk.sheet(u"New shortcut"_s);
+        desk.type({KEY_TAB, KEY_END});
+        QVERIFY(editor.await(button, u"New…"_s).isThere());
+        desk.pressByKey(editor, u"New…"_s);
+        const Accessible form = desk.sheet(u"New script"_s);
+        desk.type({KEY_N, KEY_ENTER});
+        QTRY_COMPARE(activeTitle(), gtkTitle);
+        QVERIFY(startupIdOf(gtkTitle).startsWith(u"corvane-"_s));
+    }
+
     void announcesAnApplicationThatSaysWhenItIsThere()
     {
         StartupMessages messages;

@@ -1,8 +1,11 @@
 // What can be opened, how it is started, and what is said where that fails.
 
 #include "platform/linux/launch/LinuxWorkspace.h"
+#include "platform/linux/activation/ServerTime.h"
+#include "platform/linux/activation/StartupNotification.h"
 #include "support/RecordedApp.h"
 #include "support/RecordedService.h"
+#include "support/WriteFile.h"
 
 #include <QDBusObjectPath>
 #include <QDir>
@@ -29,14 +32,28 @@ QString openApplication(const QString &path, UserActivation activation = someAct
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) ? **outcome : u"hangs"_s;
 }
 
-/// Opens a file, a folder or an address, and awaits whether that worked.
-bool open(const QUrl &url)
+/// Has the workspace open something, and awaits whether that worked.
+template <typename Target>
+bool isOpened(void (LinuxWorkspace::*open)(const Target &, std::function<void(bool)>),
+              const Target &target)
 {
     UserActivation activation = someActivation;
     LinuxWorkspace workspace(activation, nullptr);
     const auto outcome = std::make_shared<std::optional<bool>>();
-    workspace.open(url, [outcome](bool isOpened) { *outcome = isOpened; });
+    (workspace.*open)(target, [outcome](bool isOpened) { *outcome = isOpened; });
     return QTest::qWaitFor([outcome] { return outcome->has_value(); }) && **outcome;
+}
+
+/// Opens a file, a folder or an address.
+bool open(const QUrl &url)
+{
+    return isOpened(&LinuxWorkspace::open, url);
+}
+
+/// Opens a file in the text editor, or a folder.
+bool openToEdit(const QString &path)
+{
+    return isOpened(&LinuxWorkspace::openToEdit, path);
 }
 
 /// A file with that content.
@@ -99,14 +116,25 @@ class LinuxWorkspaceTest : public QObject
 private:
     const RecordedApp m_handler{"%U"};
 
-private Q_SLOTS:
-    void initTestCase()
+    void useUsualHandler() const
     {
         m_handler.openByDefault({"inode/directory", "text/plain", "x-scheme-handler/https",
                                  "x-scheme-handler/shortcuts"},
                                 qEnvironmentVariable("XDG_DATA_HOME"),
                                 qEnvironmentVariable("XDG_CONFIG_HOME"));
     }
+
+    /// Makes an application with that .desktop file the only one for text; none if it is empty.
+    static void useTextEditor(const QByteArray &content, const QString &file = u"editor.desktop"_s)
+    {
+        writeFile(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s + file, content);
+        writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/mimeapps.list"_s,
+                  "[Default Applications]\ninode/directory=recorded.desktop\ntext/plain="
+                      + file.toUtf8() + '\n');
+    }
+
+private Q_SLOTS:
+    void initTestCase() { useUsualHandler(); }
 
     // Applications
 
@@ -413,6 +441,95 @@ private Q_SLOTS:
         QTRY_COMPARE(m_handler.starts().size(), before + 1);
         QCOMPARE(text(m_handler.starts().constLast()[u"arguments"]),
                  "[\"file://" + file.folder().toUtf8() + "/a%20b%23c%2520d%3F%C3%A9.txt\"]");
+    }
+
+    // Files in the text editor
+
+    void opensAnyFileInTheTextEditor_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("a script") << u"Tidy Up"_s << QByteArray("#!/bin/sh\n");
+        QTest::newRow("a file named as another type") << u"Tidy.png"_s << QByteArray("#!/bin/sh\n");
+        QTest::newRow("an empty file") << u"Tidy"_s << QByteArray();
+    }
+    void opensAnyFileInTheTextEditor()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, content);
+        const File file(name, content, true);
+        const auto before = m_handler.starts().size();
+        QVERIFY(openToEdit(file.path()));
+        QTRY_COMPARE(m_handler.starts().size(), before + 1);
+        const QString argument = m_handler.starts().constLast()[u"arguments"][0].toString();
+        QCOMPARE(QUrl(argument).toLocalFile(), file.path());
+    }
+
+    void opensAFolderToEditInTheFileManager()
+    {
+        useTextEditor("[Desktop Entry]\nType=Application\nName=Other\nExec=true\n");
+        const auto restored = qScopeGuard([this] { useUsualHandler(); });
+        const auto before = m_handler.starts().size();
+        QVERIFY(openToEdit(u"/usr/share"_s));
+        QTRY_COMPARE(m_handler.starts().size(), before + 1);
+    }
+
+    void opensATextEditorThatRunsInATerminal()
+    {
+        const RecordedApp editor("%F", "Terminal=true");
+        useTextEditor(editor.content());
+        const auto restored = qScopeGuard([this] { useUsualHandler(); });
+        const File terminal(u"xterm"_s, "#!/bin/sh\nshift\nexec \"$@\"\n", true);
+        const auto path = usePath(terminal.folder());
+        const File file(u"a b"_s, "#!/bin/sh\n", true);
+        QVERIFY(openToEdit(file.path()));
+        QCOMPARE(text(editor.onlyStart()[u"arguments"]), "[\"" + file.path().toUtf8() + "\"]");
+    }
+
+    void opensATextEditorOnTheBus()
+    {
+        const QString name = u"org.example.Editor"_s;
+        useTextEditor("[Desktop Entry]\nType=Application\nName=Editor\nExec=false\n"
+                      "DBusActivatable=true\n",
+                      name + u".desktop"_s);
+        const auto restored = qScopeGuard([this] { useUsualHandler(); });
+        const File file(u"a b"_s, "#!/bin/sh\n", true);
+        QVERIFY(!openToEdit(file.path()));
+        const RecordedService service(busAddress(), name, RecordedService::reply({}));
+        QVERIFY(openToEdit(file.path()));
+        const QString call = service.calls(u"Open"_s).value(0);
+        QVERIFY2(call.contains(u"[file://%1/a%20b]"_s.arg(file.folder())), qPrintable(call));
+    }
+
+    void opensTheTextEditorOnBehalfOfTheUsersActionOfThisMoment()
+    {
+        const File file(u"a"_s, "#!/bin/sh\n", true);
+        const auto count = m_handler.starts().size();
+        const auto before = currentServerTime();
+        QVERIFY(openToEdit(file.path()));
+        const auto after = currentServerTime();
+        QTRY_COMPARE(m_handler.starts().size(), count + 1);
+        const auto id = m_handler.starts().constLast()[u"startupId"].toString();
+        const auto time = StartupNotification::userTime(id.toUtf8());
+        QVERIFY(before && before <= time && time <= after);
+    }
+
+    void opensNoTextEditorWhereNoneWorks_data()
+    {
+        QTest::addColumn<QByteArray>("application");
+        QTest::newRow("none is installed") << QByteArray();
+        QTest::newRow("its program is not there")
+            << QByteArray("[Desktop Entry]\nType=Application\nName=E\nExec=/nowhere/editor %f\n");
+        QTest::newRow("its program cannot be started")
+            << QByteArray("[Desktop Entry]\nType=Application\nName=E\nExec=/etc/passwd %f\n");
+    }
+    void opensNoTextEditorWhereNoneWorks()
+    {
+        QFETCH(const QByteArray, application);
+        useTextEditor(application);
+        const auto restored = qScopeGuard([this] { useUsualHandler(); });
+        const File file(u"a"_s, "#!/bin/sh\n", true);
+        QVERIFY(!openToEdit(file.path()));
     }
 
     void opensNothingThatNothingOpens_data()

@@ -94,6 +94,15 @@ void startOnceMore()
     second.start();
     QCOMPARE(second.exitStatus(), 0);
 }
+
+/// Starts the program and asks for its window.
+Accessible startWithWindow(ProgramUnderTest &program)
+{
+    program.isAccessible = true;
+    program.start();
+    askForSettings();
+    return Accessible::program(program.processId());
+}
 } // namespace
 
 class WaylandTest : public QObject
@@ -185,22 +194,37 @@ private Q_SLOTS:
     void saysInAboutThatThereAreNoKeys()
     {
         ProgramUnderTest program;
-        program.isAccessible = true;
-        program.start();
-        askForSettings();
-        QCOMPARE(wayInAbout(Accessible::program(program.processId())), u"none; use Copy Command"_s);
+        QCOMPARE(wayInAbout(startWithWindow(program)), u"none; use Copy Command"_s);
     }
 
     void doesNotOfferToBringAppsToTheFront()
     {
         ProgramUnderTest program;
-        program.isAccessible = true;
-        program.start();
-        askForSettings();
-        const Accessible all = Accessible::program(program.processId());
+        const Accessible all = startWithWindow(program);
         QVERIFY(all.await(u"check box"_s, u"Launch at login"_s).isThere());
         const Accessible front = all.find(u"check box"_s, u"Bring open apps to the front"_s);
         QVERIFY(!front.is(Accessible::State::showing));
+    }
+
+    void opensANewScriptInTheTextEditor()
+    {
+        WaylandKeyboard keyboard;
+        const RecordedApp app("%f");
+        ProgramUnderTest program;
+        app.openByDefault({"text/plain"}, program.dataHome(), program.configHome());
+        const Accessible all = startWithWindow(program);
+        QVERIFY(all.await(u"push button"_s, u"Add"_s).press());
+        const Accessible editor = all.await(u"dialog"_s, u"New shortcut"_s);
+        QTRY_VERIFY(editor.is(Accessible::State::active));
+        keyboard.type({KEY_TAB});
+        keyboard.type({KEY_END});
+        QVERIFY(all.await(u"push button"_s, u"New…"_s).press());
+        const Accessible form = all.await(u"dialog"_s, u"New script"_s);
+        QTRY_VERIFY(form.is(Accessible::State::active));
+        keyboard.type({KEY_N});
+        keyboard.type({KEY_ENTER});
+        QCOMPARE(app.onlyStart()[u"arguments"][0].toString(),
+                 program.dataHome() + u"/shortcuts/n"_s);
     }
 
     void runsABoundEntryOnceWhileTheKeysAreHeld()

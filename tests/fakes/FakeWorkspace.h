@@ -28,6 +28,13 @@ public:
                                  const std::optional<Error> &error) { completion(!error); });
     }
 
+    void openToEdit(const QString &path, std::function<void(bool isOpened)> completion) override
+    {
+        edited.append(path);
+        m_completions.append([completion = std::move(completion)](
+                                 const std::optional<Error> &error) { completion(!error); });
+    }
+
     /// Ends the first opening that has not ended.
     void finish(const std::optional<Error> &error = std::nullopt)
     {
@@ -36,6 +43,9 @@ public:
 
     /// Paths of applications, and addresses.
     QStringList opened;
+
+    /// Paths of files and folders that were to be edited.
+    QStringList edited;
 
     /// For each opened application, whether it was to come to the front if it was open.
     QList<bool> activating;

@@ -8,6 +8,7 @@ from user import *  # pylint: disable=wildcard-import,unused-wildcard-import
 
 SCREEN = (0, 0, 1280, 800)
 AUTOSTART = os.path.expanduser('~/.config/autostart/org.corvane.Corvane.desktop')
+SCRIPT = os.path.expanduser('~/.local/share/shortcuts/Tidy Up')
 desktop, pictures = sys.argv[1:]
 called = {'xfce': 'Xfce', 'mate': 'MATE', 'lxqt': 'LXQt', 'cinnamon': 'Cinnamon', 'plasma': 'Plasma',
           'gnome': 'GNOME'}[desktop]
@@ -279,6 +280,25 @@ def launch_at_login():
           otherwise='it is not shown as on')
 
 
+def new_script():
+    go_to('Corvane')
+    press('Add')
+    await_window('New shortcut')
+    key('Tab', 'Down', 'Down', 'Down')
+    press('New…')
+    await_window('New script')
+    write('Tidy Up')
+    key('Return')
+    window = await_window('.*Tidy Up.*Mousepad')
+    picture('script')
+    see(os.access(SCRIPT, os.X_OK), 'the script is not executable')
+    key('alt+F4')
+    until(lambda: active_window() != window, otherwise='Mousepad does not close')
+    go_to('New shortcut')
+    press('Cancel')
+    await_window('Corvane')
+
+
 def second_start():
     key('ctrl+alt+j')
     await_window('.*Mousepad')
@@ -344,6 +364,7 @@ step('apps have icons', app_icons)
 step('the panel of Import lies within the screen', lambda: file_panel('Import…'))
 step('the panel of Export lies within the screen', lambda: file_panel('Export…'))
 step('Launch at login writes the file and is shown as on', launch_at_login)
+step('a new script opens in the text editor, in front', new_script)
 step('a second start brings the window to the front', second_start)
 step('the keys bring the open app to the front', open_app)
 step('the window follows the desktop into the dark', going_dark)

@@ -1,9 +1,5 @@
 #include "settings/EditorForm.h"
-#include "fakes/FakePlatform.h"
-#include "hotkeys/HotkeyCenter.h"
-#include "store/ShortcutStore.h"
-#include "support/Seen.h"
-#include "viewkit/Sheet.h"
+#include "support/EditorSheet.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>
@@ -34,37 +30,18 @@ const QString badWebsite = u"The website must start with http:// or https://"_s;
 const QString needsShortcut = u"Enter the name of the Shortcut to run."_s;
 const QString needsKeys = u"Click the key box and press a key combination."_s;
 
-/// The sheet for an entry, open over a window, as the settings open it.
-struct Editor {
+struct Editor : EditorSheet {
     explicit Editor(const LaunchEntry &edited = {}, const std::optional<Shortcut> &keys = {},
                     const QList<LaunchEntry> &list = {})
-        : entry(edited)
+        : EditorSheet(edited)
     {
         for (const LaunchEntry &other : list)
             store.upsert(other);
         store.setShortcut(keys, entry.shortcutName());
-        form =
-            new EditorForm(store, platform.eventMonitor, platform.installedApplications,
-                           platform.shortcutLibrary, platform.application, platform.systemSettings,
-                           platform.wording, entry, [this] { ++closings; });
-        sheet = new Sheet(
-            form->title(), form, [this] { form->cancel(); }, &window);
-        window.show();
-        sheet->open();
-        if (!QTest::qWaitForWindowActive(sheet))
-            qFatal("the sheet does not become active");
+        open();
     }
 
-    QLineEdit *field(const QString &name) const
-    {
-        return qobject_cast<QLineEdit *>(seen(*form, QAccessible::EditableText, name));
-    }
-    QPushButton *button(const QString &label) const
-    {
-        return qobject_cast<QPushButton *>(seenButton(*form, label));
-    }
     QComboBox &picker() const { return *form->findChild<QComboBox *>(); }
-    bool shows(const QString &text) const { return seenTexts(*form).contains(text); }
 
     /// One of the validation messages, if one is shown.
     QString message() const
@@ -101,15 +78,6 @@ struct Editor {
         field(u"Shortcut"_s)->setFocus();
         return field(u"Shortcut"_s);
     }
-
-    FakePlatform platform;
-    HotkeyCenter center{platform.hotkeys, platform.userDefaults};
-    ShortcutStore store{platform.services, center};
-    const LaunchEntry entry;
-    QWidget window;
-    Sheet *sheet = nullptr;
-    EditorForm *form = nullptr;
-    int closings = 0;
 };
 
 LaunchEntry website(const QString &target = u"https://example.com/"_s)

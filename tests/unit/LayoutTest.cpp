@@ -1,6 +1,7 @@
 // Nothing that is written is cut off, and no two things lie upon each other: in every view, with
 // names of any length and direction, with large fonts, and as small as windows can be made.
 
+#include "settings/NewScriptForm.h"
 #include "support/SettingsWindow.h"
 #include "viewkit/ShortenedLabel.h"
 
@@ -194,6 +195,14 @@ private Q_SLOTS:
             window.click(u"Add"_s);
             SettingsWindow::clickInSheet(u"Choose…"_s);
             return sheets().constLast();
+        });
+        QTest::newRow("a new script with a message") << Open([](Window &window) {
+            window.edit(u"a"_s);
+            SettingsWindow::clickInSheet(u"New…"_s);
+            auto *const form = window.view->findChild<NewScriptForm *>();
+            window.platform.shortcutLibrary.error = Error{u"Why it cannot be made. "_s.repeated(9)};
+            QTest::mouseClick(seenButton(*form, u"Create"_s), Qt::LeftButton);
+            return form->window();
         });
         QTest::newRow("About") << click(u"About"_s, u"Corvane"_s);
         QTest::newRow("the question before a reset")

@@ -102,7 +102,18 @@ std::optional<DesktopApp> DesktopApp::defaultFor(const QUrl &url)
     GAppInfo *const handler = url.isLocalFile()
         ? handlerOfFile(url.toLocalFile())
         : g_app_info_get_default_for_uri_scheme(url.scheme().toUtf8().constData());
-    return handler ? std::optional(DesktopApp(G_DESKTOP_APP_INFO(handler))) : std::nullopt;
+    return owning(handler);
+}
+
+std::optional<DesktopApp> DesktopApp::textEditor()
+{
+    return owning(g_app_info_get_default_for_type("text/plain", FALSE));
+}
+
+/// Takes ownership of the info, which may be null.
+std::optional<DesktopApp> DesktopApp::owning(GAppInfo *info)
+{
+    return info ? std::optional(DesktopApp(G_DESKTOP_APP_INFO(info))) : std::nullopt;
 }
 
 QString DesktopApp::id() const

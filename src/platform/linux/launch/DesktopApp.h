@@ -32,6 +32,9 @@ public:
     /// The default application for the file, folder or address; nothing if there is none.
     static std::optional<DesktopApp> defaultFor(const QUrl &url);
 
+    /// The default application for plain text; nothing if there is none.
+    static std::optional<DesktopApp> textEditor();
+
     /// The name of its file, such as org.gnome.Maps.desktop.
     QString id() const;
     QString file() const;
@@ -54,6 +57,7 @@ public:
 
 private:
     static std::vector<DesktopApp> all();
+    static std::optional<DesktopApp> owning(GAppInfo *info);
 
     explicit DesktopApp(GDesktopAppInfo *info)
         : m_info(info)

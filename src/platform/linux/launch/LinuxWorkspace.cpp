@@ -110,7 +110,21 @@ void LinuxWorkspace::openApplication(const QString &path, const OpenConfiguratio
 void LinuxWorkspace::open(const QUrl &url, std::function<void(bool isOpened)> completion)
 {
     const QUrl target = url.isLocalFile() ? QUrl::fromLocalFile(absolute(url.toLocalFile())) : url;
-    const auto app = DesktopApp::defaultFor(target);
+    openBy(DesktopApp::defaultFor(target), target, std::move(completion));
+}
+
+void LinuxWorkspace::openToEdit(const QString &path, std::function<void(bool isOpened)> completion)
+{
+    // Notes the click in our window, so that the editor may come to the front.
+    m_activation.happenedNow();
+    const QUrl target = QUrl::fromLocalFile(absolute(path));
+    openBy(QFileInfo(path).isDir() ? DesktopApp::defaultFor(target) : DesktopApp::textEditor(),
+           target, std::move(completion));
+}
+
+void LinuxWorkspace::openBy(const std::optional<DesktopApp> &app, const QUrl &target,
+                            std::function<void(bool isOpened)> completion)
+{
     if (!app) {
         completion(false);
         return;

@@ -6,6 +6,7 @@
 #include "platform/linux/activation/OpenWindows.h"
 #include "platform/linux/activation/UserActivation.h"
 #include "platform/linux/launch/AppLauncher.h"
+#include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/DesktopAppCache.h"
 
 #include <memory>
@@ -24,8 +25,11 @@ public:
     void openApplication(const QString &path, const OpenConfiguration &configuration,
                          std::function<void(std::optional<Error>)> completion) override;
     void open(const QUrl &url, std::function<void(bool isOpened)> completion) override;
+    void openToEdit(const QString &path, std::function<void(bool isOpened)> completion) override;
 
 private:
+    void openBy(const std::optional<DesktopApp> &app, const QUrl &target,
+                std::function<void(bool isOpened)> completion);
     /// Whether there is a window of that program or application to bring to the front.
     bool bringProgramToFront(const QString &path) const;
     bool bringToFront(const DesktopApp &app) const;

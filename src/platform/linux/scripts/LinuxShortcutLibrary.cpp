@@ -1,5 +1,6 @@
 #include "platform/linux/scripts/LinuxShortcutLibrary.h"
 
+#include "foundation/Files.h"
 #include "foundation/Text.h"
 #include "platform/linux/launch/DesktopApp.h"
 #include "platform/linux/launch/ExecLine.h"
@@ -7,16 +8,24 @@
 
 #include <QCollator>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
+#include <climits>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+const QByteArray newScript =
+    "#!/bin/sh\n"
+    "# Write the commands of this Shortcut below. It starts in your home folder.\n"
+    "# What it prints goes to your journal, which this command shows: journalctl --user -e\n"
+    "\n";
+
 /// A file that may be a Shortcut.
 struct Candidate {
     QString path;
@@ -159,6 +168,51 @@ Result<QString> find(const QString &name, const std::vector<Folder> &folders)
         shortened(onOneLine(personalFolder().replace(QDir::homePath() + u'/', u"~/"_s))))};
 }
 
+std::optional<Error> reasonAgainstName(const QString &name)
+{
+    const QByteArray fileName = QFile::encodeName(name);
+    if (name.isEmpty())
+        return Error{u"Please give the script a name."_s};
+    if (fileName.size() > NAME_MAX)
+        return Error{u"The name is too long."_s};
+    if (name.startsWith(u'.'))
+        return Error{u"The name must not begin with a full stop."_s};
+    for (const QString &end : {u"~"_s, u".desktop"_s}) {
+        if (name.endsWith(end))
+            return Error{u"The name must not end with %1."_s.arg(quoted(end))};
+    }
+    // Text that is no valid Unicode does not survive the decoding.
+    if (LinuxShortcutLibrary::canBeName(name) && QString::fromUtf8(fileName) == name)
+        return std::nullopt;
+    return Error{
+        u"%1 cannot be the name of a Shortcut."_s.arg(quoted(withoutDirections(onOneLine(name))))};
+}
+
+/// Whether an entry could mean the candidate and a new file of that name alike. Names that only
+/// differ in how their accents are encoded look the same.
+bool isLike(const Candidate &candidate, const QString &fileName)
+{
+    const auto composed = [](const QString &text) {
+        return text.normalized(QString::NormalizationForm_C);
+    };
+    const Candidate like{{}, composed(candidate.fileName), composed(candidate.name), true};
+    const QString name = composed(fileName);
+    return like.isCalled(name) || like.isCalled(withoutExtension(name));
+}
+
+/// The file that an entry with that name could run instead, or that would not run any more.
+std::optional<Error> reasonAgainstTwin(const QString &name)
+{
+    for (const Folder &folder : contents()) {
+        for (const Candidate &candidate : folder) {
+            if (isLike(candidate, name))
+                return Error{u"There is already a Shortcut %1."_s.arg(
+                    quoted(onOneLine(candidate.fileName)))};
+        }
+    }
+    return std::nullopt;
+}
+
 void sortAsPeopleDo(QStringList &names)
 {
     QCollator collator;
@@ -205,4 +259,31 @@ bool LinuxShortcutLibrary::canBeName(const QString &text)
 Result<QString> LinuxShortcutLibrary::find(const QString &name)
 {
     return ::find(name, contents());
+}
+
+Result<QString> LinuxShortcutLibrary::create(const QString &name)
+{
+    if (const auto error = reasonAgainstName(name))
+        return *error;
+    if (const auto error = reasonAgainstTwin(name))
+        return *error;
+    const auto place = folder();
+    if (!place)
+        return place.error();
+    const QString path = *place + u'/' + name;
+    if (const auto error = writeNewProgram(path, newScript))
+        return Error{u"%1 could not be made: %2"_s.arg(quoted(name), error->description)};
+    // Say at once, and not at each press, that a Shortcut in this folder is not run.
+    auto runnable = find(name);
+    if (!runnable)
+        QFile::remove(path);
+    return runnable;
+}
+
+Result<QString> LinuxShortcutLibrary::folder()
+{
+    const QString path = personalFolder();
+    if (const auto error = makePrivateFolder(path))
+        return *error;
+    return path;
 }

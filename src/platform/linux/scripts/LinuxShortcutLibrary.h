@@ -10,6 +10,8 @@ class LinuxShortcutLibrary : public ShortcutLibrary
 {
 public:
     QStringList names() override;
+    Result<QString> create(const QString &name) override;
+    Result<QString> folder() override;
 
     /// False for a slash or two full stops in a row, so that a name never leads out of the folders,
     /// and for control characters and those that change the direction of text.
