@@ -14,6 +14,10 @@ public:
     /// user's latest action.
     virtual void activate(QWidget &window) = 0;
 
+    /// Does the same for a window of ours on which the user has just dropped something. Another
+    /// program has the focus as a rule.
+    virtual void activateAfterDrop(QWidget &window) = 0;
+
     /// The command that does what a press of the entry's keys does. The user can bind the desktop's
     /// own keys to it.
     virtual QString fireCommand(const QUuid &entry) const = 0;

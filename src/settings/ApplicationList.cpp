@@ -1,6 +1,7 @@
 #include "settings/ApplicationList.h"
 
 #include "foundation/Text.h"
+#include "foundation/WordSearch.h"
 #include "symbols/SystemSymbol.h"
 
 #include <algorithm>
@@ -9,17 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The text without what a search ignores: case, accents and superfluous spaces.
-QString folded(const QString &text)
-{
-    QString letters;
-    for (const QChar character : text.normalized(QString::NormalizationForm_KD)) {
-        if (character.category() != QChar::Mark_NonSpacing)
-            letters += character;
-    }
-    return letters.toCaseFolded().simplified();
-}
-
 /// The themed icon; null if it does not exist.
 QIcon loadedIcon(const QString &icon)
 {
@@ -33,24 +23,25 @@ ApplicationList::ApplicationList(const QList<InstalledApplication> &applications
     m_rows.reserve(size_t(applications.size()));
     for (const InstalledApplication &application : applications) {
         const QStringList words = QStringList(application.name) + application.keywords;
-        m_rows.push_back({application, folded(application.name), folded(words.join(u'\n'))});
+        m_rows.push_back({application, WordSearch::folded(application.name),
+                          WordSearch::folded(words.join(u'\n'))});
     }
     search({});
 }
 
 void ApplicationList::search(const QString &text)
 {
-    const QString wanted = folded(text);
-    const QStringList words = wanted.split(u' ', Qt::SkipEmptyParts);
+    const WordSearch search(text);
     beginResetModel();
     m_shown.clear();
     for (const Row &row : m_rows) {
-        if (std::ranges::all_of(words,
-                                [&row](const auto &word) { return row.words.contains(word); }))
+        if (search.finds(row.words))
             m_shown.push_back(&row);
     }
     std::stable_partition(m_shown.begin(), m_shown.end(),
-                          [&wanted](const Row *row) { return row->name.startsWith(wanted); });
+                          [wanted = WordSearch::folded(text)](const Row *row) {
+                              return row->name.startsWith(wanted);
+                          });
     endResetModel();
 }
 

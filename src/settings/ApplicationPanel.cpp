@@ -2,11 +2,11 @@
 
 #include "settings/ApplicationList.h"
 #include "settings/FilePanel.h"
+#include "settings/Targets.h"
 #include "viewkit/FocusRing.h"
 #include "viewkit/View.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -91,13 +91,10 @@ ApplicationPanel::ApplicationPanel(InstalledApplications &applications,
 
 Item ApplicationPanel::searchField()
 {
-    Item item = textField(u"Search"_s, u"Search"_s,
-                          {
-                              .get = [this] { return m_searched; },
-                              .set = [this](const QString &text) { search(text); },
-                          });
-    qobject_cast<QLineEdit *>(item.widget)->setClearButtonEnabled(true);
-    item.widget->findChild<QToolButton *>()->setAccessibleName(u"Clear"_s);
+    const Item item = viewkit::searchField({
+        .get = [this] { return m_searched; },
+        .set = [this](const QString &text) { search(text); },
+    });
     item.widget->installEventFilter(this);
     return item;
 }
@@ -188,7 +185,7 @@ void ApplicationPanel::browse()
 
 void ApplicationPanel::browsed(const QString &path)
 {
-    if (isApplication(path)) {
+    if (isApplication(path, m_applications)) {
         choose(path);
         return;
     }
@@ -197,12 +194,4 @@ void ApplicationPanel::browsed(const QString &path)
         m_isRejected = isShown;
         m_body->refresh();
     }
-}
-
-bool ApplicationPanel::isApplication(const QString &path) const
-{
-    if (path.endsWith(u".desktop"_s))
-        return m_applications.at(path).has_value();
-    const QFileInfo file(path);
-    return file.isFile() && file.isExecutable();
 }

@@ -37,7 +37,6 @@ private:
     void choose(const QString &path);
     void browse();
     void browsed(const QString &path);
-    bool isApplication(const QString &path) const;
 
     InstalledApplications &m_applications;
     const std::function<void(const QString &path)> m_onChoose;

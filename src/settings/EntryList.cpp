@@ -48,10 +48,11 @@ EntryList::EntryList(ShortcutStore &store, EntryRow::EntryAction onEdit,
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &EntryList::layOut);
 }
 
-void EntryList::refresh()
+void EntryList::refresh(const QList<LaunchEntry> &entries)
 {
     const QScopedValueRollback guard(m_isLayingOut, true);
     const auto place = anchor();
+    m_entries = entries;
     m_currentRows.clear();
     computeTops();
     if (place)
@@ -61,8 +62,7 @@ void EntryList::refresh()
 
 void EntryList::layOut()
 {
-    const bool isStale = m_tops.size() != size_t(m_store.entries().size()) + 1;
-    if (m_isLayingOut || isStale)
+    if (m_isLayingOut)
         return;
     const QScopedValueRollback guard(m_isLayingOut, true);
     showRows(anchor());
@@ -119,7 +119,7 @@ bool EntryList::showRowsInSight()
             break;
         EntryRow *const row = item.value();
         if (!m_currentRows.contains(row)) {
-            row->setEntry(m_store.entries().at(item.key()));
+            row->setEntry(m_entries.at(item.key()));
             m_currentRows.insert(row);
         }
         const int height = settledHeight(*row, viewport()->width());
@@ -136,7 +136,7 @@ QSet<qsizetype> EntryList::wantedIndexes() const
 {
     QSet<qsizetype> wanted;
     const auto want = [&](qsizetype first, qsizetype last) {
-        const qsizetype end = std::min(last + 2, m_store.entries().size());
+        const qsizetype end = std::min(last + 2, m_entries.size());
         for (qsizetype index = std::max<qsizetype>(first - 1, 0); index < end; ++index)
             wanted.insert(index);
     };
@@ -151,22 +151,21 @@ QSet<qsizetype> EntryList::wantedIndexes() const
 
 void EntryList::assignRows(QSet<qsizetype> wanted)
 {
-    const auto &entries = m_store.entries();
     const auto focused = focusedIndex();
     Rows former = std::exchange(m_rows, {});
     const auto assign = [&](qsizetype index, EntryRow *row) {
-        if (row->entry() != entries.at(index))
+        if (row->entry() != m_entries.at(index))
             m_currentRows.remove(row);
         m_rows.insert(index, row);
         wanted.remove(index);
     };
     // If the focused entry was removed, its row is reused for the next entry, so the focus stays in
     // place.
-    if (focused && !entries.isEmpty() && !m_store.contains(former.value(*focused)->entry().id))
-        assign(std::min(*focused, entries.size() - 1), former.take(*focused));
+    if (focused && !m_entries.isEmpty() && !shows(former.value(*focused)->entry().id))
+        assign(std::min(*focused, m_entries.size() - 1), former.take(*focused));
     for (auto item = former.begin(); item != former.end();) {
         const auto same = std::ranges::find_if(wanted, [&](qsizetype index) {
-            return entries.at(index).id == item.value()->entry().id;
+            return m_entries.at(index).id == item.value()->entry().id;
         });
         if (same == wanted.end()) {
             ++item;
@@ -216,14 +215,13 @@ void EntryList::orderRows()
 
 void EntryList::computeTops()
 {
-    const auto &entries = m_store.entries();
-    if (m_typicalHeight == 0 && !entries.isEmpty()) {
+    if (m_typicalHeight == 0 && !m_entries.isEmpty()) {
         const std::unique_ptr<EntryRow> row(makeRow());
         row->setEntry({.kind = ActionKind::website});
         m_typicalHeight = settledHeight(*row, viewport()->width());
     }
     m_tops.assign(1, edgePadding);
-    for (const LaunchEntry &entry : entries)
+    for (const LaunchEntry &entry : std::as_const(m_entries))
         m_tops.push_back(m_tops.back() + heightOf(entry.id));
     m_content->resize(viewport()->width(), m_tops.back() + edgePadding);
 }
@@ -239,11 +237,16 @@ qsizetype EntryList::indexAt(int place) const
 /// index, but at most the end of the list.
 qsizetype EntryList::placeOf(const QUuid &id, qsizetype former) const
 {
-    const auto &entries = m_store.entries();
-    if (former < entries.size() && entries.at(former).id == id)
+    if (former < m_entries.size() && m_entries.at(former).id == id)
         return former;
-    const auto found = std::ranges::find(entries, id, &LaunchEntry::id);
-    return found == entries.end() ? std::min(former, entries.size()) : found - entries.begin();
+    const auto found = std::ranges::find(m_entries, id, &LaunchEntry::id);
+    return found == m_entries.end() ? std::min(former, m_entries.size())
+                                    : found - m_entries.begin();
+}
+
+bool EntryList::shows(const QUuid &id) const
+{
+    return std::ranges::find(m_entries, id, &LaunchEntry::id) != m_entries.end();
 }
 
 EntryRow *EntryList::makeRow()
@@ -310,9 +313,20 @@ EntryRow *EntryList::rowAt(qsizetype index, qsizetype from)
     return m_rows.value(index);
 }
 
+void EntryList::scrollToTop()
+{
+    verticalScrollBar()->setValue(0);
+}
+
+void EntryList::focusFirst()
+{
+    if (!m_entries.isEmpty())
+        focusEntry(m_entries.constFirst().id);
+}
+
 void EntryList::focusEntry(const QUuid &id)
 {
-    if (!m_store.contains(id))
+    if (!shows(id))
         return;
     if (EntryRow *const row = rowAt(placeOf(id, 0), indexAt(verticalScrollBar()->value()))) {
         row->focusEdit();

@@ -19,12 +19,17 @@ public:
     /// The store must outlive the list.
     EntryList(ShortcutStore &store, EntryRow::EntryAction onEdit, EntryRow::EntryAction onDelete);
 
-    /// Shows the store's current entries and keeps the scroll position.
-    void refresh();
+    /// Shows these entries of the store and keeps the scroll position.
+    void refresh(const QList<LaunchEntry> &entries);
+
+    void scrollToTop();
 
     /// Scrolls to the entry and puts the focus on its Edit button; does nothing without such an
     /// entry.
     void focusEntry(const QUuid &id);
+
+    /// Does the same for the first entry, if there is one.
+    void focusFirst();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -56,6 +61,7 @@ private:
     void computeTops();
     qsizetype indexAt(int place) const;
     qsizetype placeOf(const QUuid &id, qsizetype former) const;
+    bool shows(const QUuid &id) const;
 
     EntryRow *makeRow();
     std::optional<qsizetype> targetRow(const QKeyEvent &press, qsizetype from) const;
@@ -67,6 +73,7 @@ private:
     const EntryRow::EntryAction m_onEdit;
     const EntryRow::EntryAction m_onDelete;
     QWidget *m_content;
+    QList<LaunchEntry> m_entries;
     Rows m_rows;
     /// The rows that are up to date with their entries.
     QSet<EntryRow *> m_currentRows;

@@ -1,20 +1,22 @@
 #include "settings/SettingsView.h"
 
 #include "foundation/Files.h"
-#include "foundation/Text.h"
-#include "model/DefaultsKeys.h"
 #include "platform/HotkeyService.h"
 #include "platform/LoginItem.h"
 #include "platform/Platform.h"
+#include "platform/SharedApplication.h"
 #include "platform/SystemSettings.h"
 #include "platform/UserDefaults.h"
 #include "platform/Wording.h"
-#include "platform/Workspace.h"
 #include "settings/AboutView.h"
 #include "settings/DetailsView.h"
+#include "settings/DropArea.h"
+#include "settings/Drops.h"
 #include "settings/EditorForm.h"
 #include "settings/EntryList.h"
 #include "settings/FilePanel.h"
+#include "settings/Preferences.h"
+#include "settings/UndoLine.h"
 #include "settings/WelcomeCard.h"
 #include "store/ShortcutStore.h"
 #include "viewkit/Alert.h"
@@ -23,10 +25,11 @@
 
 #include <QEvent>
 #include <QLayout>
+#include <QLineEdit>
 #include <QScreen>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QStyle>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace viewkit;
@@ -40,7 +43,6 @@ constexpr int minContentHeight = 100;
 /// More than an export of fifty thousand entries takes. Parsing JSON needs up to thirty times its
 /// size in memory.
 constexpr qint64 maxImportBytes = 16LL * 1024 * 1024;
-constexpr QChar leftToRightMark(0x200E);
 } // namespace
 
 SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
@@ -48,17 +50,24 @@ SettingsView::SettingsView(const Platform &platform, ShortcutStore &store)
     , m_store(store)
 {
     setBody(Column{
+        // Search before anything shows what is found.
+        {.rules = {[this] { m_search.update(); }}},
         toolbar(),
         divider(),
         content(),
-        undoLine(),
+        undoLine(
+            m_store, [this] { undo(); }, *m_add),
         divider(),
         footer(),
         sheet(),
     });
+    new DropArea([this] { return !hasSheet(); },
+                 [this](const QUrl &address) { addDropped(address); }, this);
     fitToContent();
     connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
             &SettingsView::undo);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this,
+            &SettingsView::focusSearch);
     connect(&platform.userDefaults, &UserDefaults::changed, this, &View::invalidate);
     connect(&store, &ShortcutStore::willChange, this, &View::invalidate);
 }
@@ -68,7 +77,9 @@ Item SettingsView::content()
     Item content = Column{
         welcomeCard(m_platform.userDefaults, m_platform.wording),
         shownWhen([this] { return !hasEntries(); }, stretched(emptyState())),
-        shownWhen([this] { return hasEntries(); }, stretched(entryList())),
+        shownWhen([this] { return !m_search.found().isEmpty(); }, stretched(entryList())),
+        shownWhen([this] { return hasEntries() && m_search.found().isEmpty(); },
+                  stretched(nothingFound())),
     };
     m_content = new ScrolledContent(content.widget, minContentHeight);
     content.widget = m_content;
@@ -83,6 +94,7 @@ Item SettingsView::toolbar()
         padding(10),
         spacing(8),
         add,
+        searchField(),
         Spacer{},
         button(u"Import…"_s, [this] { importList(); }),
         enabledWhen([this] { return hasEntries(); },
@@ -90,12 +102,53 @@ Item SettingsView::toolbar()
     };
 }
 
+Item SettingsView::searchField()
+{
+    Item field = viewkit::searchField({
+        .get = [this] { return m_search.text(); },
+        .set = [this](const QString &text) { setSearch(text); },
+    });
+    m_searchField = qobject_cast<QLineEdit *>(field.widget);
+    // A drop means the whole window.
+    m_searchField->setAcceptDrops(false);
+    // Otherwise the focus would move to the next control, which imports.
+    field.rules.append([this] {
+        if (window()->focusWidget() == m_searchField && !m_search.isOffered())
+            m_add->setFocus();
+    });
+    field = onKey(
+        Qt::Key_Escape, [this] { setSearch({}); }, field);
+    field = onKey(
+        Qt::Key_Down, [this] { focusFirstFound(); }, field);
+    // Otherwise the field would keep Ctrl+Z from the entry that was deleted last.
+    field = leavingKeys(
+        QKeySequence::Undo, [this] { return m_store.undoable().has_value(); }, field);
+    field = described([this] { return m_search.result(); }, field);
+    return shownWhen([this] { return m_search.isOffered(); }, stretched(field));
+}
+
 Item SettingsView::entryList()
 {
     m_list = new EntryList(
         m_store, [this](const LaunchEntry &entry) { openSheet(entry); },
-        [this](const LaunchEntry &entry) { deleteEntry(entry); });
-    return widget(m_list, [this] { m_list->refresh(); });
+        [this](const LaunchEntry &entry) { m_store.deleteEntry(entry); });
+    return widget(m_list, [this] {
+        // Otherwise the focus would move from the last row to the next control, which does
+        // something else.
+        if (m_search.found().isEmpty() && m_list->isAncestorOf(window()->focusWidget()))
+            (hasEntries() ? m_searchField : m_add)->setFocus();
+        m_list->refresh(m_search.found());
+    });
+}
+
+Item SettingsView::nothingFound()
+{
+    return Column{
+        Spacer{},
+        centred(announced(
+            tinted(TextColor::secondary, text(TextStyle::body, u"No shortcuts found"_s)))),
+        Spacer{},
+    };
 }
 
 Item SettingsView::emptyState()
@@ -122,51 +175,6 @@ Item SettingsView::emptyState()
     };
 }
 
-Item SettingsView::undoLine()
-{
-    const Item button = described([this] { return whatCanBeUndone(); },
-                                  decisiveButton(u"Undo"_s, [this] { undo(); }));
-    Item line = Column{
-        divider(),
-        Row{padding(12, 8), spacing(8), undoMessage(), Spacer{}, button},
-    };
-    // Otherwise the focus would move from the button to the next control, which does something
-    // else.
-    line.rules.append([this, button = button.widget] {
-        if (!canUndo() && button->window()->focusWidget() == button)
-            m_add->setFocus();
-    });
-    return shownWhen([this] { return canUndo(); }, line);
-}
-
-Item SettingsView::undoMessage()
-{
-    Item message = announced(shortenedText(TextStyle::body, [this] { return whatCanBeUndone(); }));
-    // Hide the former message first: screen readers announce a message only when it appears.
-    const auto shown = std::make_shared<std::optional<ShortcutStore::Undoable>>();
-    message.rules.prepend([this, label = message.widget, shown] {
-        const auto undoable = m_store.undoable();
-        if (std::exchange(*shown, undoable) != undoable)
-            label->hide();
-    });
-    return shownWhen([this] { return canUndo(); }, message);
-}
-
-QString SettingsView::whatCanBeUndone() const
-{
-    const auto undoable = m_store.undoable();
-    if (!undoable)
-        return {};
-    if (!undoable->deleted)
-        return u"The keys of all entries were removed."_s;
-    const QString &name = undoable->deleted->name;
-    if (name.isEmpty())
-        return u"An entry was deleted."_s;
-    // The sentence is English, whichever direction the name has.
-    const QString mark = name.isRightToLeft() ? QString(leftToRightMark) : QString();
-    return mark + u"%1 was deleted."_s.arg(quoted(name));
-}
-
 Item SettingsView::footer()
 {
     return Column{
@@ -178,10 +186,7 @@ Item SettingsView::footer()
                      .set = [this](bool on) { setLaunchAtLogin(on); },
                  }),
         shownWhen([this] { return m_loginNeedsApproval; }, approvalRow()),
-        checkBox(u"Show a small notification when a shortcut runs"_s, showNotification()),
-        shownWhen([this] { return m_platform.workspace.canActivate(); },
-                  checkBox(u"Bring open apps to the front"_s, bringToFront())),
-        checkBox(u"Show keys with Mac signs (⌃⌥⇧⌘)"_s, macKeySigns()),
+        preferences(m_platform, m_store),
         Row{
             spacing(8),
             button(u"Open Notification Settings"_s,
@@ -315,13 +320,10 @@ void SettingsView::addEntry()
     openSheet(LaunchEntry());
 }
 
-void SettingsView::deleteEntry(const LaunchEntry &entry)
+void SettingsView::addDropped(const QUrl &address)
 {
-    m_store.deleteEntry(entry);
-    // Otherwise the focus would move from the last row to the next control, which does something
-    // else.
-    if (!hasEntries())
-        m_add->setFocus();
+    openSheet(Drops::entryFor(address, m_platform.installedApplications));
+    m_platform.application.activateAfterDrop(*window());
 }
 
 void SettingsView::resetAllShortcuts()
@@ -353,6 +355,31 @@ void SettingsView::alertNextError()
         return;
     if (const auto error = m_store.error())
         m_sheet = *error;
+}
+
+void SettingsView::focusSearch()
+{
+    if (!m_search.isOffered())
+        return;
+    m_searchField->setFocus(Qt::ShortcutFocusReason);
+    // A field that has the focus already would select nothing.
+    m_searchField->selectAll();
+}
+
+void SettingsView::focusFirstFound()
+{
+    // The list may not yet show what has been typed last.
+    refresh();
+    m_list->focusFirst();
+}
+
+void SettingsView::setSearch(const QString &text)
+{
+    if (text == m_search.text())
+        return;
+    m_search.setText(text);
+    m_list->scrollToTop();
+    invalidate();
 }
 
 void SettingsView::importList()
@@ -421,43 +448,6 @@ bool SettingsView::hasEntries() const
     return !m_store.entries().isEmpty();
 }
 
-bool SettingsView::canUndo() const
-{
-    return m_store.undoable().has_value();
-}
-
-Binding<bool> SettingsView::showNotification()
-{
-    UserDefaults &defaults = m_platform.userDefaults;
-    return {
-        .get = [&defaults] { return ShortcutStore::showRunNotification(defaults); },
-        .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::showRunNotification, on); },
-    };
-}
-
-Binding<bool> SettingsView::bringToFront() const
-{
-    UserDefaults &defaults = m_platform.userDefaults;
-    return {
-        .get = [&defaults] { return ShortcutStore::bringToFront(defaults); },
-        .set = [&defaults](bool on) { defaults.setBoolean(DefaultsKeys::bringToFront, on); },
-    };
-}
-
-Binding<bool> SettingsView::macKeySigns()
-{
-    UserDefaults &defaults = m_platform.userDefaults;
-    return {
-        .get = [&defaults] { return ShortcutStore::showMacKeySigns(defaults); },
-        .set =
-            [this, &defaults](bool on) {
-                defaults.setBoolean(DefaultsKeys::showMacKeySigns, on);
-                // The menu shows keys too.
-                m_store.announceChange();
-            },
-    };
-}
-
 /// Lets the user shrink the window only as far as its whole content remains visible. If the screen
 /// is too low for that, some of the content scrolls.
 void SettingsView::fitToContent()
@@ -495,5 +485,8 @@ bool SettingsView::event(QEvent *event)
 void SettingsView::showEvent(QShowEvent *event)
 {
     refreshLoginState();
+    // A spontaneous event only tells that the window is restored.
+    if (!event->spontaneous())
+        m_search.setText({});
     View::showEvent(event);
 }

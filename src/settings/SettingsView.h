@@ -3,6 +3,7 @@
 
 #include "model/AppError.h"
 #include "model/LaunchEntry.h"
+#include "settings/EntrySearch.h"
 #include "settings/FilePanel.h"
 #include "viewkit/View.h"
 
@@ -11,6 +12,8 @@
 #include <variant>
 
 class EntryList;
+class QLineEdit;
+class QUrl;
 class ShortcutStore;
 struct Platform;
 
@@ -34,11 +37,10 @@ protected:
 private:
     viewkit::Item content();
     viewkit::Item toolbar();
+    viewkit::Item searchField();
     viewkit::Item entryList();
+    viewkit::Item nothingFound();
     viewkit::Item emptyState();
-    viewkit::Item undoLine();
-    viewkit::Item undoMessage();
-    QString whatCanBeUndone() const;
     viewkit::Item footer();
     viewkit::Item approvalRow();
     QString reachOfKeys() const;
@@ -67,11 +69,15 @@ private:
     void closeSheet();
 
     void addEntry();
-    void deleteEntry(const LaunchEntry &entry);
+    void addDropped(const QUrl &address);
     void resetAllShortcuts();
     void undo();
 
     void alertNextError();
+
+    void focusSearch();
+    void focusFirstFound();
+    void setSearch(const QString &text);
 
     void importList();
     void importFrom(const QString &path);
@@ -84,15 +90,12 @@ private:
     void setLaunchAtLogin(bool on);
 
     bool hasEntries() const;
-    bool canUndo() const;
-    viewkit::Binding<bool> showNotification();
-    viewkit::Binding<bool> bringToFront() const;
-    viewkit::Binding<bool> macKeySigns();
     void fitToContent();
 
     const Platform &m_platform;
     ShortcutStore &m_store;
     std::optional<Subject> m_sheet;
+    EntrySearch m_search{m_store};
     bool m_launchAtLogin = false;
     bool m_loginNeedsApproval = false;
     /// The result of the last successful import.
@@ -100,5 +103,6 @@ private:
     QPointer<FilePanel> m_panel;
     viewkit::ScrolledContent *m_content = nullptr;
     QWidget *m_add = nullptr;
+    QLineEdit *m_searchField = nullptr;
     EntryList *m_list = nullptr;
 };

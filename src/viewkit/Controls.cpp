@@ -16,8 +16,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QToolButton>
 #include <limits>
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 namespace viewkit
 {
@@ -189,6 +192,14 @@ Item textField(const QString &name, const QString &placeholder, Binding<QString>
         .widget = field,
         .rules = {rule, tint(field, QPalette::PlaceholderText, TextColor::secondary)},
     };
+}
+
+Item searchField(Binding<QString> content)
+{
+    Item item = textField(u"Search"_s, u"Search"_s, std::move(content));
+    qobject_cast<QLineEdit *>(item.widget)->setClearButtonEnabled(true);
+    item.widget->findChild<QToolButton *>()->setAccessibleName(u"Clear"_s);
+    return item;
 }
 
 Item suggesting(std::function<QStringList()> suggestions, Item textField)

@@ -2,26 +2,21 @@
 // the focus.
 #pragma once
 
-#include <QWidget>
+#include "viewkit/Ring.h"
 
 namespace viewkit
 {
 
-class FocusRing : public QWidget
+class FocusRing : public Ring
 {
     Q_OBJECT
 
 public:
-    /// The ring becomes a child of the control and is drawn over it, inset by this many
-    /// device-independent pixels.
+    /// Like Ring(), but shown only while the control has the focus.
     FocusRing(QWidget *control, int inset);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
-
-private:
-    const int m_inset;
 };
 
 } // namespace viewkit

@@ -5,6 +5,7 @@
 #include "viewkit/Colors.h"
 #include "viewkit/TextStyle.h"
 
+#include <QKeySequence>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -110,6 +111,9 @@ Item toggle(const QString &name, Binding<bool> isOn);
 /// A one-line text field. Screen readers speak its name.
 Item textField(const QString &name, const QString &placeholder, Binding<QString> content);
 
+/// A text field named "Search" with a button that empties it.
+Item searchField(Binding<QString> content);
+
 /// Makes the text field offer suggestions while the user types. They are fetched each time the
 /// field gets the focus.
 Item suggesting(std::function<QStringList()> suggestions, Item textField);
@@ -134,6 +138,10 @@ Item tinted(TextColor textColor, Item item);
 Item styled(TextStyle style, Item item);
 /// Sets what screen readers say after the item's name.
 Item described(TextSource description, Item item);
+/// Makes the item, while it has the focus, do this when that key is pressed without modifiers.
+Item onKey(Qt::Key key, Action action, Item item);
+/// Makes the item, while the predicate holds, leave these keys to the window's shortcuts.
+Item leavingKeys(QKeySequence::StandardKey keys, Predicate isLeft, Item item);
 /// Makes screen readers announce the text when it appears.
 Item announced(Item item);
 /// Makes screen readers announce changes of the button's label. While the button has the focus,

@@ -5,6 +5,7 @@
 #include "viewkit/Tint.h"
 
 #include <QAbstractButton>
+#include <QKeyEvent>
 #include <QLabel>
 
 namespace viewkit
@@ -22,6 +23,30 @@ QWidget *noticeOn(QWidget *widget)
     notice->resize(1, 1);
     return notice;
 }
+
+/// Lets a function handle a widget's key events of one type. It returns whether it has done so.
+class KeyFilter final : public QObject
+{
+public:
+    using Handler = std::function<bool(QKeyEvent &event)>;
+
+    KeyFilter(QEvent::Type type, Handler handler, QWidget *widget)
+        : QObject(widget)
+        , m_type(type)
+        , m_handler(std::move(handler))
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        return event->type() == m_type && m_handler(*static_cast<QKeyEvent *>(event));
+    }
+
+private:
+    const QEvent::Type m_type;
+    const Handler m_handler;
+};
 } // namespace
 
 Item widget(QWidget *widget, Rule rule)
@@ -66,6 +91,31 @@ Item described(TextSource description, Item item)
         if (const QString text = description(); widget->accessibleDescription() != text)
             widget->setAccessibleDescription(text);
     });
+    return item;
+}
+
+Item onKey(Qt::Key key, Action action, Item item)
+{
+    const auto act = [key, action = std::move(action)](const QKeyEvent &press) {
+        const bool isIt = press.key() == key && !(press.modifiers() & ~Qt::KeypadModifier);
+        if (isIt)
+            action();
+        return isIt;
+    };
+    new KeyFilter(QEvent::KeyPress, act, item.widget);
+    return item;
+}
+
+Item leavingKeys(QKeySequence::StandardKey keys, Predicate isLeft, Item item)
+{
+    // Ignore the widget's claim to keys that are a shortcut of its window too.
+    const auto leave = [keys, isLeft = std::move(isLeft)](QKeyEvent &claim) {
+        const bool leaves = claim.matches(keys) && isLeft();
+        if (leaves)
+            claim.ignore();
+        return leaves;
+    };
+    new KeyFilter(QEvent::ShortcutOverride, leave, item.widget);
     return item;
 }
 

@@ -105,6 +105,33 @@ private Q_SLOTS:
         const Accessible sheet = desk.sheet(u"Edit shortcut"_s);
         QVERIFY(sheet.await(Role::button, u"Ctrl+Alt+J"_s).isThere());
     }
+
+    void findsTheLastOfTenThousand()
+    {
+        Desk desk(10000);
+        desk.start();
+        desk.show();
+        // An entry has Ctrl+F.
+        const Accessible field = desk.all.find(Role::field, u"Search"_s);
+        desk.mouse.click(field.geometry().center());
+        QTRY_VERIFY(field.is(State::focused));
+        desk.keyboard.write(u".desktop ctrl+alt+j"_s);
+        QTRY_VERIFY(desk.shows(Role::label, u"Ctrl+Alt+J"_s));
+        QTRY_VERIFY(!desk.shows(Role::label, u"Ctrl+Alt+K"_s));
+        QCOMPARE(field.description(), u"1 of 10000 shortcuts"_s);
+        desk.keyboard.type({KEY_DOWN});
+        QTRY_COMPARE(desk.all.focused().name(), u"Edit"_s);
+        desk.keyboard.type({KEY_SPACE});
+        const Accessible sheet = desk.sheet(u"Edit shortcut"_s);
+        QVERIFY(sheet.await(Role::button, u"Ctrl+Alt+J"_s).isThere());
+        desk.keyboard.type({KEY_ESC});
+        desk.awaitNoSheet();
+        desk.mouse.click(field.geometry().center());
+        QTRY_VERIFY(field.is(State::focused));
+        desk.keyboard.type({KEY_ESC});
+        QTRY_VERIFY(desk.shows(Role::label, u"Ctrl+Alt+K"_s));
+        QCOMPARE(field.text(), QString());
+    }
 };
 
 QTEST_MAIN(LongListTest)

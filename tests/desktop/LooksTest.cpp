@@ -335,6 +335,27 @@ private Q_SLOTS:
         desk.lookAtWindow(u"window-undo-smallest"_s);
     }
 
+    void isLegibleWhileTheUserSearches()
+    {
+        Desk desk(look());
+        QList<Sample> samples = everything(desk.program.home.path());
+        while (samples.size() < 12)
+            samples << Sample{u"Site"_s, u"website"_s, u"https://example.com"_s, {0, 0x300}};
+        desk.addEntries(samples);
+        desk.open();
+        const Accessible search = desk.all.await(Role::field, u"Search"_s);
+        desk.lookAtWindow(u"window-search"_s);
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_F});
+        QTRY_VERIFY(search.is(State::focused));
+        desk.keyboard.write(u"weather"_s);
+        QTRY_COMPARE(search.description(), u"1 of 12 shortcuts"_s);
+        desk.lookAtWindow(u"window-search-found"_s);
+        desk.shrink();
+        desk.keyboard.write(u"x"_s);
+        QVERIFY(desk.all.await(Role::label, u"No shortcuts found"_s).isThere());
+        desk.lookAtWindow(u"window-search-nothing-smallest"_s);
+    }
+
     void isLegibleInTheEditor()
     {
         const QString title = u"New shortcut"_s;
@@ -386,6 +407,23 @@ private Q_SLOTS:
         desk.press(desk.row(u"Weather"_s), u"Edit"_s);
         QVERIFY(desk.sheet(title).await(Role::button, u"Keyboard Settings"_s).isThere());
         desk.lookAtSheet(title, u"editor-desktop-warning"_s);
+    }
+
+    void isLegibleInTheFormForANewScript()
+    {
+        const QString title = u"New script"_s;
+        Desk desk(look());
+        desk.open();
+        desk.press(u"Add"_s);
+        const Accessible editor = desk.sheet(u"New shortcut"_s);
+        QVERIFY(editor.findAll(comboBox).constFirst().choose(u"Run a Shortcut"_s, desk.keyboard));
+        QVERIFY(editor.await(Role::button, u"New…"_s).press());
+        const Accessible form = desk.sheet(title);
+        desk.lookAtSheet(title, u"new-script"_s);
+        QVERIFY(form.find(Role::field, u"Name"_s).setText(u".hidden"_s));
+        desk.press(form, u"Create"_s);
+        QVERIFY(form.await(Role::label, u"The name must not begin with a full stop."_s).isThere());
+        desk.lookAtSheet(title, u"new-script-message"_s);
     }
 
     void isLegibleInTheAppPanel()

@@ -167,6 +167,16 @@ struct Desk : SettingsDesk {
         return form;
     }
 
+    /// The editor of an entry that runs a Shortcut.
+    Accessible addScript() const
+    {
+        press(all, u"Add"_s);
+        Accessible form = sheet(u"New shortcut"_s);
+        user->verifyPlace(u"Name"_s);
+        user->choose(form.findAll(picker).value(0), u"Run a Shortcut"_s);
+        return form;
+    }
+
     void record(const Accessible &form, const QList<int> &keys, const QString &text)
     {
         press(form, u"Record Shortcut"_s);
@@ -429,6 +439,28 @@ private Q_SLOTS:
         QCOMPARE(fault(desk.all.find(u"frame"_s, u"Corvane"_s)), noFault);
     }
 
+    void saysWhyNoScriptIsMade()
+    {
+        ScreenReader reader;
+        Desk desk(make<KeyboardUser>());
+        // No text editor is installed.
+        const Accessible editor = desk.addScript();
+        desk.press(editor, u"New…"_s);
+        const Accessible form = desk.sheet(u"New script"_s);
+        desk.user->verifyPlace(u"Name"_s);
+        reader.heard();
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            desk.keyboard.type({KEY_ENTER});
+            verifyThatIsSaid(reader, {u"Please give the script a name."_s});
+        }
+        desk.keyboard.type({KEY_N});
+        desk.keyboard.type({KEY_ENTER});
+        QStringList heard;
+        QTRY_VERIFY((heard += reader.heard())
+                        .contains(u"The script was made, but no text editor could be opened."_s));
+        desk.user->verifyPlace(u"Shortcut"_s);
+    }
+
     void saysWhatBecomesOfTheSearchForAnApp()
     {
         ScreenReader reader;
@@ -452,6 +484,26 @@ private Q_SLOTS:
             verifyThatIsSaid(reader, {u"That file is not an app."_s});
             desk.user->verifyPlace(u"Browse…"_s);
         }
+    }
+
+    void saysWhatBecomesOfTheSearchForAnEntry()
+    {
+        ScreenReader reader;
+        SettingsDesk desk;
+        for (int count = 0; count < 12; ++count)
+            desk.addApp(storedControlAltJ);
+        desk.open();
+        desk.keyboard.type({KEY_LEFTCTRL, KEY_F});
+        const Accessible search = desk.all.find(field, u"Search"_s);
+        QTRY_VERIFY(search.is(State::focused));
+        reader.heard();
+        desk.keyboard.write(u"app"_s);
+        QTRY_COMPARE(search.description(), u"12 of 12 shortcuts"_s);
+        QCOMPARE(reader.heard(), QStringList());
+        desk.keyboard.write(u"s"_s);
+        verifyThatIsSaid(reader, {u"No shortcuts found"_s});
+        QCOMPARE(search.description(), u"0 of 12 shortcuts"_s);
+        QCOMPARE(fault(desk.all.find(u"frame"_s, u"Corvane"_s)), noFault);
     }
 
     void tellsOfTheWindowOfANewUser()
@@ -511,6 +563,17 @@ private Q_SLOTS:
         QCOMPARE(fault(form), noFault);
         desk.record(form, controlAltJ, u"Ctrl+Alt+J"_s);
         QVERIFY(form.await(button, u"Clear"_s).isThere());
+        QCOMPARE(fault(form), noFault);
+    }
+
+    void tellsOfTheFormForANewScript()
+    {
+        Desk desk(make<KeyboardUser>());
+        desk.press(desk.addScript(), u"New…"_s);
+        const Accessible form = desk.sheet(u"New script"_s);
+        QCOMPARE(fault(form), noFault);
+        desk.keyboard.type({KEY_ENTER});
+        QVERIFY(form.await(notice, u"Please give the script a name."_s).isThere());
         QCOMPARE(fault(form), noFault);
     }
 

@@ -11,6 +11,7 @@ class FakeSharedApplication : public SharedApplication
 {
 public:
     void activate(QWidget &window) override { activated.append(&window); }
+    void activateAfterDrop(QWidget &window) override { droppedOn.append(&window); }
     QString fireCommand(const QUuid &entry) const override
     {
         return QStringLiteral("fire ") + entry.toString();
@@ -18,5 +19,6 @@ public:
     void terminate() override { ++terminations; }
 
     QList<QWidget *> activated;
+    QList<QWidget *> droppedOn;
     int terminations = 0;
 };

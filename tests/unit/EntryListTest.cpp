@@ -55,7 +55,7 @@ struct Window : StoreHome, View {
     {
         setBody(Column{
             button(u"Before"_s, [] {}),
-            stretched(widget(list, [this] { list->refresh(); })),
+            stretched(widget(list, [this] { list->refresh(store->entries()); })),
             button(u"After"_s, [] {}),
         });
         connect(&*store, &ShortcutStore::willChange, this, &View::invalidate);

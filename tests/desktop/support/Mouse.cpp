@@ -32,8 +32,18 @@ void Mouse::click(const QPoint &place, Qt::MouseButton button)
 void Mouse::drag(const QPoint &from, const QPoint &to)
 {
     moveTo(from);
-    fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+    press();
     moveTo(to);
+    release();
+}
+
+void Mouse::press()
+{
+    fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+}
+
+void Mouse::release()
+{
     fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
 }
 

@@ -19,6 +19,10 @@ public:
     /// Moves there and clicks.
     void click(const QPoint &place, Qt::MouseButton button = Qt::LeftButton);
 
+    /// Holds the left button down, or lets go of it, where the pointer is.
+    void press();
+    void release();
+
     /// Holds the left button down all the way.
     void drag(const QPoint &from, const QPoint &to);
 

@@ -139,6 +139,15 @@ void LinuxApplication::activate(QWidget &window)
     front.activateWindow();
 }
 
+void LinuxApplication::activateAfterDrop(QWidget &window)
+{
+    // Wayland has no token for a drop; compositors focus the windows that it opens.
+    if (isWayland())
+        return;
+    m_activation.happenedNow();
+    activate(window);
+}
+
 QString LinuxApplication::fireCommand(const QUuid &entry) const
 {
     return u"gapplication action %1 fire \"'%2'\""_s.arg(

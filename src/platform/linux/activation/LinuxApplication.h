@@ -12,6 +12,7 @@ public:
     explicit LinuxApplication(UserActivation &activation);
 
     void activate(QWidget &window) override;
+    void activateAfterDrop(QWidget &window) override;
     QString fireCommand(const QUuid &entry) const override;
     void terminate() override;
 
