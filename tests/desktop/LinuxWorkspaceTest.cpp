@@ -115,22 +115,35 @@ class LinuxWorkspaceTest : public QObject
 
 private:
     const RecordedApp m_handler{"%U"};
+    /// How often the default applications have been written.
+    int m_writes = 0;
 
-    void useUsualHandler() const
+    void useUsualHandler()
     {
         m_handler.openByDefault({"inode/directory", "text/plain", "x-scheme-handler/https",
-                                 "x-scheme-handler/shortcuts"},
+                                 "x-scheme-handler/shortcuts", newScheme()},
                                 qEnvironmentVariable("XDG_DATA_HOME"),
                                 qEnvironmentVariable("XDG_CONFIG_HOME"));
+        awaitThatTheyAreRead();
     }
 
     /// Makes an application with that .desktop file the only one for text; none if it is empty.
-    static void useTextEditor(const QByteArray &content, const QString &file = u"editor.desktop"_s)
+    void useTextEditor(const QByteArray &content, const QString &file = u"editor.desktop"_s)
     {
         writeFile(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s + file, content);
         writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/mimeapps.list"_s,
-                  "[Default Applications]\ninode/directory=recorded.desktop\ntext/plain="
-                      + file.toUtf8() + '\n');
+                  "[Default Applications]\ninode/directory=recorded.desktop\n" + newScheme()
+                      + "=recorded.desktop\ntext/plain=" + file.toUtf8() + '\n');
+        awaitThatTheyAreRead();
+    }
+
+    QByteArray newScheme() { return "x-scheme-handler/written" + QByteArray::number(++m_writes); }
+
+    /// GIO takes notice of new default applications after a while.
+    void awaitThatTheyAreRead() const
+    {
+        const QUrl address(u"written%1:"_s.arg(m_writes));
+        QTRY_VERIFY(DesktopApp::defaultFor(address));
     }
 
 private Q_SLOTS:

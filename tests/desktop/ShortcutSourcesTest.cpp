@@ -619,12 +619,13 @@ private Q_SLOTS:
             {u"Meta+L"_s, u"org.example"_s, QVariant::fromValue(QDBusObjectPath(u"/org/a"_s)),
              u"org.example.A"_s, u"open"_s, u"\u00d6ffnen, \"jetzt\""_s});
         add(u"addMethodAction"_s,
-            {u"Alt+F4"_s, u"org.example"_s, QVariant::fromValue(QDBusObjectPath(u"/org/a"_s)),
-             u"org.example.A"_s, u"close"_s, QString()});
+            {u"Control+Alt+T"_s, u"org.example"_s,
+             QVariant::fromValue(QDBusObjectPath(u"/org/a"_s)), u"org.example.A"_s, u"close"_s,
+             QString()});
         QTRY_COMPARE(actions(source, superK),
                      QStringList{u"xterm -e a, \"b\" \\ c;= Gr\u00fc\u00dfe \u20ac"_s});
         QTRY_COMPARE(actions(source, superL), QStringList{u"\u00d6ffnen, \"jetzt\""_s});
-        QTRY_COMPARE(actions(source, altF4), QStringList{u"/org/a/close"_s});
+        QTRY_COMPARE(actions(source, controlAltT), QStringList{u"/org/a/close"_s});
     }
 
     void namesTheActionsInAFileOfLxqt_data()

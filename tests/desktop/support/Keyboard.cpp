@@ -5,6 +5,8 @@
 
 #include <QTest>
 #include <array>
+#include <chrono>
+#include <thread>
 #include <xcb/xtest.h>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +43,13 @@ QList<int> keysOf(QChar character)
     qFatal("no key types U+%04x", character.unicode());
 }
 
+/// The X server's clock.
+auto milliseconds()
+{
+    using namespace std::chrono;
+    return floor<std::chrono::milliseconds>(steady_clock::now());
+}
+
 auto lockState(xcb_connection_t *connection)
 {
     return owned(xcb_xkb_get_state_reply(
@@ -73,12 +82,19 @@ void Keyboard::fake(quint8 eventType, int key)
 
 void Keyboard::down(int key)
 {
+    // A press in the millisecond of the key's release looks like an auto-repeat.
+    if (key == m_lastReleased) {
+        sync();
+        for (const auto released = milliseconds(); milliseconds() == released;)
+            std::this_thread::yield();
+    }
     fake(XCB_KEY_PRESS, key);
 }
 
 void Keyboard::up(int key)
 {
     fake(XCB_KEY_RELEASE, key);
+    m_lastReleased = key;
 }
 
 void Keyboard::write(const QString &text)

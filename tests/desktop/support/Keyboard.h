@@ -50,4 +50,5 @@ private:
 
     xcb_connection_t *m_connection;
     xcb_window_t m_root;
+    int m_lastReleased = 0;
 };

@@ -39,13 +39,14 @@ bool isIcon(const QImage &picture)
     return shorter >= 14 && longer <= 40 && longer - shorter <= 2 && contrast(picture) > 30;
 }
 
-/// Whether something is written there.
+/// Whether something is written in the lower half. In the upper one, a menu that is not drawn yet
+/// may show the icon below it.
 bool hasText(const QImage &image)
 {
     // As many as the smooth edges of letters have.
     constexpr int shades = 8;
     QSet<QRgb> colors;
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = image.height() / 2; y < image.height(); ++y) {
         for (int x = 0; x < image.width() && colors.size() < shades; ++x)
             colors.insert(image.pixel(x, y));
     }
@@ -94,7 +95,7 @@ QRect TrayUser::openMenu(Qt::MouseButton button)
         mouse.moveTo(elsewhere);
         mouse.click(awaitIcon().center(), button);
         std::optional<QRect> place;
-        if (QTest::qWaitFor([&] { return (place = menu()).has_value(); }, 2000))
+        if (QTest::qWaitFor([&] { return (place = menu()).has_value(); }, 5000))
             return place.value_or(QRect());
     }
     QTest::qFail("no menu opens", __FILE__, __LINE__);
