@@ -137,6 +137,8 @@ public:
     {
         m_process.kill();
         m_process.waitForFinished();
+        // Otherwise the next one would seem to have started already.
+        QTRY_VERIFY(!isOnTheBus(m_name));
     }
 
 private:
