@@ -51,9 +51,7 @@ void HotkeyCenter::installHandlerIfNeeded()
     m_installed = true;
     // Queued, so that the action runs only after the service has finished with its event.
     m_service.installHandler([this](HotkeyId pressed) {
-        const QString name = m_idToName.value(pressed.id);
-        if (const auto prepare = preparations.value(name); prepare && !disabled.contains(name))
-            prepare();
+        prepare(m_idToName.value(pressed.id));
         QMetaObject::invokeMethod(
             &m_queue, [this, id = pressed.id] { dispatch(id); }, Qt::QueuedConnection);
     });
@@ -73,9 +71,21 @@ HotkeyId HotkeyCenter::hotkeyId(const QString &name)
 
 bool HotkeyCenter::fire(const Name &name) const
 {
+    prepare(name.rawValue);
+    return act(name.rawValue);
+}
+
+void HotkeyCenter::prepare(const QString &name) const
+{
+    if (const auto preparation = preparations.value(name); preparation && !disabled.contains(name))
+        preparation();
+}
+
+bool HotkeyCenter::act(const QString &name) const
+{
     // Copy the action: it may replace or remove its own handler.
-    const auto action = handlers.value(name.rawValue);
-    if (action && !disabled.contains(name.rawValue))
+    const auto action = handlers.value(name);
+    if (action && !disabled.contains(name))
         action();
     return action != nullptr;
 }
@@ -84,5 +94,5 @@ void HotkeyCenter::dispatch(quint32 id) const
 {
     const auto name = m_idToName.constFind(id);
     if (name != m_idToName.cend())
-        fire({*name});
+        act(*name);
 }

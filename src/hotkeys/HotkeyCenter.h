@@ -30,8 +30,8 @@ public:
     /// The action of each name. A name without an action is never registered.
     QHash<QString, std::function<void()>> handlers;
 
-    /// What a name does at once when its keys are pressed, before its action is queued. It must not
-    /// wait long or change a registration.
+    /// What a name does at once when its keys are pressed, before its action is queued, and when it
+    /// is fired. It must not wait long or change a registration.
     QHash<QString, std::function<void()>> preparations;
 
     /// What the user calls each name. A change takes effect with the next sync().
@@ -53,6 +53,8 @@ public:
 private:
     void installHandlerIfNeeded();
     HotkeyId hotkeyId(const QString &name);
+    void prepare(const QString &name) const;
+    bool act(const QString &name) const;
     void dispatch(quint32 id) const;
 
     static inline HotkeyCenter *s_shared = nullptr;

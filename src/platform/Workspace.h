@@ -24,8 +24,8 @@ public:
     virtual bool canActivate() const = 0;
 
     /// Asks which windows are open. To be called at the user's action, shortly before
-    /// openApplication() with that path and a configuration that activates. A second call goes on
-    /// with what has been answered, so that openApplication() need not wait.
+    /// openApplication() with that path and a configuration that activates, which then hardly has
+    /// to wait. Without this call, it asks itself.
     virtual void prepareToActivate(const QString &path) = 0;
 
     /// Starts the application at that path: a .desktop file or an executable. Completes with the

@@ -155,8 +155,13 @@ bool ShortcutStore::contains(const QUuid &id) const
 
 void ShortcutStore::run(const LaunchEntry &entry)
 {
-    const OpenConfiguration configuration{.activates = bringToFront(m_platform.userDefaults)};
     prepareRun(entry);
+    queueRun(entry);
+}
+
+void ShortcutStore::queueRun(const LaunchEntry &entry)
+{
+    const OpenConfiguration configuration{.activates = bringToFront(m_platform.userDefaults)};
     // Bound to the application, not to the store: a run that has begun is always reported.
     const auto start = [entry, configuration, &platform = m_platform, store = QPointer(this)] {
         ActionRunner::run(entry, platform.workspace, platform.wording, configuration,
@@ -182,7 +187,7 @@ void ShortcutStore::fire(const QUuid &id)
         return;
     const auto entry = std::ranges::find(m_entries, id, &LaunchEntry::id);
     if (entry != m_entries.cend() && entry->isEnabled)
-        run(*entry);
+        queueRun(*entry);
 }
 
 void ShortcutStore::report(const QString &message, const Error &error)

@@ -171,6 +171,7 @@ private:
     void add(const ExportItem &item);
     void registerHandler(const LaunchEntry &entry);
     void prepareRun(const LaunchEntry &entry);
+    void queueRun(const LaunchEntry &entry);
     void applyEnabledState();
     void storeShortcut(const std::optional<KeyboardShortcuts::Shortcut> &shortcut,
                        const KeyboardShortcuts::Name &name);

@@ -217,6 +217,25 @@ private Q_SLOTS:
             desk.claimFront(*window);
     }
 
+    void openAndCloseBetweenPresses()
+    {
+        Desk desk;
+        desk.start();
+        for (int starts = 1; starts <= 3; ++starts) {
+            desk.keyboard.type(controlAltK);
+            QTRY_COMPARE(desk.app.starts().size(), starts);
+            Window window(u"App"_s);
+            window.openInFront();
+            Window other(u"Other"_s, "other", "Other");
+            other.openInFront();
+            desk.keyboard.type(controlAltK);
+            QTRY_COMPARE(activeTitle(), u"App"_s);
+            QCOMPARE(desk.app.starts().size(), starts);
+            window.destroy();
+            QTRY_VERIFY(!windowOnScreen(window.title()));
+        }
+    }
+
     void stayIfTheyAreInFront()
     {
         const RecordedApp other;

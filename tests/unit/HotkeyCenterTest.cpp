@@ -235,9 +235,14 @@ private Q_SLOTS:
         desk.platform.hotkeys.press(first);
         QCOMPARE(preparations, 1);
         QVERIFY(desk.calls.isEmpty());
+        QTRY_COMPARE(desk.calls.value(mail.rawValue), 1);
+        QCOMPARE(preparations, 1);
+        desk.center.fire(mail);
+        QCOMPARE(preparations, 2);
         desk.center.disabled.insert(mail.rawValue);
         desk.platform.hotkeys.press(first);
-        QCOMPARE(preparations, 1);
+        desk.center.fire(mail);
+        QCOMPARE(preparations, 2);
     }
 
     void ignoresAPressOfANameThatLostItsHandlerSince()

@@ -1053,7 +1053,7 @@ private Q_SLOTS:
         if (bringToFront)
             home.platform.userDefaults.setBoolean(u"bringToFront"_s, *bringToFront);
         home.store->run(home.entries[0]);
-        // It is prepared at the press, before the run itself.
+        // It is prepared at once, before the run itself.
         QCOMPARE(home.platform.workspace.prepared,
                  isActivating ? QStringList(home.entries[0].target) : QStringList());
         QCOMPARE(home.platform.workspace.opened, QStringList());
@@ -1069,8 +1069,14 @@ private Q_SLOTS:
         QCOMPARE(home.platform.workspace.prepared, target);
         QCOMPARE(home.opened(), QStringList());
         QTRY_COMPARE(home.opened(), target);
-        // Once more before the run, with what has been answered.
-        QCOMPARE(home.platform.workspace.prepared, target + target);
+        QCOMPARE(home.platform.workspace.prepared, target);
+    }
+
+    void looksForWindowsAtAFire()
+    {
+        FullStore home;
+        home.center.fire(home.entries[0].shortcutName());
+        QCOMPARE(home.platform.workspace.prepared, QStringList(home.entries[0].target));
     }
 
     void looksForNothingForADeletedEntry()

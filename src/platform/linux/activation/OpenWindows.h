@@ -37,8 +37,8 @@ public:
     /// Whether this session lets us see windows and bring them to the front, as far as is known.
     virtual bool isAvailable() const = 0;
 
-    /// Asks which windows are open, for the call of bringToFront() that follows soon. A second call
-    /// asks these windows the questions, as soon as the first answer is there.
+    /// Asks which windows are open, for the call of bringToFront() that follows soon. Forgets what
+    /// was asked before.
     virtual void request(const WindowQuestions &questions) = 0;
 
     /// Asks what has not been requested, and brings the wanted window that was used last to the

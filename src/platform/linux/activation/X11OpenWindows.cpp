@@ -123,21 +123,26 @@ struct X11OpenWindows::Session {
                        : nullptr;
     }
 
-    void askForList();
-    /// From the front to the back.
-    std::vector<xcb_window_t> takeList();
-    void askWindows(const WindowQuestions &asked);
-    /// Reads what was asked for a press that did not run its entry.
+    /// Asks for the list and, at the same time, about the windows of the last list: mostly they are
+    /// still the same.
+    void askAll(const WindowQuestions &asked);
+    Request askAbout(xcb_window_t window) const;
+    /// Forgets what has been asked.
     void discard();
+    void readList();
+    /// What the windows of the list have been asked, from the front to the back.
+    std::vector<Request> takeRequests();
     OpenWindow answersTo(const Request &request) const;
     Window readWindow(xcb_window_t window) const;
 
     X11Connection connection;
     std::array<xcb_atom_t, nameCount> atoms;
-    /// What has been asked and not been read: the list, and then its windows.
+    WindowQuestions questions;
+    /// What has been asked and not been read.
     std::optional<ListRequest> listRequest;
-    std::optional<WindowQuestions> questions;
     std::vector<Request> requests;
+    /// The last list, from the front to the back.
+    std::vector<xcb_window_t> windows;
     xcb_window_t active = XCB_NONE;
     uint32_t workspace = 0;
 };
@@ -155,8 +160,9 @@ X11OpenWindows::Session::Session()
     });
 }
 
-void X11OpenWindows::Session::askForList()
+void X11OpenWindows::Session::askAll(const WindowQuestions &asked)
 {
+    questions = asked;
     const xcb_window_t root = connection.root();
     listRequest = {
         .stacked = ask(root, stackedWindows),
@@ -164,48 +170,66 @@ void X11OpenWindows::Session::askForList()
         .active = ask(root, activeWindow),
         .workspace = ask(root, currentWorkspace),
     };
+    for (const xcb_window_t window : windows)
+        requests.push_back(askAbout(window));
     xcb_flush(connection.get());
 }
 
-std::vector<xcb_window_t> X11OpenWindows::Session::takeList()
+X11OpenWindows::Session::Request X11OpenWindows::Session::askAbout(xcb_window_t window) const
 {
-    const ListRequest request = *std::exchange(listRequest, std::nullopt);
-    auto windows = numbersIn(answerTo(request.stacked));
-    // Xfwm does not list the first window as stacked until another one follows.
-    for (const xcb_window_t window : numbersIn(answerTo(request.all))) {
-        if (!contains(windows, window))
-            windows.push_back(window);
-    }
-    std::ranges::reverse(windows);
-    active = numberIn(answerTo(request.active));
-    workspace = numberIn(answerTo(request.workspace));
-    return windows;
-}
-
-void X11OpenWindows::Session::askWindows(const WindowQuestions &asked)
-{
-    const auto askIf = [this](bool isWanted, xcb_window_t window, Name property) {
-        return isWanted ? ask(window, property) : std::nullopt;
+    const auto askIf = [this, window](bool isWanted, Name property) {
+        return isWanted ? Cookie(ask(window, property)) : std::nullopt;
     };
-    for (const xcb_window_t window : takeList()) {
-        requests.push_back({
-            .window = window,
-            .classes = askIf(asked.classes, window, windowClass),
-            .applicationId = askIf(asked.applicationId, window, gtkApplicationId),
-            .process = askIf(asked.process, window, processId),
-        });
-    }
-    questions = asked;
-    xcb_flush(connection.get());
+    return {
+        .window = window,
+        .classes = askIf(questions.classes, windowClass),
+        .applicationId = askIf(questions.applicationId, gtkApplicationId),
+        .process = askIf(questions.process, processId),
+    };
 }
 
 void X11OpenWindows::Session::discard()
 {
-    if (listRequest)
-        takeList();
+    const auto discardAll = [this](std::initializer_list<Cookie> cookies) {
+        for (const Cookie &cookie : cookies) {
+            if (cookie)
+                xcb_discard_reply(connection.get(), cookie->sequence);
+        }
+    };
+    if (const auto list = std::exchange(listRequest, std::nullopt))
+        discardAll({list->stacked, list->all, list->active, list->workspace});
     for (const Request &request : std::exchange(requests, {}))
-        answersTo(request);
-    questions.reset();
+        discardAll({request.classes, request.applicationId, request.process});
+}
+
+void X11OpenWindows::Session::readList()
+{
+    const ListRequest list = *std::exchange(listRequest, std::nullopt);
+    windows = numbersIn(answerTo(list.stacked));
+    // Xfwm does not list the first window as stacked until another one follows.
+    for (const xcb_window_t window : numbersIn(answerTo(list.all))) {
+        if (!contains(windows, window))
+            windows.push_back(window);
+    }
+    std::ranges::reverse(windows);
+    active = numberIn(answerTo(list.active));
+    workspace = numberIn(answerTo(list.workspace));
+}
+
+std::vector<X11OpenWindows::Session::Request> X11OpenWindows::Session::takeRequests()
+{
+    readList();
+    std::vector<Request> taken;
+    for (const xcb_window_t window : windows) {
+        const auto asked = std::ranges::find(requests, window, &Request::window);
+        if (asked == requests.end()) {
+            taken.push_back(askAbout(window));
+        } else {
+            taken.push_back(*asked);
+            requests.erase(asked);
+        }
+    }
+    return taken;
 }
 
 OpenWindow X11OpenWindows::Session::answersTo(const Request &request) const
@@ -248,23 +272,18 @@ void X11OpenWindows::request(const WindowQuestions &questions)
 {
     if (!m_session)
         m_session = std::make_unique<Session>();
-    // Another entry's press may have come in between.
-    if (m_session->questions && m_session->questions != questions)
-        m_session->discard();
-    if (m_session->listRequest)
-        m_session->askWindows(questions);
-    else if (!m_session->questions)
-        m_session->askForList();
+    // The last press may not have run its entry, and windows that have been closed were asked too.
+    m_session->discard();
+    m_session->askAll(questions);
 }
 
 bool X11OpenWindows::bringToFront(const WindowQuestions &questions,
                                   const std::function<bool(const OpenWindow &)> &isWanted)
 {
-    while (!m_session || m_session->questions != questions)
+    if (!m_session || !m_session->listRequest || m_session->questions != questions)
         request(questions);
-    m_session->questions.reset();
     std::vector<Window> wanted;
-    for (const Session::Request &request : std::exchange(m_session->requests, {})) {
+    for (const Session::Request &request : m_session->takeRequests()) {
         if (!isWanted(m_session->answersTo(request)))
             continue;
         const Window window = m_session->readWindow(request.window);
