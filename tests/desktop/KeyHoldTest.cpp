@@ -113,7 +113,9 @@ void addQuickPresses(const AddRow &add)
     }
 }
 
-const QByteArray untilItsReasonIsGone = "--grab-keyboard --until-gone reason";
+// Each repeat of held keys belongs to the program for a moment, in which a single attempt would
+// fail.
+const QByteArray untilItsReasonIsGone = "--grab-keyboard --insist --until-gone reason";
 
 void giveReasonToGrab(Typing &typing)
 {

@@ -1,6 +1,7 @@
 // Adds one line of JSON about how it was started to the file that its first argument names. With
-// --grab-keyboard it first tries to take the keyboard for itself, and gives it back when it ends:
-// at once, or with --until-gone FILE when that file is not there any more.
+// --grab-keyboard it first tries to take the keyboard for itself, once or with --insist until it
+// has it, and gives it back when it ends: at once, or with --until-gone FILE when that file is not
+// there any more.
 
 #include <algorithm>
 #include <chrono>
@@ -61,14 +62,6 @@ public:
     KeyboardGrab()
         : m_connection(xcb_connect(nullptr, nullptr))
     {
-        const auto root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
-        auto *const reply =
-            xcb_grab_keyboard_reply(m_connection,
-                                    xcb_grab_keyboard(m_connection, 0, root, XCB_CURRENT_TIME,
-                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                    nullptr);
-        m_status = reply->status;
-        std::free(reply);
     }
     ~KeyboardGrab()
     {
@@ -81,13 +74,28 @@ public:
     KeyboardGrab(const KeyboardGrab &) = delete;
     KeyboardGrab &operator=(const KeyboardGrab &) = delete;
 
-    /// What the X server answered: 0 is success.
-    int status() const { return m_status; }
+    /// Returns what the X server answered.
+    int attempt()
+    {
+        const auto root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+        auto *const reply =
+            xcb_grab_keyboard_reply(m_connection,
+                                    xcb_grab_keyboard(m_connection, 0, root, XCB_CURRENT_TIME,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                    nullptr);
+        const int status = reply->status;
+        std::free(reply);
+        return status;
+    }
 
 private:
     xcb_connection_t *m_connection;
-    int m_status;
 };
+
+bool contains(const std::vector<std::string> &arguments, const char *option)
+{
+    return std::ranges::find(arguments, option) != arguments.end();
+}
 
 /// The argument behind the option; empty if there is none.
 std::string valueOf(const char *option, const std::vector<std::string> &arguments)
@@ -113,12 +121,17 @@ int main(int argc, char *argv[])
     // Before any connection is open.
     const auto descriptors = openDescriptors();
     std::optional<KeyboardGrab> grab;
-    if (std::ranges::find(arguments, "--grab-keyboard") != arguments.end())
+    nlohmann::json status;
+    if (contains(arguments, "--grab-keyboard")) {
         grab.emplace();
+        do
+            status = grab->attempt();
+        while (status == XCB_GRAB_STATUS_ALREADY_GRABBED && contains(arguments, "--insist"));
+    }
     const bool isRecorded = record(
         {
             {"arguments", arguments},
-            {"keyboardGrab", grab ? nlohmann::json(grab->status()) : nlohmann::json()},
+            {"keyboardGrab", status},
             {"folder", target("/proc/self/cwd")},
             {"input", target("/proc/self/fd/0")},
             {"process", getpid()},
