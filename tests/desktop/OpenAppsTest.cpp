@@ -36,6 +36,19 @@ xcb_atom_t atom(const QByteArray &name)
     return atom;
 }
 
+struct Disconnect {
+    void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
+};
+
+using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+/// Null if the X server accepts no more connections.
+Connection furtherConnection()
+{
+    Connection connection(xcb_connect(nullptr, nullptr));
+    return xcb_connection_has_error(connection.get()) ? nullptr : std::move(connection);
+}
+
 /// A window of an application of that class, shown in front.
 class Window : public QRasterWindow
 {
@@ -234,6 +247,26 @@ private Q_SLOTS:
             window.destroy();
             QTRY_VERIFY(!windowOnScreen(window.title()));
         }
+    }
+
+    void startWhileTheServerAcceptsNoConnection()
+    {
+        Desk desk;
+        desk.start();
+        Window window(u"App"_s);
+        window.openInFront();
+        Window other(u"Other"_s, "other", "Other");
+        other.openInFront();
+        std::vector<Connection> connections;
+        while (Connection connection = furtherConnection())
+            connections.push_back(std::move(connection));
+        desk.keyboard.type(controlAltK);
+        QTRY_COMPARE(desk.app.starts().size(), 1);
+        connections.clear();
+        QTRY_VERIFY(furtherConnection());
+        desk.keyboard.type(controlAltK);
+        QTRY_COMPARE(activeTitle(), u"App"_s);
+        QCOMPARE(desk.app.starts().size(), 1);
     }
 
     void stayIfTheyAreInFront()

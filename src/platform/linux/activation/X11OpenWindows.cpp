@@ -270,7 +270,8 @@ X11OpenWindows::~X11OpenWindows() = default;
 
 void X11OpenWindows::request(const WindowQuestions &questions)
 {
-    if (!m_session)
+    // The server may have had no room for another connection.
+    if (!m_session || !m_session->connection.isOpen())
         m_session = std::make_unique<Session>();
     // The last press may not have run its entry, and windows that have been closed were asked too.
     m_session->discard();
