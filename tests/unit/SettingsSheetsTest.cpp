@@ -115,7 +115,9 @@ private Q_SLOTS:
         QTest::newRow("after a double click") << Close([](auto &) {
             SettingsWindow::clickInSheet(u"OK"_s);
             QTRY_VERIFY(!sheets().isEmpty());
-            QTest::mouseDClick(seenButton(*sheets().constFirst(), u"OK"_s), Qt::LeftButton);
+            QWidget *const button = seenButton(*sheets().constFirst(), u"OK"_s);
+            QTest::mouseDClick(button, Qt::LeftButton);
+            QTest::mouseRelease(button, Qt::LeftButton);
         });
         QTest::newRow("after Return that is held down") << Close([](QWidget &sheet) {
             press(sheet, Qt::Key_Return);
