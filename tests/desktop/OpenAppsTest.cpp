@@ -85,6 +85,23 @@ public:
     xcb_window_t id() const { return xcb_window_t(winId()); }
 };
 
+struct WindowInFront : Window {
+    template <typename... Class>
+    explicit WindowInFront(const QString &title, Class... nameOfClass)
+        : Window(title, nameOfClass...)
+    {
+        openInFront();
+    }
+};
+
+/// A window of another application.
+struct OtherInFront : WindowInFront {
+    OtherInFront()
+        : WindowInFront(u"Other"_s, "other", "Other")
+    {
+    }
+};
+
 /// The program with an entry for an app.
 struct Desk {
     Keyboard keyboard;
@@ -178,11 +195,9 @@ private Q_SLOTS:
         QFETCH(const std::function<void(Window &)>, hide);
         Desk desk;
         desk.start();
-        Window window(u"App"_s);
-        window.openInFront();
+        WindowInFront window(u"App"_s);
         hide(window);
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const OtherInFront other;
         desk.claimFront(window);
         QCOMPARE(currentWorkspace(), 0);
         QCOMPARE(workspaceOf(window.id()), 0);
@@ -192,8 +207,7 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const OtherInFront other;
         desk.keyboard.type(controlAltK);
         QTRY_COMPARE(desk.app.starts().size(), 1);
         desk.keyboard.type(controlAltK);
@@ -205,10 +219,8 @@ private Q_SLOTS:
         Desk desk;
         desk.program.addDefault("bringToFront=false");
         desk.start();
-        Window window(u"App"_s);
-        window.openInFront();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const WindowInFront window(u"App"_s);
+        const OtherInFront other;
         desk.keyboard.type(controlAltK);
         QTRY_COMPARE(desk.app.starts().size(), 1);
         QCOMPARE(activeTitle(), u"Other"_s);
@@ -218,14 +230,10 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        Window first(u"First"_s);
-        first.openInFront();
-        Window second(u"Second"_s);
-        second.openInFront();
-        Window third(u"Third"_s);
-        third.openInFront();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const WindowInFront first(u"First"_s);
+        const WindowInFront second(u"Second"_s);
+        const WindowInFront third(u"Third"_s);
+        const OtherInFront other;
         for (const Window *const window : {&third, &first, &second, &third})
             desk.claimFront(*window);
     }
@@ -237,10 +245,8 @@ private Q_SLOTS:
         for (int starts = 1; starts <= 3; ++starts) {
             desk.keyboard.type(controlAltK);
             QTRY_COMPARE(desk.app.starts().size(), starts);
-            Window window(u"App"_s);
-            window.openInFront();
-            Window other(u"Other"_s, "other", "Other");
-            other.openInFront();
+            WindowInFront window(u"App"_s);
+            const OtherInFront other;
             desk.keyboard.type(controlAltK);
             QTRY_COMPARE(activeTitle(), u"App"_s);
             QCOMPARE(desk.app.starts().size(), starts);
@@ -253,10 +259,8 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        Window window(u"App"_s);
-        window.openInFront();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const WindowInFront window(u"App"_s);
+        const OtherInFront other;
         std::vector<Connection> connections;
         while (Connection connection = furtherConnection())
             connections.push_back(std::move(connection));
@@ -275,8 +279,7 @@ private Q_SLOTS:
         Desk desk;
         desk.program.addApp(other.desktopFile(), storedControlAltJ);
         desk.start();
-        Window window(u"App"_s);
-        window.openInFront();
+        const WindowInFront window(u"App"_s);
         desk.keyboard.type(controlAltK);
         // What that press did comes before what the next one does.
         desk.keyboard.type(controlAltJ);
@@ -289,16 +292,14 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        Window window(u"App"_s);
-        window.openInFront();
+        const WindowInFront window(u"App"_s);
         Window palette(u"Palette"_s);
         palette.setAtom("_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY");
         palette.show();
         Window hidden(u"Hidden"_s);
         hidden.setAtom("_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR");
         hidden.show();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const OtherInFront other;
         desk.claimFront(window);
     }
 
@@ -306,10 +307,8 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        Window first(u"First"_s);
-        first.openInFront();
-        Window second(u"Second"_s);
-        second.openInFront();
+        const WindowInFront first(u"First"_s);
+        WindowInFront second(u"Second"_s);
         Window dialog(u"Dialog"_s);
         dialog.setTransientParent(&second);
         dialog.setFlags(Qt::Dialog);
@@ -335,10 +334,8 @@ private Q_SLOTS:
         QFETCH(const QByteArray, className);
         Desk desk(furtherLines);
         desk.start();
-        Window window(u"App"_s, instance, className);
-        window.openInFront();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const WindowInFront window(u"App"_s, instance, className);
+        const OtherInFront other;
         desk.claimFront(window);
     }
 
@@ -349,10 +346,8 @@ private Q_SLOTS:
         desk.program.addApp(QCoreApplication::applicationFilePath(), storedControlAltJ);
         desk.start();
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_J, controlAlt));
-        Window first(u"First"_s);
-        first.openInFront();
-        Window second(u"Second"_s);
-        second.openInFront();
+        const WindowInFront first(u"First"_s);
+        const WindowInFront second(u"Second"_s);
         desk.keyboard.type(controlAltJ);
         QTRY_COMPARE(activeTitle(), u"First"_s);
     }
@@ -363,10 +358,8 @@ private Q_SLOTS:
         const QString id = desk.program.addApp(desk.app.desktopFile(), storedControlAltK);
         desk.program.start();
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
-        Window window(u"App"_s);
-        window.openInFront();
-        Window other(u"Other"_s, "other", "Other");
-        other.openInFront();
+        const WindowInFront window(u"App"_s);
+        const OtherInFront other;
         askToFire(id);
         QTRY_COMPARE(activeTitle(), u"App"_s);
         QCOMPARE(desk.app.starts().size(), 0);
