@@ -113,13 +113,19 @@ void addQuickPresses(const AddRow &add)
     }
 }
 
-// Each repeat of held keys belongs to the program for a moment, in which a single attempt would
+// From the first repeat until the release, the program has the keyboard, so a single attempt can
 // fail.
 const QByteArray untilItsReasonIsGone = "--grab-keyboard --insist --until-gone reason";
 
 void giveReasonToGrab(Typing &typing)
 {
     QVERIFY(typing.reasonToGrab.open(QIODevice::WriteOnly));
+}
+
+void giveReasonToGrabBeforeRepeats(Typing &typing)
+{
+    lateRepeats.set();
+    giveReasonToGrab(typing);
 }
 
 void addGrabsByTheApplication(const AddRow &add)
@@ -134,22 +140,22 @@ void addGrabsByTheApplication(const AddRow &add)
                  typing.typeToTheEnd();
              },
          .runsOfK = 2,
-         .before = giveReasonToGrab,
+         .before = giveReasonToGrabBeforeRepeats,
          .argumentsOfK = untilItsReasonIsGone});
     add("the application takes the keyboard and gives it back while the keys are held",
         {.keys =
              [](Typing &typing) {
                  typing.keyboard.press(controlAltK);
                  typing.awaitGrabByApplication();
-                 typing.wait(longHold);
+                 typing.wait(lateRepeats.longHold());
                  typing.endGrabByApplication();
-                 typing.wait(longHold);
+                 typing.wait(lateRepeats.longHold());
                  typing.keyboard.release(controlAltK);
                  typing.wait(30);
                  typing.typeToTheEnd();
              },
          .runsOfK = 2,
-         .before = giveReasonToGrab,
+         .before = giveReasonToGrabBeforeRepeats,
          .argumentsOfK = untilItsReasonIsGone});
     add("pressed for the application that has taken the keyboard",
         {.keys =

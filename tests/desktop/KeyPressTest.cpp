@@ -270,6 +270,7 @@ private Q_SLOTS:
 
     void leavesTheKeyboardToTheApplicationWhileTheKeysAreDown()
     {
+        lateRepeats.set();
         Desk desk(storedControlAltK, "--grab-keyboard");
         QTRY_VERIFY(desk.keyboard.isGrabbed(KEY_K, controlAlt));
         desk.keyboard.press(controlAltK);

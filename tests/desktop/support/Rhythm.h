@@ -36,6 +36,9 @@ struct RepeatRate {
 inline constexpr RepeatRate usualRate{250, 33};
 inline constexpr int longHold = usualRate.longHold();
 
+/// Leaves an application time to start before the first repeat, even on a busy machine.
+inline constexpr RepeatRate lateRepeats{1000, 33};
+
 /// A window of another program, which has the focus and counts the keys that reach it.
 class FocusedWindow : public QRasterWindow
 {
